@@ -1,0 +1,236 @@
+#include <core/speech/language.h>
+
+#include <QDebug>
+#include <QHash>
+
+#include <cstring>
+
+namespace {
+
+/**
+ * A code laid out as a byte array's own static data: handing it out neither allocates nor counts
+ * references, and the table needs no code at load.
+ */
+struct Code
+{
+    QByteArrayData header;
+    char text[8] = {};
+
+    // NOLINTNEXTLINE(google-explicit-constructor): rows are written as plain literals
+    template <int size>
+    constexpr Code(const char (&code)[size])
+        : header{Q_REFCOUNT_INITIALIZE_STATIC, size - 1, 0, 0, offsetof(Code, text)}
+    {
+        static_assert(size <= int(sizeof text), "the code and its final NUL fit");
+        for (int i = 0; i < size; ++i) {
+            text[i] = code[i];
+        }
+    }
+
+    QByteArray toByteArray() const
+    {
+        if (header.size == 0) {
+            return QByteArray();
+        }
+        return QByteArray(QByteArrayDataPtr{const_cast<QByteArrayData*>(&header)});
+    }
+
+    bool operator==(const QByteArray& code) const
+    {
+        return header.size == code.size()
+               && std::memcmp(text, code.constData(), size_t(header.size)) == 0;
+    }
+};
+
+enum EngineSupport : quint8
+{
+    Standard = 0,
+    Nlu = 1,          // natural-language understanding supports it
+    NoPrompter = 2,   // speech output must refuse it
+    NoRecognizer = 4, // the recogniser must refuse it
+    NoSpeech = NoPrompter | NoRecognizer,
+};
+
+struct Row
+{
+    Language language;
+    Code iso;
+    Code isoName;
+    Code iso3;
+    Code ttsIso3;
+    LanguageGroup group;
+    quint8 support;
+};
+
+// Indexed by the language's value. Irregular codes are what engines and data files expect:
+// "sl_SL", "no_NO", "kt_JP", "slk-SVL", "ara-WWW" and the "yue-HKG" of both Cantonese stay as they
+// are.
+constexpr Row rows[] = {
+    {NoLanguage, "00_00", "00_00", "000-000", "000-000", NoLanguageGroup, Standard},
+    {German, "de_DE", "de_DE", "deu-DEU", "deu-DEU", NoLanguageGroup, Nlu},
+    {EnglishUk, "en_GB", "en_GB", "eng-GBR", "eng-GBR", EnglishGroup, Nlu},
+    {EnglishUs, "en_US", "en_US", "eng-USA", "eng-USA", EnglishGroup, Nlu},
+    {Spanish, "es_ES", "es_ES", "spa-ESP", "spa-ESP", SpanishGroup, Nlu},
+    {Italian, "it_IT", "it_IT", "ita-ITA", "ita-ITA", NoLanguageGroup, Nlu},
+    {French, "fr_FR", "fr_FR", "fra-FRA", "fra-FRA", FrenchGroup, Nlu},
+    {Language(7), "", "", "", "", NoLanguageGroup, Standard},
+    {Dutch, "nl_NL", "nl_NL", "", "nld-NLD", NoLanguageGroup, Standard},
+    {Arabic, "ar_AE", "ar_AE", "", "ara-WWW", NoLanguageGroup, Standard},
+    {MandarinTaiwan, "cmn_TW", "zh_TW", "", "cmn-TWN", ChineseGroup, NoSpeech},
+    {MandarinChina, "cmn_CN", "zh_CN", "cmn-CHN", "cmn-CHN", ChineseGroup, Nlu},
+    {Korean, "ko_KR", "ko_KR", "kor-KOR", "kor-KOR", NoLanguageGroup, Standard},
+    {Japanese, "ja_JP", "kt_JP", "jpn-JPN", "jpn-JPN", NoLanguageGroup, Nlu},
+    {Russian, "ru_RU", "ru_RU", "rus-RUS", "rus-RUS", NoLanguageGroup, Standard},
+    {FrenchCanada, "fr_CA", "fr_CA", "", "", FrenchGroup, Standard},
+    {SpanishUs, "es_US", "es_US", "", "", SpanishGroup, Standard},
+    {Portuguese, "pt_PT", "pt_PT", "", "por-POR", PortugueseGroup, Standard},
+    {Polish, "pl_PL", "pl_PL", "", "pol-POL", NoLanguageGroup, NoSpeech},
+    {Greek, "el_GR", "el_GR", "", "ell-GRC", NoLanguageGroup, NoSpeech},
+    {Turkish, "tr_TR", "tr_TR", "", "tur-TUR", NoLanguageGroup, Standard},
+    {Hungarian, "hu_HU", "hu_HU", "", "hun-HUN", NoLanguageGroup, NoSpeech},
+    {Romanian, "ro_RO", "ro_RO", "", "", NoLanguageGroup, NoSpeech},
+    {Swedish, "sv_SE", "sv_SE", "", "swe-SWE", NoLanguageGroup, NoSpeech},
+    {PortugueseBrazil, "pt_BR", "pt_BR", "por-BRA", "por-BRA", PortugueseGroup, Nlu},
+    {CantoneseHongKong, "yue_HK", "zh_TW", "", "yue-HKG", ChineseGroup, Standard},
+    {CantoneseChina, "yue_CN", "zh_CN", "", "yue-HKG", ChineseGroup, Standard},
+    {Slovak, "sk_SK", "sk_SK", "", "slk-SVL", NoLanguageGroup, NoSpeech},
+    {Czech, "cs_CZ", "cs_CZ", "", "ces-CZE", NoLanguageGroup, NoSpeech},
+    {Slovenian, "sl_SL", "sl_SL", "", "", NoLanguageGroup, NoSpeech},
+    {Danish, "da_DK", "da_DK", "", "dan-DNK", NoLanguageGroup, NoSpeech},
+    {Norwegian, "no_NO", "no_NO", "", "nor-NOR", NoLanguageGroup, NoSpeech},
+    {Finnish, "fi_FI", "fi_FI", "", "fin-FIN", NoLanguageGroup, NoSpeech},
+    {Indonesian, "id_ID", "id_ID", "", "ind-IDN", NoLanguageGroup, NoSpeech},
+    {Thai, "th_TH", "th_TH", "", "tha-THA", NoLanguageGroup, NoSpeech},
+};
+constexpr int unassigned = 7;
+
+constexpr bool rowsStandAtTheirValue()
+{
+    int value = 0;
+    for (const Row& row : rows) {
+        if (row.language != value++) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(rowsStandAtTheirValue(), "rows are found by the language's value");
+static_assert(sizeof(Language) == 4 && sizeof(LanguageGroup) == 4, "sizes are interface");
+
+const Row& rowOf(Language language)
+{
+    return rows[language >= 0 && language < int(std::size(rows)) ? int(language) : unassigned];
+}
+
+Language languageOf(const QByteArray& code, const Code Row::*family)
+{
+    if (!code.isEmpty()) { // an empty cell is no code
+        for (const Row& row : rows) {
+            if (row.*family == code) {
+                return row.language;
+            }
+        }
+    }
+    return InvalidLanguage;
+}
+
+// Filled by the application.
+QHash<Language, QByteArray> stringIds;
+QList<Language> glsLanguages;
+
+void registerMetaTypes()
+{
+    qRegisterMetaType<Language>("Language");
+    qRegisterMetaType<QList<Language>>("QList<Language>");
+}
+Q_CONSTRUCTOR_FUNCTION(registerMetaTypes)
+
+} // namespace
+
+Language convertIsoToLanguageId(const QByteArray& isoCode)
+{
+    return languageOf(isoCode, &Row::iso);
+}
+
+QByteArray convertLanguageIdToIso(const Language& language)
+{
+    return rowOf(language).iso.toByteArray();
+}
+
+QByteArray convertLanguageIdToIsoName(const Language& language)
+{
+    return rowOf(language).isoName.toByteArray();
+}
+
+QByteArray convertLanguageIdToIso3(const Language& language)
+{
+    return rowOf(language).iso3.toByteArray();
+}
+
+QByteArray convertTtsLanguageIdToIso3(const Language& language)
+{
+    return rowOf(language).ttsIso3.toByteArray();
+}
+
+Language convertIso3ToLanguageId(const QByteArray& iso3Code)
+{
+    return languageOf(iso3Code, &Row::iso3);
+}
+
+QByteArray convertLanguageIdToString(const Language& language)
+{
+    return stringIds.value(language);
+}
+
+Language convertStringToLanguageId(const QByteArray& string)
+{
+    return stringIds.key(string, NoLanguage);
+}
+
+void updateLanguageIdToStringHash(const Language& language, const QByteArray& string)
+{
+    stringIds.insert(language, string);
+}
+
+bool isNluLanguage(const Language& language)
+{
+    return (rowOf(language).support & Nlu) != 0;
+}
+
+bool isInvalidPrompterLanguage(const Language& language)
+{
+    return (rowOf(language).support & NoPrompter) != 0;
+}
+
+bool isInvalidRecognizerLanguage(const Language& language)
+{
+    return (rowOf(language).support & NoRecognizer) != 0;
+}
+
+bool isGlsLanguage(const Language& language)
+{
+    return glsLanguages.contains(language);
+}
+
+void setGlsLanguages(const QList<Language>& languages)
+{
+    glsLanguages = languages;
+}
+
+bool isCantoneseLanguage(const Language& language)
+{
+    return language == CantoneseHongKong || language == CantoneseChina;
+}
+
+LanguageGroup languageGroup(const Language& language)
+{
+    return rowOf(language).group;
+}
+
+QDebug& operator<<(QDebug& stream, Language language)
+{
+    const QByteArray iso = convertLanguageIdToIso(language);
+    // Text and quotes as they stand: a QByteArray would lose its quotes under noquote().
+    stream.nospace() << "Language { \"" << (iso.isEmpty() ? "Unknown" : iso.constData()) << "\" }";
+    return stream.space();
+}

@@ -1,0 +1,194 @@
+#include <core/speech/language.h>
+
+#include <QDebug>
+#include <QSequentialIterable>
+#include <QTest>
+
+namespace {
+
+// Read while this program's own statics are set up, after the library was loaded.
+const int languageType = QMetaType::type("Language");
+const int languageListType = QMetaType::type("QList<Language>");
+
+QVector<int> valuesWhere(bool (*isMember)(const Language&))
+{
+    QVector<int> values;
+    for (int value = -2; value <= 300; ++value) {
+        if (isMember(Language(value))) {
+            values.append(value);
+        }
+    }
+    return values;
+}
+
+} // namespace
+
+class LanguageTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void metaTypesAreRegisteredAtLoadInOrder()
+    {
+        QVERIFY(languageType >= QMetaType::User);
+        QVERIFY(languageType < languageListType);
+        QVERIFY(QMetaType::typeFlags(languageType) & QMetaType::IsEnumeration);
+
+        const QVariant list = QVariant::fromValue(QList<Language>{German, Thai});
+        const auto elements = list.value<QSequentialIterable>();
+        QCOMPARE(elements.size(), 2);
+        QCOMPARE(elements.at(1).value<Language>(), Thai);
+    }
+
+    // What holds over the whole table, for values in and around it.
+    void codesOfAllValues()
+    {
+        int isoCodes = 0;
+        int iso3Codes = 0;
+        int ttsCodes = 0;
+        for (int value = -2; value <= 300; ++value) {
+            const auto language = Language(value);
+            const QByteArray iso = convertLanguageIdToIso(language);
+            const QByteArray name = convertLanguageIdToIsoName(language);
+            const QByteArray iso3 = convertLanguageIdToIso3(language);
+            const QByteArray tts = convertTtsLanguageIdToIso3(language);
+            if (!iso.isEmpty()) {
+                ++isoCodes;
+                QCOMPARE(convertIsoToLanguageId(iso), language);
+                QCOMPARE(name.size(), 5);
+            } else {
+                QVERIFY(name.isEmpty() && iso3.isEmpty() && tts.isEmpty());
+            }
+            if (!iso3.isEmpty()) {
+                ++iso3Codes;
+                QCOMPARE(convertIso3ToLanguageId(iso3), language);
+                QCOMPARE(tts, iso3);
+            }
+            ttsCodes += tts.isEmpty() ? 0 : 1;
+        }
+        QCOMPARE(isoCodes, 34);
+        QCOMPARE(iso3Codes, 12);
+        QCOMPARE(ttsCodes, 30);
+    }
+
+    void irregularCodes_data()
+    {
+        QTest::addColumn<int>("value");
+        QTest::addColumn<QByteArray>("iso");
+        QTest::addColumn<QByteArray>("isoName");
+        QTest::addColumn<QByteArray>("iso3");
+        QTest::addColumn<QByteArray>("ttsIso3");
+
+        const struct
+        {
+            int value;
+            const char *iso, *name, *iso3, *tts;
+        } rows[] = {
+            {0, "00_00", "00_00", "000-000", "000-000"},
+            {7, "", "", "", ""},
+            {8, "nl_NL", "nl_NL", "", "nld-NLD"},
+            {9, "ar_AE", "ar_AE", "", "ara-WWW"},
+            {10, "cmn_TW", "zh_TW", "", "cmn-TWN"},
+            {11, "cmn_CN", "zh_CN", "cmn-CHN", "cmn-CHN"},
+            {13, "ja_JP", "kt_JP", "jpn-JPN", "jpn-JPN"},
+            {15, "fr_CA", "fr_CA", "", ""},
+            {19, "el_GR", "el_GR", "", "ell-GRC"},
+            {24, "pt_BR", "pt_BR", "por-BRA", "por-BRA"},
+            {25, "yue_HK", "zh_TW", "", "yue-HKG"},
+            {26, "yue_CN", "zh_CN", "", "yue-HKG"},
+            {27, "sk_SK", "sk_SK", "", "slk-SVL"},
+            {29, "sl_SL", "sl_SL", "", ""},
+            {31, "no_NO", "no_NO", "", "nor-NOR"},
+            {255, "", "", "", ""},
+        };
+        for (const auto& row : rows) {
+            QTest::addRow("%d", row.value)
+                << row.value << QByteArray(row.iso) << QByteArray(row.name) << QByteArray(row.iso3)
+                << QByteArray(row.tts);
+        }
+    }
+    void irregularCodes()
+    {
+        QFETCH(int, value);
+        const auto language = Language(value);
+        QTEST(convertLanguageIdToIso(language), "iso");
+        QTEST(convertLanguageIdToIsoName(language), "isoName");
+        QTEST(convertLanguageIdToIso3(language), "iso3");
+        QTEST(convertTtsLanguageIdToIso3(language), "ttsIso3");
+    }
+
+    void unknownCodes()
+    {
+        for (const QByteArray& code : {QByteArray(), QByteArray(""), QByteArray("de"),
+                 QByteArray("de-DE"), QByteArray("DE_de"), QByteArray("de_DE "),
+                 QByteArray("zh_TW"), QByteArray("de_DE\0", 6), QByteArray("deu-DEU")}) {
+            QCOMPARE(convertIsoToLanguageId(code), InvalidLanguage);
+        }
+        for (const char* code : {"", "nld-NLD", "yue-HKG", "deu_DEU", "de_DE"}) {
+            QCOMPARE(convertIso3ToLanguageId(code), InvalidLanguage);
+        }
+    }
+
+    // A code is static data; changing a caller's copy must leave the table as it is.
+    void codesAreCopies()
+    {
+        QByteArray code = convertLanguageIdToIso(German);
+        code[0] = 'x';
+        code.append("tail");
+        QCOMPARE(convertLanguageIdToIso(German), QByteArray("de_DE"));
+        QCOMPARE(convertLanguageIdToIso(German).constData()[5], '\0');
+    }
+
+    void classification()
+    {
+        const QVector<int> refused = {10, 18, 19, 21, 22, 23, 27, 28, 29, 30, 31, 32, 33, 34};
+        QCOMPARE(valuesWhere(isNluLanguage), QVector<int>({1, 2, 3, 4, 5, 6, 11, 13, 24}));
+        QCOMPARE(valuesWhere(isInvalidPrompterLanguage), refused);
+        QCOMPARE(valuesWhere(isInvalidRecognizerLanguage), refused);
+        QCOMPARE(valuesWhere(isCantoneseLanguage), QVector<int>({25, 26}));
+
+        QMap<int, QVector<int>> groups;
+        for (int value = -2; value <= 300; ++value) {
+            groups[languageGroup(Language(value))].append(value);
+        }
+        QCOMPARE(groups.take(255).size(), 303 - 12);
+        const QMap<int, QVector<int>> expected = {
+            {0, {2, 3}}, {1, {4, 16}}, {2, {6, 15}}, {3, {10, 11, 25, 26}}, {4, {17, 24}}};
+        QCOMPARE(groups, expected);
+    }
+
+    void glsLanguages()
+    {
+        QVERIFY(valuesWhere(isGlsLanguage).isEmpty());
+        setGlsLanguages({Thai, German, Thai});
+        QCOMPARE(valuesWhere(isGlsLanguage), QVector<int>({1, 34}));
+        setGlsLanguages({});
+        QVERIFY(valuesWhere(isGlsLanguage).isEmpty());
+    }
+
+    void stringIds()
+    {
+        QCOMPARE(convertLanguageIdToString(German), QByteArray());
+        QCOMPARE(convertStringToLanguageId(""), NoLanguage);
+        updateLanguageIdToStringHash(German, "old");
+        updateLanguageIdToStringHash(German, "new");
+        QCOMPARE(convertLanguageIdToString(German), QByteArray("new"));
+        QCOMPARE(convertStringToLanguageId("new"), German);
+        QCOMPARE(convertStringToLanguageId("old"), NoLanguage);
+        updateLanguageIdToStringHash(Thai, "");
+        QCOMPARE(convertStringToLanguageId(""), Thai);
+    }
+
+    void printer()
+    {
+        QString text;
+        QDebug(&text) << German << Language(7) << "end";
+        QCOMPARE(text, QStringLiteral("Language { \"de_DE\" } Language { \"Unknown\" } end "));
+        text.clear();
+        QDebug(&text).nospace().noquote() << CantoneseChina << 1 << 2;
+        QCOMPARE(text, QStringLiteral("Language { \"yue_CN\" } 1 2 "));
+    }
+};
+
+QTEST_APPLESS_MAIN(LanguageTest)
+#include "languagetest.moc"
