@@ -2,4 +2,5 @@
 
 /** @file Every public header of the library. */
 
+#include <core/parsers/jsonfile.h>
 #include <core/speech/language.h>

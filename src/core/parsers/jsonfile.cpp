@@ -1,0 +1,84 @@
+#include <core/parsers/jsonfile.h>
+
+#include <core/log_p.h>
+
+#include <QFile>
+#include <QJsonParseError>
+#include <QStringView>
+
+#include <algorithm>
+
+namespace {
+
+QJsonValue member(const QJsonObject& object, QStringView key)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
+    return object.value(key); // without a string of its own
+#else
+    return object.value(key.toString());
+#endif
+}
+
+} // namespace
+
+QJsonDocument JsonFile::loadDocument(const QString& fileName)
+{
+    constexpr char here[] = "static QJsonDocument JsonFile::loadDocument(const QString&)";
+
+    QFile file(fileName);
+    if (!file.exists()) {
+        ORV_LOG(here).warning() << here << fileName << "does not exist.";
+        return QJsonDocument();
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        ORV_LOG(here).warning() << here << "Could not open for reading:" << fileName;
+        return QJsonDocument();
+    }
+    const QByteArray bytes = file.readAll();
+    file.close();
+
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    if (document.isNull()) {
+        ORV_LOG(here).critical() << here << "Parsing" << fileName << "failed"
+                                 << "due to" << error.errorString() << "at" << error.offset;
+        return document;
+    }
+    ORV_LOG(here).debug() << here << "Loaded:" << fileName;
+    return document;
+}
+
+JsonPath::JsonPath(const QJsonObject& object)
+    : m_root(object)
+{}
+
+JsonPath::JsonPath(const QJsonDocument& document)
+    : m_root(document.object()) // empty unless the document is an object
+{}
+
+bool JsonPath::isEmpty() const
+{
+    return m_root.isEmpty();
+}
+
+QJsonValue JsonPath::value(const QString& path, const QJsonValue& defaultValue) const
+{
+    QJsonObject object = m_root;
+    const QChar* key = path.constData();
+    const QChar* const pathEnd = key + path.size();
+    for (;;) {
+        const QChar* const keyEnd = std::find(key, pathEnd, QLatin1Char('/'));
+        const QJsonValue found = member(object, QStringView(key, keyEnd));
+        if (found.isUndefined()) {
+            return defaultValue;
+        }
+        if (keyEnd == pathEnd) {
+            return found;
+        }
+        if (!found.isObject()) {
+            return defaultValue;
+        }
+        object = found.toObject();
+        key = keyEnd + 1;
+    }
+}
