@@ -4,3 +4,4 @@
 
 #include <core/parsers/jsonfile.h>
 #include <core/speech/language.h>
+#include <core/speech/speechcommon.h>

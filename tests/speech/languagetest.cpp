@@ -1,4 +1,5 @@
 #include <core/speech/language.h>
+#include <core/speech/speechcommon.h>
 
 #include <QDebug>
 #include <QSequentialIterable>
@@ -9,6 +10,7 @@ namespace {
 // Read while this program's own statics are set up, after the library was loaded.
 const int languageType = QMetaType::type("Language");
 const int languageListType = QMetaType::type("QList<Language>");
+const int promptDataType = QMetaType::type("PromptData");
 
 QVector<int> valuesWhere(bool (*isMember)(const Language&))
 {
@@ -32,6 +34,7 @@ private Q_SLOTS:
     {
         QVERIFY(languageType >= QMetaType::User);
         QVERIFY(languageType < languageListType);
+        QVERIFY(languageListType < promptDataType);
         QVERIFY(QMetaType::typeFlags(languageType) & QMetaType::IsEnumeration);
 
         const QVariant list = QVariant::fromValue(QList<Language>{German, Thai});

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+#include <optional>
+#include <stdexcept>
+#include <string_view>
+
+/**
+ * One form of prompt markup, written as the regular expression that documents it.
+ *
+ * Understands just what the forms are made of: fixed texts, `(\S+)` and `(.*)`, which captures line
+ * breaks too. Finds what QRegExp finds for the same pattern: the leftmost match, each group as long
+ * as the rest still fits. A pattern is taken apart by the compiler and has no state, so it costs
+ * nothing at load and may be matched from several threads at once. Time is linear in the text.
+ */
+class MarkupPattern
+{
+public:
+    static constexpr int maximumGroups = 3;
+
+    /** The captures of one match, views into the text that was searched. */
+    struct Match
+    {
+        QStringView groups[maximumGroups];
+
+        /** Capture @p number, counted from 1. */
+        QStringView capture(int number) const
+        {
+            return groups[number - 1];
+        }
+    };
+
+    /** @p pattern must outlive this object; it is a literal. */
+    constexpr explicit MarkupPattern(std::u16string_view pattern)
+    {
+        constexpr std::u16string_view nonBlanks = u"(\\S+)";
+        constexpr std::u16string_view anything = u"(.*)";
+        std::size_t open = 0;
+        while ((open = pattern.find(u'(')) != pattern.npos) {
+            m_texts[m_groupCount] = pattern.substr(0, open);
+            pattern.remove_prefix(open);
+            const bool isNonBlanks = pattern.substr(0, nonBlanks.size()) == nonBlanks;
+            m_groups[m_groupCount] = isNonBlanks ? Group::NonBlanks : Group::Anything;
+            pattern.remove_prefix(isNonBlanks ? nonBlanks.size() : anything.size());
+            ++m_groupCount;
+        }
+        m_texts[m_groupCount] = pattern;
+        checkForm();
+    }
+
+    /** Searches @p text, which has its first "<" at @p firstBracket or later. */
+    std::optional<Match> match(const QString& text, int firstBracket) const;
+
+private:
+    enum class Group : quint8
+    {
+        NonBlanks,
+        Anything
+    };
+
+    /**
+     * The limits within which matching need not try one split after another: once a group may be
+     * anything, the rest fits wherever its fixed texts follow; and a run of non-blanks ends before
+     * the blank of a text between two of them.
+     */
+    constexpr void checkForm() const
+    {
+        for (int i = 0; i + 1 < m_groupCount; ++i) {
+            const bool anythingThenNonBlanks =
+                m_groups[i] == Group::Anything && m_groups[i + 1] == Group::NonBlanks;
+            const bool ambiguousNonBlanks =
+                m_groups[i] == Group::NonBlanks && m_groups[i + 1] == Group::NonBlanks
+                && m_texts[i + 1].find(u' ') == std::u16string_view::npos;
+            if (anythingThenNonBlanks || ambiguousNonBlanks) {
+                throw std::logic_error("no form of prompt markup"); // at compile time
+            }
+        }
+        if (m_groupCount == 0 || m_texts[0].empty() || m_texts[0].front() != u'<') {
+            throw std::logic_error("a form starts with a bracket and captures something");
+        }
+    }
+
+    std::optional<Match> matchAt(
+        std::u16string_view text, std::size_t start, const std::size_t* latest) const;
+
+    // Text 0, group 0, text 1, group 1, ... the last text.
+    std::u16string_view m_texts[maximumGroups + 1];
+    Group m_groups[maximumGroups] = {};
+    int m_groupCount = 0;
+};
