@@ -3,5 +3,6 @@
 /** @file Every public header of the library. */
 
 #include <core/parsers/jsonfile.h>
+#include <core/parsers/sentencetokenizer.h>
 #include <core/speech/language.h>
 #include <core/speech/speechcommon.h>
