@@ -1,0 +1,80 @@
+#include "commandline.h"
+
+#include "output.h"
+
+#include <QCoreApplication>
+
+CommandLine::CommandLine(const char* command, const char* description)
+    : m_command(QString::fromUtf8(command))
+{
+    m_parser.setApplicationDescription(QString::fromUtf8(description));
+    m_parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
+    m_parser.addOptions({{{QStringLiteral("h"), QStringLiteral("help")},
+                             QStringLiteral("Shows this help.")},
+        {{QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Shows the version.")},
+        {QStringLiteral("verbose"),
+            QStringLiteral("Shows the library's log lines on standard error.")}});
+}
+
+void CommandLine::addOption(
+    const char* name, const char* description, const char* valueName, const char* defaultValue)
+{
+    m_parser.addOption(QCommandLineOption(QString::fromUtf8(name), QString::fromUtf8(description),
+        QString::fromUtf8(valueName), QString::fromUtf8(defaultValue)));
+}
+
+void CommandLine::addArgument(const char* name, const char* description, const char* syntax)
+{
+    m_parser.addPositionalArgument(
+        QString::fromUtf8(name), QString::fromUtf8(description), QString::fromUtf8(syntax));
+}
+
+void CommandLine::process(const QStringList& arguments, int mostArguments)
+{
+    if (!m_parser.parse(QStringList(QCoreApplication::applicationName()) + arguments)) {
+        throw Failure{m_parser.errorText()};
+    }
+    if (m_parser.isSet(QStringLiteral("help"))) {
+        QString help = m_parser.helpText(); // names the program by its path, and no command
+        help.replace(0, help.indexOf(QLatin1String("[options]")),
+            QStringLiteral("Usage: orv %1 ").arg(m_command));
+        print(help);
+        throw Answered();
+    }
+    if (m_parser.isSet(QStringLiteral("version"))) {
+        print(QCoreApplication::applicationName() + QLatin1Char(' ')
+              + QCoreApplication::applicationVersion() + QLatin1Char('\n'));
+        throw Answered();
+    }
+    if (this->arguments().size() > mostArguments) {
+        throw Failure{
+            QStringLiteral("too many arguments: \"%1\"").arg(this->arguments()[mostArguments])};
+    }
+    showLog(m_parser.isSet(QStringLiteral("verbose")));
+}
+
+bool CommandLine::isSet(const char* option) const
+{
+    return m_parser.isSet(QString::fromUtf8(option));
+}
+
+QString CommandLine::value(const char* option) const
+{
+    return m_parser.value(QString::fromUtf8(option));
+}
+
+QStringList CommandLine::arguments() const
+{
+    return m_parser.positionalArguments();
+}
+
+Language CommandLine::language() const
+{
+    const QString code = value("language");
+    const Language language = convertIsoToLanguageId(code.toUtf8());
+    if (language == InvalidLanguage) {
+        throw Failure{
+            QStringLiteral("unknown language: \"%1\" (orv language lists them)").arg(code)};
+    }
+    return language;
+}

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <core/speech/language.h>
+
+#include <QCommandLineParser>
+#include <QString>
+#include <QStringList>
+
+/** Ends the program with exit code 2 and its one line on standard error. */
+struct Failure
+{
+    QString reason;
+};
+
+/** Thrown once --help or --version has been answered: ends the program with exit code 0. */
+struct Answered
+{};
+
+/** The options and arguments of one command, --help, --version and --verbose among them. */
+class CommandLine
+{
+public:
+    CommandLine(const char* command, const char* description);
+
+    void addOption(const char* name, const char* description, const char* valueName = nullptr,
+        const char* defaultValue = "");
+    void addArgument(const char* name, const char* description, const char* syntax);
+
+    /** Reads the words; answers --help and --version. @throw Failure for wrong use, Answered */
+    void process(const QStringList& arguments, int mostArguments);
+
+    bool isSet(const char* option) const;
+    QString value(const char* option) const;
+
+    /** The arguments that are no options. */
+    QStringList arguments() const;
+
+    /** The language of the option "language". @throw Failure for an unknown ISO code */
+    Language language() const;
+
+private:
+    QString m_command;
+    QCommandLineParser m_parser;
+};

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QFile>
+#include <QString>
+
+/** Reads the lines of a UTF-8 file, or of standard input, one at a time. */
+class LineReader
+{
+public:
+    /** @p fileName is empty or "-" for standard input. @throw Failure when it cannot be opened */
+    explicit LineReader(const QString& fileName);
+
+    /** The next line without its line break. @return false at the end @throw Failure */
+    bool readLine(QString& line);
+
+    /** The number of the line last read, from 1. */
+    int lineNumber() const;
+
+private:
+    QString m_name;
+    QFile m_file;
+    int m_lineNumber = 0;
+};

@@ -1,0 +1,88 @@
+#include "commandline.h"
+#include "commands.h"
+#include "output.h"
+
+#include <QCoreApplication>
+#include <QTextCodec>
+
+#include <algorithm>
+
+namespace {
+
+struct Command
+{
+    const char* name;
+    const char* summary;
+    int (*run)(const QStringList& arguments);
+};
+
+constexpr Command commands[] = {
+    {"json", "a value of a JSON file, by its path", runJson},
+    {"language", "languages, their codes and what the engines support", runLanguage},
+    {"prompt", "what prompts ask for: audio, files, text, off-board speech", runPrompt},
+    {"sentences", "texts cut into sentences, with inline tags carried on", runSentences},
+    {"sound", "the files of brand sounds", runSound},
+};
+
+QString usage()
+{
+    QString text =
+        QStringLiteral("Usage: orv COMMAND [OPTION…] [ARGUMENT…]\n"
+                       "Uses the speech core library from the command line.\n\nCommands:\n");
+    for (const Command& command : commands) {
+        text += QStringLiteral("  %1  %2\n")
+                    .arg(QLatin1String(command.name), -9)
+                    .arg(QLatin1String(command.summary));
+    }
+    return text
+           + QStringLiteral(
+               "\norv COMMAND --help tells more. Exit codes: 0 done, 1 a negative finding,\n"
+               "2 wrong use or unreadable input.\n");
+}
+
+int run(QStringList words)
+{
+    if (words.isEmpty()) {
+        throw Failure{QStringLiteral("no command given (orv --help lists them)")};
+    }
+    const QString name = words.takeFirst();
+    if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
+        print(usage());
+        return 0;
+    }
+    if (name == QLatin1String("--version") || name == QLatin1String("-v")) {
+        print(QStringLiteral("orv " ORV_VERSION "\n"));
+        return 0;
+    }
+    const auto* const command = std::find_if(std::begin(commands), std::end(commands),
+        [&name](const Command& candidate) { return name == QLatin1String(candidate.name); });
+    if (command == std::end(commands)) {
+        throw Failure{QStringLiteral("unknown command: \"%1\" (orv --help lists them)").arg(name)};
+    }
+    return command->run(words);
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("orv"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORV_VERSION));
+    // Arguments and file names are UTF-8 in every locale, also in the plain one of build machines.
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    takeOverLog();
+
+    int exitCode = 0;
+    try {
+        try {
+            exitCode = run(QCoreApplication::arguments().mid(1));
+        } catch (const Answered&) {
+        }
+        finishOutput();
+    } catch (const Failure& failure) {
+        printError(failure.reason);
+        exitCode = 2;
+    }
+    return exitCode;
+}

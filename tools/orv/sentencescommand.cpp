@@ -1,0 +1,38 @@
+#include "commandline.h"
+#include "commands.h"
+#include "input.h"
+#include "output.h"
+
+#include <core/parsers/sentencetokenizer.h>
+
+#include <QJsonArray>
+#include <QJsonObject>
+
+int runSentences(const QStringList& arguments)
+{
+    CommandLine commandLine("sentences",
+        "Cuts texts into sentences, one text per line of the file or of standard input.");
+    commandLine.addOption("language", "The language of the texts, such as de_DE. Required.", "ISO");
+    commandLine.addOption("json", "Writes one JSON object per text.");
+    commandLine.addArgument("file", "A file of texts; standard input without it.", "[FILE]");
+    commandLine.process(arguments, 1);
+    if (!commandLine.isSet("language")) {
+        throw Failure{QStringLiteral("the option --language is missing")};
+    }
+    const Language language = commandLine.language();
+
+    LineReader reader(commandLine.arguments().value(0));
+    QString line;
+    while (reader.readLine(line)) {
+        const QStringList sentences = SentenceTokenizer::split(line, language);
+        if (commandLine.isSet("json")) {
+            printJson({{QStringLiteral("line"), reader.lineNumber()},
+                {QStringLiteral("sentences"), QJsonArray::fromStringList(sentences)}});
+        } else {
+            for (const QString& sentence : sentences) {
+                print(onOneLine(sentence) + QLatin1Char('\n'));
+            }
+        }
+    }
+    return 0;
+}
