@@ -74,57 +74,27 @@ private Q_SLOTS:
         QCOMPARE(ttsCodes, 30);
     }
 
-    void irregularCodes_data()
-    {
-        QTest::addColumn<int>("value");
-        QTest::addColumn<QByteArray>("iso");
-        QTest::addColumn<QByteArray>("isoName");
-        QTest::addColumn<QByteArray>("iso3");
-        QTest::addColumn<QByteArray>("ttsIso3");
-
-        const struct
-        {
-            int value;
-            const char *iso, *name, *iso3, *tts;
-        } rows[] = {
-            {0, "00_00", "00_00", "000-000", "000-000"},
-            {7, "", "", "", ""},
-            {8, "nl_NL", "nl_NL", "", "nld-NLD"},
-            {9, "ar_AE", "ar_AE", "", "ara-WWW"},
-            {10, "cmn_TW", "zh_TW", "", "cmn-TWN"},
-            {11, "cmn_CN", "zh_CN", "cmn-CHN", "cmn-CHN"},
-            {13, "ja_JP", "kt_JP", "jpn-JPN", "jpn-JPN"},
-            {15, "fr_CA", "fr_CA", "", ""},
-            {19, "el_GR", "el_GR", "", "ell-GRC"},
-            {24, "pt_BR", "pt_BR", "por-BRA", "por-BRA"},
-            {25, "yue_HK", "zh_TW", "", "yue-HKG"},
-            {26, "yue_CN", "zh_CN", "", "yue-HKG"},
-            {27, "sk_SK", "sk_SK", "", "slk-SVL"},
-            {29, "sl_SL", "sl_SL", "", ""},
-            {31, "no_NO", "no_NO", "", "nor-NOR"},
-            {255, "", "", "", ""},
-        };
-        for (const auto& row : rows) {
-            QTest::addRow("%d", row.value)
-                << row.value << QByteArray(row.iso) << QByteArray(row.name) << QByteArray(row.iso3)
-                << QByteArray(row.tts);
-        }
-    }
     void irregularCodes()
     {
-        QFETCH(int, value);
-        const auto language = Language(value);
-        QTEST(convertLanguageIdToIso(language), "iso");
-        QTEST(convertLanguageIdToIsoName(language), "isoName");
-        QTEST(convertLanguageIdToIso3(language), "iso3");
-        QTEST(convertTtsLanguageIdToIso3(language), "ttsIso3");
+        // value, ISO, ISO name, ISO3, TTS ISO3
+        for (const char* row :
+            {"0 00_00 00_00 000-000 000-000", "7    ", "9 ar_AE ar_AE  ara-WWW", "10 cmn_TW zh_TW  cmn-TWN",
+                "11 cmn_CN zh_CN cmn-CHN cmn-CHN", "13 ja_JP kt_JP jpn-JPN jpn-JPN", "19 el_GR el_GR  ell-GRC",
+                "24 pt_BR pt_BR por-BRA por-BRA", "25 yue_HK zh_TW  yue-HKG", "26 yue_CN zh_CN  yue-HKG",
+                "27 sk_SK sk_SK  slk-SVL", "29 sl_SL sl_SL  ", "31 no_NO no_NO  nor-NOR", "255    "}) {
+            const auto language = Language(QByteArray(row).split(' ').first().toInt());
+            const QByteArrayList codes{QByteArray::number(language), convertLanguageIdToIso(language),
+                convertLanguageIdToIsoName(language), convertLanguageIdToIso3(language),
+                convertTtsLanguageIdToIso3(language)};
+            QCOMPARE(codes.join(' '), QByteArray(row));
+        }
     }
 
     void unknownCodes()
     {
-        for (const QByteArray& code : {QByteArray(), QByteArray(""), QByteArray("de"),
-                 QByteArray("de-DE"), QByteArray("DE_de"), QByteArray("de_DE "),
-                 QByteArray("zh_TW"), QByteArray("de_DE\0", 6), QByteArray("deu-DEU")}) {
+        for (const QByteArray& code :
+            {QByteArray(), QByteArray(""), QByteArray("de"), QByteArray("de-DE"), QByteArray("DE_de"),
+                QByteArray("de_DE "), QByteArray("zh_TW"), QByteArray("de_DE\0", 6), QByteArray("deu-DEU")}) {
             QCOMPARE(convertIsoToLanguageId(code), InvalidLanguage);
         }
         for (const char* code : {"", "nld-NLD", "yue-HKG", "deu_DEU", "de_DE"}) {
@@ -160,25 +130,22 @@ private Q_SLOTS:
         QCOMPARE(groups, expected);
     }
 
-    void glsLanguages()
+    void tablesOfTheApplication()
     {
         QVERIFY(valuesWhere(isGlsLanguage).isEmpty());
         setGlsLanguages({Thai, German, Thai});
         QCOMPARE(valuesWhere(isGlsLanguage), QVector<int>({1, 34}));
         setGlsLanguages({});
         QVERIFY(valuesWhere(isGlsLanguage).isEmpty());
-    }
 
-    void stringIds()
-    {
-        QCOMPARE(convertLanguageIdToString(German), QByteArray());
         QCOMPARE(convertStringToLanguageId(""), NoLanguage);
         updateLanguageIdToStringHash(German, "old");
         updateLanguageIdToStringHash(German, "new");
+        updateLanguageIdToStringHash(Thai, "");
         QCOMPARE(convertLanguageIdToString(German), QByteArray("new"));
+        QCOMPARE(convertLanguageIdToString(French), QByteArray());
         QCOMPARE(convertStringToLanguageId("new"), German);
         QCOMPARE(convertStringToLanguageId("old"), NoLanguage);
-        updateLanguageIdToStringHash(Thai, "");
         QCOMPARE(convertStringToLanguageId(""), Thai);
     }
 

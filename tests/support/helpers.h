@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QStringList>
+
+#include <thread>
+#include <vector>
+
+inline QString u(const char* text)
+{
+    return QString::fromUtf8(text);
+}
+
+/** Writes a file and the folders it lies in; false when that fails. */
+inline bool writeFile(const QString& fileName, const QByteArray& content)
+{
+    QFile file(fileName);
+    return QDir().mkpath(QFileInfo(fileName).path()) && file.open(QIODevice::WriteOnly)
+           && file.write(content) == content.size() && file.flush();
+}
+
+/** How often a randomised comparison runs: 20,000 times unless ORV_TEST_ROUNDS says else. */
+inline int testRounds()
+{
+    return qEnvironmentVariable("ORV_TEST_ROUNDS", QStringLiteral("20000")).toInt();
+}
+
+/** Up to @p most of the fragments in a row; few kinds of them in one text, so that rare neighbours meet. */
+inline QString randomText(QRandomGenerator& random, const QStringList& fragments, int most)
+{
+    QStringList chosen;
+    for (int kinds = random.bounded(1, fragments.size()); kinds > 0; --kinds) {
+        chosen += fragments[random.bounded(fragments.size())];
+    }
+    QString text;
+    for (int count = random.bounded(most + 1); count > 0; --count) {
+        text += chosen[random.bounded(chosen.size())];
+    }
+    return text;
+}
+
+/** Runs @p function with the numbers 0 to 7, each in a thread of its own. */
+template <typename Function>
+void runInThreads(Function function)
+{
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back(function, i);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
