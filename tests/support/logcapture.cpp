@@ -17,14 +17,14 @@ void capture(QtMsgType type, const QMessageLogContext& context, const QString& t
 } // namespace
 
 LogCapture::LogCapture()
-    : m_previous(qInstallMessageHandler(capture))
+    : previous(qInstallMessageHandler(capture))
 {
     takeLines();
 }
 
 LogCapture::~LogCapture()
 {
-    qInstallMessageHandler(m_previous);
+    qInstallMessageHandler(previous);
 }
 
 QVector<LogLine> LogCapture::takeLines()

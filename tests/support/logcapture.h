@@ -32,5 +32,5 @@ public:
     QStringList takeTexts();
 
 private:
-    QtMessageHandler m_previous;
+    QtMessageHandler previous;
 };

@@ -5,12 +5,12 @@
 #include <QCoreApplication>
 
 CommandLine::CommandLine(const char* command, const char* description)
-    : m_command(QString::fromUtf8(command))
+    : command(QString::fromUtf8(command))
 {
-    m_parser.setApplicationDescription(QString::fromUtf8(description));
-    m_parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
-    m_parser.addOptions({{{QStringLiteral("h"), QStringLiteral("help")},
-                             QStringLiteral("Shows this help.")},
+    parser.setApplicationDescription(QString::fromUtf8(description));
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
+    parser.addOptions({{{QStringLiteral("h"), QStringLiteral("help")},
+                           QStringLiteral("Shows this help.")},
         {{QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Shows the version.")},
         {QStringLiteral("verbose"),
             QStringLiteral("Shows the library's log lines on standard error.")}});
@@ -19,29 +19,29 @@ CommandLine::CommandLine(const char* command, const char* description)
 void CommandLine::addOption(
     const char* name, const char* description, const char* valueName, const char* defaultValue)
 {
-    m_parser.addOption(QCommandLineOption(QString::fromUtf8(name), QString::fromUtf8(description),
+    parser.addOption(QCommandLineOption(QString::fromUtf8(name), QString::fromUtf8(description),
         QString::fromUtf8(valueName), QString::fromUtf8(defaultValue)));
 }
 
 void CommandLine::addArgument(const char* name, const char* description, const char* syntax)
 {
-    m_parser.addPositionalArgument(
+    parser.addPositionalArgument(
         QString::fromUtf8(name), QString::fromUtf8(description), QString::fromUtf8(syntax));
 }
 
 void CommandLine::process(const QStringList& arguments, int mostArguments)
 {
-    if (!m_parser.parse(QStringList(QCoreApplication::applicationName()) + arguments)) {
-        throw Failure{m_parser.errorText()};
+    if (!parser.parse(QStringList(QCoreApplication::applicationName()) + arguments)) {
+        throw Failure{parser.errorText()};
     }
-    if (m_parser.isSet(QStringLiteral("help"))) {
-        QString help = m_parser.helpText(); // names the program by its path, and no command
+    if (parser.isSet(QStringLiteral("help"))) {
+        QString help = parser.helpText(); // names the program by its path, and no command
         help.replace(0, help.indexOf(QLatin1String("[options]")),
-            QStringLiteral("Usage: orv %1 ").arg(m_command));
+            QStringLiteral("Usage: orv %1 ").arg(command));
         print(help);
         throw Answered();
     }
-    if (m_parser.isSet(QStringLiteral("version"))) {
+    if (parser.isSet(QStringLiteral("version"))) {
         print(QCoreApplication::applicationName() + QLatin1Char(' ')
               + QCoreApplication::applicationVersion() + QLatin1Char('\n'));
         throw Answered();
@@ -50,22 +50,22 @@ void CommandLine::process(const QStringList& arguments, int mostArguments)
         throw Failure{
             QStringLiteral("too many arguments: \"%1\"").arg(this->arguments()[mostArguments])};
     }
-    showLog(m_parser.isSet(QStringLiteral("verbose")));
+    showLog(parser.isSet(QStringLiteral("verbose")));
 }
 
 bool CommandLine::isSet(const char* option) const
 {
-    return m_parser.isSet(QString::fromUtf8(option));
+    return parser.isSet(QString::fromUtf8(option));
 }
 
 QString CommandLine::value(const char* option) const
 {
-    return m_parser.value(QString::fromUtf8(option));
+    return parser.value(QString::fromUtf8(option));
 }
 
 QStringList CommandLine::arguments() const
 {
-    return m_parser.positionalArguments();
+    return parser.positionalArguments();
 }
 
 Language CommandLine::language() const

@@ -39,6 +39,6 @@ public:
     Language language() const;
 
 private:
-    QString m_command;
-    QCommandLineParser m_parser;
+    QString command;
+    QCommandLineParser parser;
 };

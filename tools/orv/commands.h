@@ -5,8 +5,8 @@ class QStringList;
 /**
  * The commands of orv, one source file each.
  *
- * Each takes the words behind its name and gives the exit code: 0 done, 1 for a negative finding such as an
- * unknown code. Wrong use and unreadable input are thrown as Failure, which makes it 2.
+ * Each takes the words behind its name and gives the exit code: 0 done, 1 for a negative finding
+ * such as an unknown code. Wrong use and unreadable input are thrown as Failure, which makes it 2.
  */
 int runJson(const QStringList& arguments);
 int runLanguage(const QStringList& arguments);

@@ -4,49 +4,48 @@
 
 #include <QTextCodec>
 
-#include <cstdio>
+#include <unistd.h>
 
 LineReader::LineReader(const QString& fileName)
-    : m_name(fileName)
+    : name(fileName)
 {
     bool isOpen = false;
     if (fileName.isEmpty() || fileName == QLatin1String("-")) {
-        m_name = QStringLiteral("standard input");
-        isOpen = m_file.open(stdin, QIODevice::ReadOnly);
+        name = QStringLiteral("standard input");
+        // By its descriptor: the stream would be read up to the NULs of its lines.
+        isOpen = file.open(STDIN_FILENO, QIODevice::ReadOnly);
     } else {
-        m_file.setFileName(fileName);
-        isOpen = m_file.open(QIODevice::ReadOnly);
+        file.setFileName(fileName);
+        isOpen = file.open(QIODevice::ReadOnly);
     }
     if (!isOpen) {
-        throw Failure{QStringLiteral("%1: %2").arg(m_name, m_file.errorString())};
+        throw Failure{QStringLiteral("%1: %2").arg(name, file.errorString())};
     }
 }
 
 bool LineReader::readLine(QString& line)
 {
-    QByteArray bytes = m_file.readLine();
+    QByteArray bytes = file.readLine();
     if (bytes.isEmpty()) {
-        if (m_file.error() != QFileDevice::NoError) {
-            throw Failure{QStringLiteral("%1:%2: %3")
-                              .arg(m_name)
-                              .arg(m_lineNumber)
-                              .arg(m_file.errorString())};
+        if (file.error() != QFileDevice::NoError) {
+            throw Failure{
+                QStringLiteral("%1:%2: %3").arg(name, QString::number(number), file.errorString())};
         }
         return false;
     }
-    ++m_lineNumber;
+    ++number;
     if (bytes.endsWith('\n')) {
         bytes.chop(bytes.endsWith("\r\n") ? 2 : 1);
     }
     QTextCodec::ConverterState state;
     line = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
     if (state.invalidChars > 0 || state.remainingChars > 0) {
-        throw Failure{QStringLiteral("%1:%2: not valid UTF-8").arg(m_name).arg(m_lineNumber)};
+        throw Failure{QStringLiteral("%1:%2: not valid UTF-8").arg(name, QString::number(number))};
     }
     return true;
 }
 
 int LineReader::lineNumber() const
 {
-    return m_lineNumber;
+    return number;
 }

@@ -17,7 +17,7 @@ public:
     int lineNumber() const;
 
 private:
-    QString m_name;
-    QFile m_file;
-    int m_lineNumber = 0;
+    QString name;
+    QFile file;
+    int number = 0;
 };

@@ -104,6 +104,9 @@ QJsonObject jsonObject(Language language)
 
 bool isKnownAs(Language language, const QByteArray& code)
 {
+    if (code.isEmpty()) {
+        return false; // what a language lacks is no code of it
+    }
     for (const CodeFamily& family : codeFamilies) {
         if (family.codeOf(language) == code) {
             return true;

@@ -18,6 +18,7 @@ void handleMessage(QtMsgType type, const QMessageLogContext& context, const QStr
 {
     static const char* const levels[] = {"debug", "warning", "critical", "fatal", "info"};
     if (isLogShown) {
+        std::fflush(stdout); // in the order of events, also where both go the same way
         std::fprintf(stderr, "%s: %s\n", levels[type], qUtf8Printable(text));
     }
     if (type == QtWarningMsg || type == QtCriticalMsg) {
@@ -73,6 +74,7 @@ void finishOutput()
 
 void printError(const QString& reason)
 {
+    std::fflush(stdout);
     std::fprintf(stderr, "%s: %s\n", qUtf8Printable(QCoreApplication::applicationName()),
         qUtf8Printable(reason));
 }

@@ -21,15 +21,15 @@ void finishOutput();
 /** One line on standard error, behind the program's name. */
 void printError(const QString& reason);
 
-/** @p text on one line: control characters are replaced by their symbols, such as U+240A for a line break. */
+/** @p text on one line: symbols such as U+240A stand in for line breaks and the like. */
 QString onOneLine(QString text);
 
 /**
- * Takes over the library's log lines: keeps them from standard error unless they are to be shown, and
- * remembers the last one that tells of a failure.
+ * Takes over the library's log lines: keeps them from standard error unless they are to be shown,
+ * and remembers the last one that tells of a failure.
  */
 void takeOverLog();
 void showLog(bool isShown);
 
-/** What the library last warned of, without the name of the function that did; empty when nothing. */
+/** What the library last warned of, without the function that did; empty when nothing. */
 QString lastLoggedFailure();

@@ -110,6 +110,12 @@ int runPrompt(const QStringList& arguments)
 
     LineReader reader(commandLine.arguments().value(0));
     loadBrandSounds(commandLine.value("brand"));
+    if (!lastLoggedFailure().isEmpty()) {
+        if (commandLine.isSet("brand")) {
+            throw Failure{lastLoggedFailure()};
+        }
+        printError(QStringLiteral("no brand sounds are known: ") + lastLoggedFailure());
+    }
     QString line;
     while (reader.readLine(line)) {
         const PromptData prompt = PromptData::parse(line, context);

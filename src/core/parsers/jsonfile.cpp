@@ -23,7 +23,7 @@ QJsonValue member(const QJsonObject& object, QStringView key)
 
 QJsonDocument JsonFile::loadDocument(const QString& fileName)
 {
-    constexpr char here[] = "static QJsonDocument JsonFile::loadDocument(const QString&)";
+    static constexpr char here[] = "static QJsonDocument JsonFile::loadDocument(const QString&)";
 
     QFile file(fileName);
     if (!file.exists()) {
@@ -49,21 +49,21 @@ QJsonDocument JsonFile::loadDocument(const QString& fileName)
 }
 
 JsonPath::JsonPath(const QJsonObject& object)
-    : m_root(object)
+    : root(object)
 {}
 
 JsonPath::JsonPath(const QJsonDocument& document)
-    : m_root(document.object()) // empty unless the document is an object
+    : root(document.object()) // empty unless the document is an object
 {}
 
 bool JsonPath::isEmpty() const
 {
-    return m_root.isEmpty();
+    return root.isEmpty();
 }
 
 QJsonValue JsonPath::value(const QString& path, const QJsonValue& defaultValue) const
 {
-    QJsonObject object = m_root;
+    QJsonObject object = root;
     const QChar* key = path.constData();
     const QChar* const pathEnd = key + path.size();
     for (;;) {

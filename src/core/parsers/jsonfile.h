@@ -60,5 +60,5 @@ public:
     QJsonValue value(const QString& path, const QJsonValue& defaultValue) const;
 
 private:
-    QJsonObject m_root;
+    QJsonObject root;
 };

@@ -17,16 +17,16 @@ class CharacterSet
 {
 public:
     constexpr explicit CharacterSet(std::u16string_view members)
-        : m_members(members)
+        : members(members)
     {
         for (const char16_t member : members) {
-            m_filter |= bitOf(member);
+            filter |= bitOf(member);
         }
     }
 
     constexpr bool contains(char16_t character) const
     {
-        return (m_filter & bitOf(character)) != 0 && m_members.find(character) != m_members.npos;
+        return (filter & bitOf(character)) != 0 && members.find(character) != members.npos;
     }
 
 private:
@@ -35,8 +35,8 @@ private:
         return Q_UINT64_C(1) << (character % 64);
     }
 
-    quint64 m_filter = 0;
-    std::u16string_view m_members;
+    quint64 filter = 0;
+    std::u16string_view members;
 };
 
 /** How the sentences of some languages are told apart. */
@@ -95,15 +95,14 @@ const Configuration& configurationOf(Language language)
     }
 }
 
-/** The inline tags in force, at most one of each rank, as views into the sentences they stand in.
- */
+/** The inline tags in force, one of each rank at most, as views into the sentences they are in. */
 class CarriedTags
 {
 public:
     int length() const
     {
         qsizetype length = 0;
-        for (const std::u16string_view tag : m_tags) {
+        for (const std::u16string_view tag : tags) {
             length += qsizetype(tag.size());
         }
         return int(length);
@@ -112,7 +111,7 @@ public:
     /** Copies the tags to @p out; returns what follows them there. */
     char16_t* write(char16_t* out) const
     {
-        for (const std::u16string_view tag : m_tags) {
+        for (const std::u16string_view tag : tags) {
             out = std::copy(tag.begin(), tag.end(), out);
         }
         return out;
@@ -154,7 +153,7 @@ private:
     {
         const std::u16string_view body = run.substr(0, run.size() - 1);
         if (body.size() >= reset.size() && body.substr(body.size() - reset.size()) == reset) {
-            std::fill(std::begin(m_tags), std::end(m_tags), std::u16string_view());
+            std::fill(std::begin(tags), std::end(tags), std::u16string_view());
             return;
         }
         // Name and value hold one character at least; the name goes up to the last "=" that fits.
@@ -164,7 +163,7 @@ private:
         }
         const std::size_t equals = body.rfind(u'=', body.size() - 3);
         if (equals != body.npos && equals > opening.size()) {
-            m_tags[rankOf(body.substr(opening.size(), equals - opening.size()))] = run;
+            tags[rankOf(body.substr(opening.size(), equals - opening.size()))] = run;
         }
     }
 
@@ -173,7 +172,7 @@ private:
         return std::size_t(std::find(std::begin(names), std::end(names), name) - std::begin(names));
     }
 
-    std::u16string_view m_tags[rankCount];
+    std::u16string_view tags[rankCount];
 };
 
 /** What stands between two cuts, without the white space around it; never empty. */
@@ -197,24 +196,24 @@ class Splitter
 {
 public:
     Splitter(const QString& text, const Configuration& configuration)
-        : m_text(QStringView(text).utf16(), std::size_t(text.size()))
-        , m_configuration(configuration)
-        , m_joinerLength(configuration.noWordSpacing ? 0 : 1)
+        : text(QStringView(text).utf16(), std::size_t(text.size()))
+        , configuration(configuration)
+        , joinerLength(configuration.noWordSpacing ? 0 : 1)
     {
-        m_pieces.reserve(m_text.size() / 32 + 1);
-        m_sentences.reserve(m_text.size() / 32 + 1);
+        pieces.reserve(text.size() / 32 + 1);
+        sentences.reserve(text.size() / 32 + 1);
     }
 
     void cut()
     {
         std::size_t begin = 0;
-        for (std::size_t i = 0; i < m_text.size(); ++i) {
-            if (m_configuration.terminators.contains(m_text[i]) && cutsAt(i)) {
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            if (configuration.terminators.contains(text[i]) && cutsAt(i)) {
                 addPiece(begin, i + 1);
                 begin = i + 1;
             }
         }
-        addPiece(begin, m_text.size());
+        addPiece(begin, text.size());
     }
 
     /**
@@ -223,8 +222,8 @@ public:
      */
     void mergeShortSentences()
     {
-        const auto begin = m_sentences.begin();
-        const auto end = m_sentences.end();
+        const auto begin = sentences.begin();
+        const auto end = sentences.end();
         auto done = begin;
         for (auto next = begin; next != end;) {
             Sentence current = *next++;
@@ -238,23 +237,22 @@ public:
                 *done++ = current;
             }
         }
-        m_sentences.erase(done, end);
+        sentences.erase(done, end);
     }
 
-    /** The sentences, each with the tags in front that are in force at the end of the one before.
-     */
+    /** The sentences, each with the tags in front that were in force at the end of the last. */
     QStringList sentencesWithTags() const
     {
-        const bool hasTags = m_text.find(u'\\') != m_text.npos;
+        const bool hasTags = text.find(u'\\') != text.npos;
         CarriedTags tags;
         QStringList result;
-        result.reserve(int(m_sentences.size()));
-        for (const Sentence& sentence : m_sentences) {
+        result.reserve(int(sentences.size()));
+        for (const Sentence& sentence : sentences) {
             const int tagsLength = tags.length();
-            QString text(tagsLength + sentence.length, Qt::Uninitialized);
-            auto* const out = reinterpret_cast<char16_t*>(text.data());
+            QString joined(tagsLength + sentence.length, Qt::Uninitialized);
+            auto* const out = reinterpret_cast<char16_t*>(joined.data());
             write(sentence, tags.write(out));
-            result.append(text);
+            result.append(joined);
             if (hasTags) {
                 tags.update(std::u16string_view(out + tagsLength, std::size_t(sentence.length)));
             }
@@ -265,16 +263,15 @@ public:
 private:
     QChar at(std::size_t index) const
     {
-        return QChar(m_text[index]);
+        return QChar(text[index]);
     }
 
     bool cutsAt(std::size_t index) const
     {
-        if (m_configuration.contextualSplit && index + 1 < m_text.size()
-            && !at(index + 1).isSpace()) {
+        if (configuration.contextualSplit && index + 1 < text.size() && !at(index + 1).isSpace()) {
             return false;
         }
-        const bool opensTag = m_text[index] == u'!' && index > 0 && m_text[index - 1] == u'\\';
+        const bool opensTag = text[index] == u'!' && index > 0 && text[index - 1] == u'\\';
         return !opensTag;
     }
 
@@ -289,22 +286,22 @@ private:
         if (begin == end) {
             return;
         }
-        const Sentence piece = {int(m_pieces.size()), 1, int(end - begin), countBlanks(begin, end)};
-        if (m_configuration.contextualSplit && !m_sentences.empty()
-            && continues(m_sentences.back(), at(begin))) {
-            append(m_sentences.back(), piece);
+        const Sentence piece = {int(pieces.size()), 1, int(end - begin), countBlanks(begin, end)};
+        if (configuration.contextualSplit && !sentences.empty()
+            && continues(sentences.back(), at(begin))) {
+            append(sentences.back(), piece);
         } else {
-            m_sentences.push_back(piece);
+            sentences.push_back(piece);
         }
-        m_pieces.push_back({int(begin), int(end)});
+        pieces.push_back({int(begin), int(end)});
     }
 
     int countBlanks(std::size_t begin, std::size_t end) const
     {
-        const int enough = m_configuration.contextualSplit ? m_configuration.minSpaces : 0;
+        const int enough = configuration.contextualSplit ? configuration.minSpaces : 0;
         int blanks = 0;
         for (std::size_t i = begin; i < end && blanks < enough; ++i) {
-            blanks += m_text[i] == u' ' ? 1 : 0;
+            blanks += text[i] == u' ' ? 1 : 0;
         }
         return blanks;
     }
@@ -316,10 +313,10 @@ private:
             return true;
         }
         // The very first character of a sentence does not count as a number: "5. Next" are two.
-        const Piece& last = m_pieces[std::size_t(sentence.firstPiece + sentence.pieceCount - 1)];
+        const Piece& last = pieces[std::size_t(sentence.firstPiece + sentence.pieceCount - 1)];
         const int first = sentence.pieceCount == 1 ? last.begin + 1 : last.begin;
         for (int i = last.end - 1; i >= first; --i) {
-            if (!m_configuration.terminators.contains(m_text[std::size_t(i)])) {
+            if (!configuration.terminators.contains(text[std::size_t(i)])) {
                 return at(std::size_t(i)).isNumber();
             }
         }
@@ -328,33 +325,33 @@ private:
 
     bool isShort(const Sentence& sentence) const
     {
-        return sentence.length < m_configuration.minLength
-               || (m_configuration.contextualSplit && sentence.blanks < m_configuration.minSpaces);
+        return sentence.length < configuration.minLength
+               || (configuration.contextualSplit && sentence.blanks < configuration.minSpaces);
     }
 
     void append(Sentence& sentence, const Sentence& next) const
     {
         sentence.pieceCount += next.pieceCount;
-        sentence.length += m_joinerLength + next.length;
-        sentence.blanks += m_joinerLength + next.blanks;
+        sentence.length += joinerLength + next.length;
+        sentence.blanks += joinerLength + next.blanks;
     }
 
     void write(const Sentence& sentence, char16_t* out) const
     {
         for (int i = 0; i < sentence.pieceCount; ++i) {
-            if (i > 0 && m_joinerLength > 0) {
+            if (i > 0 && joinerLength > 0) {
                 *out++ = u' ';
             }
-            const Piece& piece = m_pieces[std::size_t(sentence.firstPiece + i)];
-            out = std::copy(m_text.data() + piece.begin, m_text.data() + piece.end, out);
+            const Piece& piece = pieces[std::size_t(sentence.firstPiece + i)];
+            out = std::copy(text.data() + piece.begin, text.data() + piece.end, out);
         }
     }
 
-    const std::u16string_view m_text;
-    const Configuration& m_configuration;
-    const int m_joinerLength;
-    std::vector<Piece> m_pieces;
-    std::vector<Sentence> m_sentences;
+    const std::u16string_view text;
+    const Configuration& configuration;
+    const int joinerLength;
+    std::vector<Piece> pieces;
+    std::vector<Sentence> sentences;
 };
 
 } // namespace
@@ -369,7 +366,7 @@ QStringList SentenceTokenizer::split(const QString& text, Language language)
     splitter.mergeShortSentences();
 
     // The line tells that a text was split; printed plainly, it costs a fraction of a debug stream.
-    constexpr char here[] = "void<unnamed>::modifyTags(QStringList&)";
+    static constexpr char here[] = "void<unnamed>::modifyTags(QStringList&)";
     ORV_LOG(here).debug("%s", here);
     return splitter.sentencesWithTags();
 }

@@ -23,9 +23,10 @@ public:
      * A sentence ends at one of the language's terminators, which stays with it; white space around
      * it is dropped. Arabic, Chinese, Japanese and Korean end one at every terminator. All other
      * languages need white space or the end of the text behind it, and go on after an ordinal
-     * number ("3. Mai") or before a lower-case letter ("ca. zehn"). A sentence of fewer than 10
-     * UTF-16 code units, in those other languages also one of fewer than 5 blanks, is merged with
-     * the shorter of its neighbours; a blank joins them, except in Chinese and Japanese.
+     * number ("3. Mai") or before any letter but an upper-case one ("ca. zehn"). A sentence of
+     * fewer than 10 UTF-16 code units, in those other languages also one of fewer than 5 blanks, is
+     * merged with the shorter of its neighbours; a blank joins them, except in Chinese and
+     * Japanese.
      *
      * The text may carry inline tags of the engine, such as `\!\vol=80\` and a blank. Those in
      * force at the end of a sentence (the last of each name; "lang", "vol", "rate", "toi", "domain"

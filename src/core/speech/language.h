@@ -118,8 +118,8 @@ ORVCORE_EXPORT void updateLanguageIdToStringHash(
 /** @} */
 
 /** @name Classification
- * What the product is configured for; it does not follow from the codes a language has. All are
- * false, or #NoLanguageGroup, for values that are no language.
+ * What the product is configured for; it does not follow from the codes a language has. Values that
+ * are no language have no group, and no engine supports or refuses them.
  * @{ */
 
 /** Whether the natural-language-understanding service supports the language. */

@@ -44,8 +44,8 @@ std::optional<MarkupPattern::Match> MarkupPattern::match(
     // behind a group that may be anything, else bounded by the end of the text.
     std::size_t latest[maximumGroups + 2];
     std::fill(std::begin(latest), std::end(latest), text.size());
-    for (int i = m_groupCount; i > 0 && m_groups[i - 1] == Group::Anything; --i) {
-        latest[i] = findLast(text, m_texts[i], std::size_t(firstBracket), latest[i + 1]);
+    for (int i = groupCount; i > 0 && groups[i - 1] == Group::Anything; --i) {
+        latest[i] = findLast(text, texts[i], std::size_t(firstBracket), latest[i + 1]);
         if (latest[i] == nowhere) {
             return std::nullopt;
         }
@@ -62,14 +62,14 @@ std::optional<MarkupPattern::Match> MarkupPattern::match(
 std::optional<MarkupPattern::Match> MarkupPattern::matchAt(
     std::u16string_view text, std::size_t start, const std::size_t* latest) const
 {
-    if (text.compare(start, m_texts[0].size(), m_texts[0]) != 0) {
+    if (text.compare(start, texts[0].size(), texts[0]) != 0) {
         return std::nullopt;
     }
     Match match;
-    std::size_t begin = start + m_texts[0].size();
-    for (int i = 0; i < m_groupCount; ++i) {
-        const std::u16string_view next = m_texts[i + 1];
-        const std::size_t end = m_groups[i] == Group::Anything
+    std::size_t begin = start + texts[0].size();
+    for (int i = 0; i < groupCount; ++i) {
+        const std::u16string_view next = texts[i + 1];
+        const std::size_t end = groups[i] == Group::Anything
                                     ? latest[i + 1]
                                     : findLastInRun(text, next, begin, latest[i + 2]);
         if (end == nowhere || end < begin) {

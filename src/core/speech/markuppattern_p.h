@@ -39,14 +39,17 @@ public:
         constexpr std::u16string_view anything = u"(.*)";
         std::size_t open = 0;
         while ((open = pattern.find(u'(')) != pattern.npos) {
-            m_texts[m_groupCount] = pattern.substr(0, open);
+            texts[groupCount] = pattern.substr(0, open);
             pattern.remove_prefix(open);
             const bool isNonBlanks = pattern.substr(0, nonBlanks.size()) == nonBlanks;
-            m_groups[m_groupCount] = isNonBlanks ? Group::NonBlanks : Group::Anything;
+            if (!isNonBlanks && pattern.substr(0, anything.size()) != anything) {
+                throw std::logic_error("unknown group"); // at compile time, as below
+            }
+            groups[groupCount] = isNonBlanks ? Group::NonBlanks : Group::Anything;
             pattern.remove_prefix(isNonBlanks ? nonBlanks.size() : anything.size());
-            ++m_groupCount;
+            ++groupCount;
         }
-        m_texts[m_groupCount] = pattern;
+        texts[groupCount] = pattern;
         checkForm();
     }
 
@@ -61,24 +64,21 @@ private:
     };
 
     /**
-     * The limits within which matching need not try one split after another: once a group may be
-     * anything, the rest fits wherever its fixed texts follow; and a run of non-blanks ends before
-     * the blank of a text between two of them.
+     * The limits within which matching need not try one split after another, nor a run twice: once
+     * a group may be anything, the rest fits wherever its fixed texts follow; and a run of
+     * non-blanks ends before the blank of the next head, or of a text between two runs.
      */
     constexpr void checkForm() const
     {
-        for (int i = 0; i + 1 < m_groupCount; ++i) {
-            const bool anythingThenNonBlanks =
-                m_groups[i] == Group::Anything && m_groups[i + 1] == Group::NonBlanks;
-            const bool ambiguousNonBlanks =
-                m_groups[i] == Group::NonBlanks && m_groups[i + 1] == Group::NonBlanks
-                && m_texts[i + 1].find(u' ') == std::u16string_view::npos;
-            if (anythingThenNonBlanks || ambiguousNonBlanks) {
-                throw std::logic_error("no form of prompt markup"); // at compile time
-            }
-        }
-        if (m_groupCount == 0 || m_texts[0].empty() || m_texts[0].front() != u'<') {
+        if (groupCount == 0 || texts[0].empty() || texts[0].front() != u'<') {
             throw std::logic_error("a form starts with a bracket and captures something");
+        }
+        for (int i = 0; i < groupCount; ++i) {
+            const bool isRun = groups[i] == Group::NonBlanks;
+            const bool followsAnything = i > 0 && groups[i - 1] == Group::Anything;
+            if (isRun && (followsAnything || texts[i].find(u' ') == texts[i].npos)) {
+                throw std::logic_error("a run of non-blanks needs a blank before it");
+            }
         }
     }
 
@@ -86,7 +86,7 @@ private:
         std::u16string_view text, std::size_t start, const std::size_t* latest) const;
 
     // Text 0, group 0, text 1, group 1, ... the last text.
-    std::u16string_view m_texts[maximumGroups + 1];
-    Group m_groups[maximumGroups] = {};
-    int m_groupCount = 0;
+    std::u16string_view texts[maximumGroups + 1];
+    Group groups[maximumGroups] = {};
+    int groupCount = 0;
 };

@@ -88,8 +88,7 @@ std::optional<PromptData> parseBrandSound(const QString& key)
                                            : std::make_optional(PromptData(*sound, PromptAudio));
 }
 
-/** What a brand sound is looked up by: the content of text with a language, else the whole input.
- */
+/** The key of a brand sound: the content of text with a language, else the whole input. */
 QString soundKey(const QString& input, int bracket)
 {
     const auto match = textWithLanguage.pattern.match(input, bracket);
@@ -108,7 +107,7 @@ std::optional<PromptData> parseA4A(const QString& input, int bracket)
     }
     QFile file(prompt->text);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        constexpr char here[] = "bool<unnamed>::a4AParse(const QString&, PromptData&)";
+        static constexpr char here[] = "bool<unnamed>::a4AParse(const QString&, PromptData&)";
         ORV_LOG(here).warning() << here << "Failed to open" << prompt->text;
         return prompt;
     }

@@ -48,37 +48,44 @@ public:
      * Understands a prompt string.
      *
      * Markup is searched anywhere in the string, in exact case and spelling, and text around it is
-     * dropped. In the order in which the forms are tried, with "…" for any text and PATH, CODE for
-     * text without blanks:
+     * dropped. The forms, in the order in which they are tried, with "..." for any text, and PATH
+     * and CODE for text without blanks:
      *
-     *     A4AContext only:
-     *     <tts lang="CODE"/><offboard>…</offboard>            off-board text in the language
-     *     <tts lang="CODE"/><offboard genre="…">…</offboard>  the same with a genre
-     *     <offboard>…</offboard>, <offboard genre="…">…</offboard>
-     *     <file path="PATH"/>, <file language="CODE" path="PATH"/>
-     *                                     the file is read: off-board markup in it, else its path
-     *     all contexts but BrandSoundContext:
-     *     <audio path="PATH"/>, <audio language="CODE" path="PATH"/>   an audio file
-     *     ID or <text language="CODE">ID</text>                        a brand sound (with a "<"
-     * only) <file path="PATH"/>, <file language="CODE" path="PATH"/>     a file, not read
-     *     <text>…</text>, <text language="CODE">…</text>               text
-     *     <phonetic>…</phonetic>, <phonetic language="CODE">…</phonetic>
-     *     BrandSoundContext:
-     *     ID or <text language="CODE">ID</text>                        a brand sound
-     *     <text language="CODE">…</text>                               text
+     *     in A4AContext first:
+     *     <tts lang="CODE"/><offboard>...</offboard>                off-board text in that language
+     *     <tts lang="CODE"/><offboard genre="...">...</offboard>    the same with a genre
+     *     <offboard>...</offboard>                                  off-board text
+     *     <offboard genre="...">...</offboard>                      the same with a genre
+     *     <file path="PATH"/>                                       off-board markup in the file,
+     *     <file language="CODE" path="PATH"/>                       or else the file
+     *
+     *     then, in all contexts but BrandSoundContext:
+     *     <audio path="PATH"/>                                      an audio file
+     *     <audio language="CODE" path="PATH"/>
+     *     <text language="CODE">ID</text>                           a brand sound
+     *     <file path="PATH"/>                                       a file, which is not read
+     *     <file language="CODE" path="PATH"/>
+     *     <text>...</text>                                          text
+     *     <text language="CODE">...</text>
+     *     <phonetic>...</phonetic>
+     *     <phonetic language="CODE">...</phonetic>
+     *
+     *     in BrandSoundContext:
+     *     ID                                                        a brand sound
+     *     <text language="CODE">ID</text>
+     *     <text language="CODE">...</text>                          text
      *
      * Everything else is a text prompt of the whole string, with one warning when it holds a "<"
-     * outside #BrandSoundContext. A file that cannot be opened is a warning too, and the prompt its
-     * path. Only a tts tag sets a language (#InvalidLanguage for an unknown ISO code). Brand sounds
-     * are known once soundPath() or loadBrandSounds() has run.
+     * outside BrandSoundContext. A file that cannot be opened is a warning too, and the prompt is
+     * the file. Only a tts tag sets a language (#InvalidLanguage for an unknown ISO code). Brand
+     * sounds are known once soundPath() or loadBrandSounds() has run.
      *
      * Thread-safety: reentrant; it reads the table of brand sounds, so no thread may load that
      * meanwhile.
      */
     static PromptData parse(const QString& input, PromptContext context);
 
-    /** Whether this is an audio prompt whose file exists and has the suffix "mp3", in any letter
-     * case. */
+    /** Whether this is an audio prompt whose file exists, with the suffix "mp3" in any case. */
     bool isMp3ToWavConversionNeeded() const;
 
     QString text;
