@@ -3,6 +3,7 @@
 /** @file Every public header of the library. */
 
 #include <core/inflate.h>
+#include <core/parsers/ecofile.h>
 #include <core/parsers/jsonfile.h>
 #include <core/parsers/sentencetokenizer.h>
 #include <core/speech/language.h>

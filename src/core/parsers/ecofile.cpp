@@ -1,0 +1,232 @@
+#include <core/parsers/ecofile.h>
+
+#include <QFile>
+#include <QStringView>
+#include <QTextStream>
+#include <QVarLengthArray>
+
+#include <algorithm>
+
+struct EcoFile::Row::Data : QSharedData
+{
+    QStringList columns;
+    QVector<QString> fields; // one of each column
+    quint16 entryId = 0;
+};
+
+namespace {
+
+constexpr QLatin1Char quote('"');
+
+/** Whether a field pattern with this separator is more than the pattern of an ordinary one. */
+bool needsPattern(QChar separator)
+{
+    return QStringLiteral("^]\\-[\"").contains(separator);
+}
+
+/**
+ * What the field pattern of an ordinary separator finds from @p begin on; null at the end.
+ *
+ * A field is a run of characters that are neither separators nor quotes, and of whole quoted
+ * pieces; a separator may come first, right at @p begin. A quote without a partner is part of no
+ * field.
+ */
+QStringView nextField(const QString& line, int begin, QChar separator)
+{
+    const QChar* const end = line.constEnd();
+    const QChar* first = line.constBegin() + begin;
+    const QChar* position = first;
+    if (position != end && *position == separator) {
+        ++position;
+    }
+    while (position != end) {
+        if (*position == quote) {
+            const QChar* const partner = std::find(position + 1, end, quote);
+            if (partner != end) {
+                position = partner + 1;
+                continue;
+            }
+        } else if (*position != separator) {
+            ++position;
+            continue;
+        }
+        if (position != first) {
+            break;
+        }
+        first = ++position; // nothing starts here
+    }
+    return position == first ? QStringView() : QStringView(first, position);
+}
+
+using Fields = QVarLengthArray<QStringView, 32>;
+
+/** @p pattern is made when it is needed and empty. */
+Fields splitFields(const QString& line, QChar separator, QRegExp& pattern)
+{
+    Fields fields;
+    int position = 0;
+    if (!needsPattern(separator)) {
+        for (QStringView field; !(field = nextField(line, position, separator)).isNull();) {
+            fields.append(field.trimmed());
+            position = int(field.end() - QStringView(line).begin());
+        }
+        return fields;
+    }
+    if (pattern.isEmpty()) {
+        pattern = QRegExp(QStringLiteral("((?:[^%1\"]|\"[^\"]*\"|^[%1])+)").arg(separator));
+    }
+    while ((position = pattern.indexIn(line, position, QRegExp::CaretAtOffset)) >= 0) {
+        fields.append(QStringView(line).mid(position, pattern.matchedLength()).trimmed());
+        position += pattern.matchedLength();
+    }
+    return fields;
+}
+
+/** A field without a semicolon, one blank and a quote in front, and a quote behind. */
+QString unquoted(QStringView field)
+{
+    // In every file the semicolon: other separators stay, which the readers of such files expect.
+    for (const QLatin1Char opening : {QLatin1Char(';'), QLatin1Char(' '), quote}) {
+        if (!field.isEmpty() && field.front() == opening) {
+            field = field.mid(1);
+        }
+    }
+    if (!field.isEmpty() && field.back() == quote) {
+        field.chop(1);
+    }
+    return field.toString();
+}
+
+} // namespace
+
+const QString& EcoFile::Header::version() const
+{
+    return versionText;
+}
+
+const QString& EcoFile::Header::encoding() const
+{
+    return encodingText;
+}
+
+char EcoFile::Header::separator() const
+{
+    return separatorCharacter;
+}
+
+const QStringList& EcoFile::Header::columns() const
+{
+    return columnNames;
+}
+
+EcoFile::Row::Row()
+    : data(new Data)
+{}
+
+EcoFile::Row::Row(const Row& other) = default;
+EcoFile::Row& EcoFile::Row::operator=(const Row& other) = default;
+EcoFile::Row::~Row() = default;
+
+quint16 EcoFile::Row::entryId() const
+{
+    return data->entryId;
+}
+
+int EcoFile::Row::length() const
+{
+    return data->columns.size();
+}
+
+QString& EcoFile::Row::operator[](const QString& column)
+{
+    int place = data->columns.indexOf(column);
+    if (place < 0) {
+        place = data->columns.size();
+        data->columns.append(column);
+        data->fields.append(QString());
+    }
+    return data->fields[place];
+}
+
+QString EcoFile::Row::operator[](const QString& column) const
+{
+    return data->fields.value(data->columns.indexOf(column));
+}
+
+bool EcoFile::parse(const QString& fileName)
+{
+    QFile file(fileName);
+    if (fileName.isEmpty() || !file.open(QIODevice::ReadOnly)) {
+        return false;
+    }
+    QTextStream stream(&file);
+    QString line;
+    while (stream.readLineInto(&line)) {
+        line = line.trimmed();
+        if (line.startsWith(QLatin1Char('#'))) {
+            parseHeaderLine(line);
+        } else if (!line.isEmpty()) {
+            parseDataLine(line);
+        }
+    }
+    return true;
+}
+
+void EcoFile::parseHeaderLine(const QString& line)
+{
+    const QStringList words = line.split(QLatin1Char(' '));
+    if (line.startsWith(QLatin1String("#ECO "))) {
+        if (words.size() == 3) {
+            headerData.versionText = words[1].trimmed();
+            headerData.encodingText = words[2].trimmed();
+            if (headerData.encodingText.endsWith(QLatin1Char(';'))) {
+                headerData.encodingText.chop(1);
+            }
+        }
+    } else if (line.startsWith(QLatin1String("#Separator"))) {
+        bool isNumber = false;
+        const int code = words.size() == 2 ? words[1].trimmed().toInt(&isNumber, 16) : 0;
+        if (isNumber) {
+            headerData.separatorCharacter = char(code & 0xFF);
+            fieldPattern = QRegExp();
+        }
+    } else if (line.startsWith(QLatin1String("#Column"))) {
+        if (words.size() == 2) {
+            const QString name = words[1].trimmed();
+            headerData.columnNames.append(name);
+            int place = distinctColumns.indexOf(name);
+            if (place < 0) {
+                place = distinctColumns.size();
+                distinctColumns.append(name);
+            }
+            columnPlaces.append(place);
+        }
+    }
+}
+
+void EcoFile::parseDataLine(const QString& line)
+{
+    const Fields fields =
+        splitFields(line, QLatin1Char(headerData.separatorCharacter), fieldPattern);
+    if (fields.size() != headerData.columnNames.size()) {
+        return;
+    }
+    Row row;
+    row.data->columns = distinctColumns;
+    row.data->fields.resize(distinctColumns.size());
+    for (int i = 0; i < fields.size(); ++i) {
+        row.data->fields[columnPlaces[i]] = unquoted(fields[i]);
+    }
+    row.data->entryId = quint16(rowList.size() + 1);
+    rowList.append(row);
+}
+
+const EcoFile::Header& EcoFile::header() const
+{
+    return headerData;
+}
+
+const QList<EcoFile::Row>& EcoFile::rows() const
+{
+    return rowList;
+}

@@ -1,0 +1,111 @@
+#pragma once
+
+#include <core/orvcore_export.h>
+
+#include <QList>
+#include <QRegExp>
+#include <QSharedDataPointer>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+/**
+ * Reads "#ECO" table files: lines that start with "#" declare the separator and the columns, all
+ * others hold one row of separated fields, in double quotes where they hold a separator themselves.
+ *
+ *     #ECO 1.0 UTF-8;
+ *     #Separator 3B
+ *     #Column id
+ *     #Column name
+ *     1;"Main; first floor"
+ *
+ * Reading forgives: what cannot be used is skipped, without a word in the log. A line is judged by
+ * the declarations above it; one with more or fewer fields than columns is dropped. A field loses
+ * the white space and the quotes around it; with a separator other than ";" it keeps the separator
+ * in front of it, but for the first.
+ *
+ * A value type. Thread-safety: reentrant.
+ */
+class ORVCORE_EXPORT EcoFile
+{
+public:
+    /** What the lines that start with "#" declare. */
+    class ORVCORE_EXPORT Header
+    {
+    public:
+        const QString& version() const;
+        const QString& encoding() const; ///< as declared; the file is read in the locale's encoding
+        char separator() const;          ///< one Latin-1 character
+        const QStringList& columns() const;
+
+    private:
+        friend class EcoFile;
+
+        QString versionText;
+        QString encodingText;
+        char separatorCharacter = ';';
+        QStringList columnNames;
+    };
+
+    /** One line of fields by the names of their columns. Copies share their fields. */
+    class ORVCORE_EXPORT Row
+    {
+    public:
+        Row();
+        Row(const Row& other);
+        Row& operator=(const Row& other);
+        ~Row();
+
+        /** The number of the row in its file object, from 1, modulo 65536. */
+        quint16 entryId() const;
+
+        /** The number of distinct columns. */
+        int length() const;
+
+        /** The field of @p column, put in as an empty one where it is missing. */
+        QString& operator[](const QString& column);
+
+        /** The field of @p column; empty where it is missing. */
+        QString operator[](const QString& column) const;
+
+    private:
+        friend class EcoFile;
+        struct ORVCORE_NO_EXPORT Data;
+
+        QSharedDataPointer<Data> data;
+    };
+
+    /**
+     * Reads a file in addition to what is there: rows go on counting, declarations replace or, for
+     * columns, add to the earlier ones.
+     *
+     * @return false when the file cannot be opened
+     */
+    bool parse(const QString& fileName);
+
+    /**
+     * Takes in one declaration:
+     * - `#ECO VERSION ENCODING`, a ";" behind the encoding being dropped
+     * - `#Separator HEX`, of which the low 8 bits count, as in 3B for ";" and 9 for a tab
+     * - `#Column NAME`
+     *
+     * Single blanks separate the words; with more or fewer words, or any other start, the line
+     * means nothing.
+     */
+    void parseHeaderLine(const QString& line);
+
+    /** Takes in one row. */
+    void parseDataLine(const QString& line);
+
+    const Header& header() const;
+    const QList<Row>& rows() const;
+
+private:
+    Header headerData;
+    QList<Row> rowList;
+    QStringList distinctColumns; // the columns of the next row
+    QVector<int> columnPlaces;   // of each declared column, its place among the distinct ones
+    QRegExp fieldPattern;        // empty unless the separator needs a pattern
+};
+
+Q_DECLARE_TYPEINFO(EcoFile::Row, Q_MOVABLE_TYPE);

@@ -1,0 +1,178 @@
+#include <core/parsers/ecofile.h>
+
+#include <support/helpers.h>
+
+#include <QRegExp>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+/** The plain way, with a pattern for every line. */
+QStringList fieldsByPattern(const QString& line, char separator)
+{
+    QRegExp pattern(u("((?:[^%1\"]|\"[^\"]*\"|^[%1])+)").arg(QLatin1Char(separator)));
+    QStringList fields;
+    for (int at = 0; (at = pattern.indexIn(line, at, QRegExp::CaretAtOffset)) >= 0; at += pattern.matchedLength()) {
+        QString field = pattern.cap(1).trimmed();
+        for (const char* opening : {";", " ", "\""}) {
+            field = field.startsWith(u(opening)) ? field.mid(1) : field;
+        }
+        fields += field.endsWith(u("\"")) ? field.chopped(1) : field;
+    }
+    return fields;
+}
+
+/** The fields of a line, for which that many columns are declared; null when the line is dropped. */
+QStringList fieldsOf(const QString& line, int separator, int count)
+{
+    EcoFile file;
+    file.parseHeaderLine(u("#Separator %1").arg(separator, 0, 16));
+    for (int i = 0; i < count; ++i) {
+        file.parseHeaderLine(u("#Column %1").arg(i));
+    }
+    file.parseDataLine(line);
+    QStringList fields;
+    for (int i = 0; i < count && !file.rows().isEmpty(); ++i) {
+        fields += file.rows().first()[QString::number(i)];
+    }
+    return fields;
+}
+
+} // namespace
+
+class EcoFileTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void fields_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<int>("separator");
+        QTest::addColumn<QString>("fields"); // joined by "|"
+
+        const auto row = [](const char* line, const char* fields, int separator = ';') {
+            QTest::addRow("%s %c", line, separator) << u(line) << separator << u(fields);
+        };
+        row("a; \"b;c\" ;;d", "a|b;c||d");
+        row("a;;b", "a||b");
+        row("a;b;", "a|b|");
+        row(";b", "b");
+        row("a;  b", "a| b");
+        row("a; \"x\" ", "a|x");
+        row("a\"b;c\"d;e", "a\"b;c\"d|e");
+        row("a;\"b", "a||b"); // the quote is no field's, and what follows is a further one
+        row("ä;文", "ä|文");
+        row("a,b", "a|,b", ',');
+        row("a,\"b\",;c", "a|,\"b|,;c", ',');
+        row("aäb", "a|äb", 0xE4);
+        row("a\tb", "a|b", '\t');
+        row("a^b", "", '^'); // no more than the pattern makes of it
+        row("a]b", "a|]b", ']');
+    }
+    void fields()
+    {
+        QFETCH(QString, line);
+        QFETCH(int, separator);
+        QFETCH(QString, fields);
+        const QStringList expected = fieldsByPattern(line, char(separator));
+        QCOMPARE(expected.join(u("|")), fields);
+        QCOMPARE(fieldsOf(line, separator, expected.size()), expected);
+        QCOMPARE(fieldsOf(line, separator, expected.size() + 1), QStringList());
+    }
+
+    void scansLikeThePattern()
+    {
+        QRandomGenerator random(1);
+        for (int round = testRounds(); round > 0; --round) {
+            const int separator = round % 256;
+            const auto mark = QString(QLatin1Char(char(separator)));
+            const QString line = randomText(random,
+                {mark, mark, mark, u(";"), u("\""), u("\""), u(" "), u("a"), u("b^"), u("]"), u("ä"), u("文"), u("\t")},
+                12);
+            const QStringList expected = fieldsByPattern(line, char(separator));
+            QVERIFY2(fieldsOf(line, separator, expected.size()) == expected,
+                qPrintable(u("%1 with separator %2").arg(line).arg(separator)));
+        }
+    }
+
+    void header_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("expected"); // version, encoding, separator, columns
+
+        const QString unchanged = u("v|e|59|c");
+        QTest::newRow("ECO") << "#ECO 1.0 UTF-8;"
+                             << "1.0|UTF-8|59|c";
+        QTest::newRow("one semicolon is dropped") << "#ECO 1.0 UTF-8;;"
+                                                  << "1.0|UTF-8;|59|c";
+        QTest::newRow("separator") << "#Separator 2C"
+                                   << "v|e|44|c";
+        QTest::newRow("low 8 bits") << "#Separator 0x1e4"
+                                    << "v|e|228|c";
+        QTest::newRow("columns may repeat") << "#Column c"
+                                            << "v|e|59|c,c";
+        for (const char* line : {"#ECO 1.0", "#ECO  1.0 x", "#ECO 1.0 x y", "#ECO", "#eco 1 2", "#Separator",
+                 "#Separator xy", "#Separator 2C ", "#Column", "#Column  a", "#Column a b", "# Column a", "Column a"}) {
+            QTest::newRow(line) << line << unchanged;
+        }
+    }
+    void header()
+    {
+        QFETCH(QString, line);
+        EcoFile file;
+        file.parseHeaderLine(u("#ECO v e"));
+        file.parseHeaderLine(u("#Column c"));
+        file.parseHeaderLine(line);
+        const EcoFile::Header& header = file.header();
+        const QStringList parts{header.version(), header.encoding(), QString::number(uchar(header.separator())),
+            header.columns().join(u(","))};
+        QTEST(parts.join(u("|")), "expected");
+    }
+
+    void files()
+    {
+        const QTemporaryDir folder;
+        const QString fileName = folder.filePath(u("table.eco"));
+        // A byte-order mark, all kinds of line ends, a row before its columns, and no end of the last line.
+        QVERIFY(writeFile(
+            fileName, "\xEF\xBB\xBF#ECO 1.0 UTF-8;\r\nearly\r\n#Column id\n#Column name\r\n\r\n 1;x \r\n2;y;z\n3;y"));
+        EcoFile file;
+        QVERIFY(!file.parse(folder.path()));
+        QVERIFY(file.parse(fileName));
+        QCOMPARE(file.header().version(), u("1.0"));
+        QCOMPARE(file.rows().size(), 2);
+        QCOMPARE(file.rows()[1][u("name")], u("y"));
+        QVERIFY(file.parse(fileName)); // now of four columns, which no line has
+        QCOMPARE(file.rows().size(), 2);
+        QCOMPARE(file.header().columns().size(), 4);
+        file.parseDataLine(u("1;x;3;y"));
+        QCOMPARE(file.rows()[2].entryId(), quint16(3));
+        QCOMPARE(file.rows()[2].length(), 2);
+        QCOMPARE(file.rows()[2][u("id")], u("3")); // the later one of the columns of that name
+    }
+
+    void rowsAreValues()
+    {
+        EcoFile file;
+        file.parseHeaderLine(u("#Column a"));
+        for (int i = 0; i < 65537; ++i) {
+            file.parseDataLine(u("x"));
+        }
+        QCOMPARE(file.rows()[65534].entryId(), quint16(65535));
+        QCOMPARE(file.rows()[65535].entryId(), quint16(0));
+        QCOMPARE(file.rows()[65536].entryId(), quint16(1));
+        EcoFile::Row row = file.rows().first();
+        QCOMPARE(qAsConst(row)[u("b")], QString());
+        QCOMPARE(row.length(), 1);
+        row[u("b")] += u("y");
+        QCOMPARE(row.length(), 2);
+        QCOMPARE(qAsConst(row)[u("b")], u("y"));
+        QCOMPARE(file.rows().first().length(), 1);
+        QCOMPARE(EcoFile::Row().length(), 0);
+    }
+};
+
+QTEST_APPLESS_MAIN(EcoFileTest)
+#include "ecofiletest.moc"
