@@ -2,6 +2,7 @@
 
 /** @file Every public header of the library. */
 
+#include <core/applicationsettings.h>
 #include <core/inflate.h>
 #include <core/parsers/ecofile.h>
 #include <core/parsers/jsonfile.h>

@@ -1,0 +1,44 @@
+#include <core/applicationsettings.h>
+
+#include <core/log_p.h>
+#include <core/parsers/jsonfile.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QGlobalStatic>
+
+namespace {
+
+Q_GLOBAL_STATIC_WITH_ARGS(JsonPath, settings, (QJsonDocument()))
+
+bool loadSettings(JsonPath& target)
+{
+    static constexpr char here[] = "bool<unnamed>::loadSettings()";
+    const QString fileName = QCoreApplication::applicationDirPath() + QDir::separator()
+                             + QCoreApplication::applicationName() + QLatin1String(".json");
+
+    const QJsonDocument document = JsonFile::loadDocument(fileName);
+    if (document.isNull() || document.isEmpty()) {
+        return false;
+    }
+    if (!document.isObject()) {
+        ORV_LOG(here).debug() << here << "Invalid configuration file:" << fileName;
+        return false;
+    }
+    // The text goes as it is, line breaks included, where a QByteArray would be escaped.
+    const QByteArray text = '"' + document.toJson() + '"';
+    ORV_LOG(here).debug() << here << "Loaded application config:" << fileName << text.constData();
+    target = JsonPath(document.object());
+    return true;
+}
+
+} // namespace
+
+QJsonValue ApplicationSettings::value(const QString& key, const QJsonValue& defaultValue)
+{
+    JsonPath* const loaded = settings();
+    if (loaded == nullptr || (loaded->isEmpty() && !loadSettings(*loaded))) {
+        return defaultValue;
+    }
+    return loaded->value(key, defaultValue);
+}

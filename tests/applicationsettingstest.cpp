@@ -1,0 +1,60 @@
+#include <core/applicationsettings.h>
+
+#include <support/helpers.h>
+#include <support/logcapture.h>
+
+#include <QTest>
+
+class ApplicationSettingsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    // In this order: settings that were loaded once stay for the life of the process.
+    void settingsAreLoadedOnce()
+    {
+        QCoreApplication::setApplicationName(u("settings of a test"));
+        const QString fileName = QCoreApplication::applicationDirPath() + u("/settings of a test.json");
+        QFile::remove(fileName);
+        const auto rate = [] { return ApplicationSettings::value(u("tts/rate"), 7).toInt(); };
+        const auto line = [&fileName](const char* text) { return u(text).arg(u("\"") + fileName + u("\"")); };
+        const QString loaded = line("debug: static QJsonDocument JsonFile::loadDocument(const QString&) Loaded: %1");
+        const struct
+        {
+            QByteArray content;
+            QStringList log;
+        } retried[] = {
+            {QByteArray(),
+                {line("warning: static QJsonDocument JsonFile::loadDocument(const QString&) %1 does not exist.")}},
+            {"[1]", {loaded, line("debug: bool<unnamed>::loadSettings() Invalid configuration file: %1")}},
+            {"[]", {loaded, line("debug: bool<unnamed>::loadSettings() Invalid configuration file: %1")}},
+            {"{}", {loaded, line("debug: bool<unnamed>::loadSettings() Loaded application config: %1 \"{\n}\n\"")}},
+        };
+        LogCapture log;
+        for (const auto& row : retried) {
+            QVERIFY(row.content.isNull() || writeFile(fileName, row.content));
+            QCOMPARE(rate(), 7);
+            QCOMPARE(rate(), 7);
+            QCOMPARE(log.takeTexts(), row.log + row.log);
+        }
+        QVERIFY(writeFile(fileName, "{\"tts\": {\"rate\": 3, \"voice\": \"J\\\"ö\", \"pitch\": null}}"));
+        QCOMPARE(rate(), 3);
+        const QVector<LogLine> lines = log.takeLines();
+        QCOMPARE(lines.size(), 2);
+        QCOMPARE(lines[1].text,
+            u("bool<unnamed>::loadSettings() Loaded application config: \"%1\" \"{\n    \"tts\": {\n        "
+              "\"pitch\": null,\n        \"rate\": 3,\n        \"voice\": \"J\\\"ö\"\n    }\n}\n\"")
+                .arg(fileName));
+        QCOMPARE(lines[1].function, u("bool<unnamed>::loadSettings()"));
+        QCOMPARE(lines[1].file, u("src/core/applicationsettings.cpp"));
+
+        QVERIFY(writeFile(fileName, "{\"tts\": {\"rate\": 4}}"));
+        QCOMPARE(rate(), 3);
+        QCOMPARE(ApplicationSettings::value(u("tts/volume"), 1), QJsonValue(1));
+        QCOMPARE(ApplicationSettings::value(u("tts/pitch"), 1), QJsonValue());
+        QVERIFY(log.takeLines().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(ApplicationSettingsTest)
+#include "applicationsettingstest.moc"
