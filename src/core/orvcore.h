@@ -8,4 +8,5 @@
 #include <core/parsers/jsonfile.h>
 #include <core/parsers/sentencetokenizer.h>
 #include <core/speech/language.h>
+#include <core/speech/speechchecksummanager.h>
 #include <core/speech/speechcommon.h>

@@ -1,0 +1,190 @@
+#include <core/speech/speechchecksummanager.h>
+
+#include <core/log_p.h>
+#include <core/parsers/jsonfile.h>
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSaveFile>
+#include <QStringList>
+#include <QVariant>
+
+#include <cmath>
+
+namespace {
+
+// Of all instances, set by each construction.
+QString checksumFilePath;
+
+// The members of the file follow the variant conversions, which make something of any type; those
+// of the types that are written are read without a variant in between.
+
+QString readText(const QJsonValue& value)
+{
+    return value.isString() ? value.toString() : value.toVariant().toString();
+}
+
+QByteArray readBytes(const QJsonValue& value)
+{
+    return value.isString() ? value.toString().toUtf8() : value.toVariant().toByteArray();
+}
+
+int readNumber(const QJsonValue& value)
+{
+    constexpr int notAnInteger = -1;
+    const int number = value.toInt(notAnInteger);
+    return number != notAnInteger ? number : value.toVariant().toInt();
+}
+
+bool write(QFileDevice& file, const QByteArray& content)
+{
+    return file.write(content) == content.size() && file.flush();
+}
+
+bool writeInPlace(const QString& fileName, const QByteArray& content)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::WriteOnly) && write(file, content);
+}
+
+bool replaceFile(const QString& fileName, const QByteArray& content)
+{
+    if (fileName.isEmpty()) {
+        return false; // not even Qt is to say a word of it
+    }
+    const QFileInfo target(fileName);
+    if (target.exists() && !target.isFile()) {
+        return writeInPlace(fileName, content); // a device must stay one, and a folder is refused
+    }
+    QSaveFile file(fileName);
+    file.setDirectWriteFallback(true); // where the folder admits no new file
+    return file.open(QIODevice::WriteOnly) && write(file, content) && file.commit();
+}
+
+} // namespace
+
+SpeechChecksumManager::ChecksumKey::ChecksumKey(
+    const QString& filePath, Language language, ChecksumType type)
+    : filePath(filePath)
+    , language(language)
+    , type(type)
+{}
+
+SpeechChecksumManager::ChecksumKey::ChecksumKey(const QString& key)
+{
+    const QStringList parts = key.split(QLatin1Char(';'));
+    if (parts.size() == 3) {
+        filePath = parts[0];
+        language = convertIsoToLanguageId(parts[1].toUtf8());
+        type = ChecksumType(parts[2].toInt());
+    }
+}
+
+QString SpeechChecksumManager::ChecksumKey::toString() const
+{
+    const QByteArray iso = convertLanguageIdToIso(language);
+    const QString typeText = QString::number(type);
+    QString key;
+    key.reserve(filePath.size() + iso.size() + typeText.size() + 2);
+    key += filePath;
+    key += QLatin1Char(';');
+    key += QLatin1String(iso);
+    key += QLatin1Char(';');
+    key += typeText;
+    return key;
+}
+
+SpeechChecksumManager::SpeechChecksumManager()
+{
+    constexpr char variable[] = "ORV_SPEECH_CHECKSUM_FILE";
+    checksumFilePath = qEnvironmentVariableIsSet(variable)
+                           ? QString::fromUtf8(qgetenv(variable))
+                           : QStringLiteral("/mnt/share/speech/checksum.json");
+
+    // No array, and no object, is empty here.
+    const QJsonArray elements = JsonFile::loadDocument(checksumFilePath).array();
+    checksums.reserve(elements.size());
+    for (const QJsonValue& element : elements) {
+        const QJsonObject object = element.toObject();
+        const ChecksumKey key(readText(object.value(QLatin1String("filePath"))),
+            Language(readNumber(object.value(QLatin1String("language")))),
+            ChecksumType(readNumber(object.value(QLatin1String("type")))));
+        checksums.insert(key.toString(), readBytes(object.value(QLatin1String("checksum"))));
+    }
+}
+
+QByteArray SpeechChecksumManager::checksum(
+    const QString& filePath, Language language, ChecksumType type) const
+{
+    return checksums.value(ChecksumKey(filePath, language, type).toString());
+}
+
+void SpeechChecksumManager::insert(
+    const QString& filePath, Language language, const QByteArray& checksum, ChecksumType type)
+{
+    if (!checksum.isNull()) {
+        checksums.insert(ChecksumKey(filePath, language, type).toString(), checksum);
+    }
+}
+
+void SpeechChecksumManager::insert(const QString& filePath, Language language, ChecksumType type)
+{
+    insert(filePath, language, generateChecksum(filePath), type);
+}
+
+void SpeechChecksumManager::remove(const QString& filePath, Language language)
+{
+    checksums.remove(ChecksumKey(filePath, language, DefaultChecksum).toString());
+    checksums.remove(ChecksumKey(filePath, language, AlternateChecksum).toString());
+}
+
+QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath)
+{
+    QCryptographicHash hash(QCryptographicHash::Md5);
+    QFile file(filePath);
+    if (!filePath.isEmpty() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        // Large blocks: the hash itself would read a kilobyte at a time.
+        QByteArray block(64 * 1024, Qt::Uninitialized);
+        qint64 length = 0;
+        while ((length = file.read(block.data(), block.size())) > 0) {
+            hash.addData(block.constData(), int(length));
+        }
+        if (length < 0) {
+            static constexpr char here[] =
+                "static QByteArray SpeechChecksumManager::generateChecksum(const QString&)";
+            ORV_LOG(here).warning() << here << "Could not calculate checksum for" << filePath;
+        }
+    }
+    return hash.result().toHex();
+}
+
+void SpeechChecksumManager::removeFile()
+{
+    if (QFile::exists(checksumFilePath) && !QFile::remove(checksumFilePath)) {
+        static constexpr char here[] = "void SpeechChecksumManager::removeFile()";
+        ORV_LOG(here).critical() << here << "Could not remove old file:" << checksumFilePath;
+    }
+}
+
+void SpeechChecksumManager::writePersistentData()
+{
+    QJsonArray elements;
+    for (auto entry = checksums.constBegin(); entry != checksums.constEnd(); ++entry) {
+        const ChecksumKey key(entry.key());
+        elements.append(QJsonObject{
+            {QStringLiteral("checksum"), QString::fromUtf8(entry.value())},
+            {QStringLiteral("filePath"), key.filePath},
+            {QStringLiteral("language"), int(key.language)},
+            {QStringLiteral("type"), int(key.type)},
+        });
+    }
+    if (!replaceFile(checksumFilePath, QJsonDocument(elements).toJson())) {
+        // The line names no function, alone among this module's.
+        ORV_LOG("void SpeechChecksumManager::writePersistentData()").warning()
+            << "Unable to open file for writing" << checksumFilePath;
+    }
+}

@@ -1,0 +1,255 @@
+#include <core/speech/speechchecksummanager.h>
+
+#include <support/helpers.h>
+#include <support/logcapture.h>
+
+#include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <sys/resource.h>
+
+namespace {
+
+using Manager = SpeechChecksumManager;
+using Key = SpeechChecksumManager::ChecksumKey;
+
+void useStore(const QString& fileName)
+{
+    qputenv("ORV_SPEECH_CHECKSUM_FILE", fileName.toUtf8());
+}
+
+QByteArray contentOf(const QString& fileName)
+{
+    QFile file(fileName);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/** Rewrites a store of @p count entries, each time with other checksums of one value, until it is killed. */
+[[noreturn]] void rewriteForEver(int count)
+{
+    Manager manager;
+    for (int round = 0;; ++round) {
+        for (int i = 0; i < count; ++i) {
+            manager.insert(QString::number(i), German, QByteArray::number(round), Manager::DefaultChecksum);
+        }
+        manager.writePersistentData();
+    }
+}
+
+} // namespace
+
+class SpeechChecksumManagerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        folder.reset(new QTemporaryDir);
+        store = folder->filePath(u("store.json"));
+        useStore(store);
+    }
+
+    void keys()
+    {
+        QCOMPARE(Key().toString(), u(";00_00;1"));
+        QCOMPARE(Key(u("/ä b%1%2"), German, Manager::AlternateChecksum).toString(), u("/ä b%1%2;de_DE;0"));
+        QCOMPARE(Key(u("x"), Language(7), Manager::ChecksumType(12)).toString(), u("x;;12"));
+        for (const char* same : {"/a;de_DE;0", ";00_00;1", "x;yue_CN;-3"}) {
+            QCOMPARE(Key(u(same)).toString(), u(same));
+        }
+        QCOMPARE(Key(u("a;b;c")).toString(), u("a;;0"));
+        QCOMPARE(Key(u("a;b;c")).language, InvalidLanguage);
+        for (const char* broken : {"", "a;de_DE", "a;b;de_DE;1"}) {
+            QCOMPARE(Key(u(broken)).toString(), u(";00_00;1"));
+        }
+    }
+
+    void tableInMemory()
+    {
+        LogCapture log;
+        Manager manager;
+        QVERIFY(manager.checksum(u("f"), German, Manager::DefaultChecksum).isNull());
+        for (const auto type : {Manager::DefaultChecksum, Manager::AlternateChecksum}) {
+            manager.insert(u("f"), German, "1", type);
+            manager.insert(u("f"), French, "2", type);
+        }
+        manager.insert(u("f"), German, QByteArray(), Manager::DefaultChecksum);
+        QCOMPARE(manager.checksum(u("f"), German, Manager::DefaultChecksum), QByteArray("1"));
+        manager.insert(u("f"), German, "", Manager::DefaultChecksum);
+        QVERIFY(!manager.checksum(u("f"), German, Manager::DefaultChecksum).isNull());
+        manager.insert(u("f"), Thai, Manager::DefaultChecksum);
+        QCOMPARE(manager.checksum(u("f"), Thai, Manager::DefaultChecksum).size(), 32);
+        manager.remove(u("f"), German);
+        for (const auto type : {Manager::DefaultChecksum, Manager::AlternateChecksum}) {
+            QVERIFY(manager.checksum(u("f"), German, type).isNull());
+            QCOMPARE(manager.checksum(u("f"), French, type), QByteArray("2"));
+        }
+        QVERIFY(!QFile::exists(store));
+    }
+
+    // Members of other types give what the variant conversions make of them.
+    void loadsWhateverTheFileHolds()
+    {
+        LogCapture log;
+        for (const char* json : {"1", "-1", "3.7", "2.5", "\"12\"", "\" 12\"", "\"x\"", "\"\"", "true", "null", "[1]",
+                 "{}", "1e300", "3000000000", "4294967297"}) {
+            const QJsonValue value = QJsonDocument::fromJson(QByteArray("[") + json + "]").array().at(0);
+            const QVariant variant = value.toVariant();
+            const QJsonObject object{
+                {u("checksum"), value}, {u("filePath"), value}, {u("language"), value}, {u("type"), value}};
+            QVERIFY(writeFile(store, QJsonDocument(QJsonArray{object}).toJson()));
+            const QByteArray checksum = Manager().checksum(
+                variant.toString(), Language(variant.toInt()), Manager::ChecksumType(variant.toInt()));
+            QCOMPARE(checksum, variant.toByteArray());
+            QCOMPARE(checksum.isNull(), variant.toByteArray().isNull());
+        }
+        QVERIFY(
+            writeFile(store, "[5, {\"checksum\": \"c\", \"language\": 1}, {\"checksum\": \"d\", \"language\": 1}]"));
+        const Manager manager;
+        QCOMPARE(manager.checksum(QString(), German, Manager::AlternateChecksum), QByteArray("d"));
+        Manager copy = manager;
+        copy.writePersistentData();
+        QCOMPARE(QJsonDocument::fromJson(contentOf(store)).array().size(), 2); // one of them of the number
+        QVERIFY(writeFile(store, "{\"filePath\": \"f\"}"));
+        Manager().writePersistentData();
+        QCOMPARE(contentOf(store), QByteArray("[\n]\n"));
+    }
+
+    void writesAndReloads()
+    {
+        LogCapture log;
+        Manager manager;
+        manager.insert(u("/ä"), MandarinChina, "0f", Manager::AlternateChecksum);
+        manager.writePersistentData();
+        QCOMPARE(contentOf(store), QByteArray("[\n    {\n        \"checksum\": \"0f\",\n        \"filePath\": \"/ä\",\n"
+                                              "        \"language\": 11,\n        \"type\": 0\n    }\n]\n"));
+        manager.insert(u("a;b"), German, "", Manager::DefaultChecksum);
+        manager.writePersistentData();
+        const Manager reloaded;
+        QCOMPARE(reloaded.checksum(u("/ä"), MandarinChina, Manager::AlternateChecksum), QByteArray("0f"));
+        // A path with the separator of keys comes back as the default key.
+        QVERIFY(reloaded.checksum(u("a;b"), German, Manager::DefaultChecksum).isNull());
+        QCOMPARE(reloaded.checksum(QString(), NoLanguage, Manager::DefaultChecksum), QByteArray(""));
+        QVERIFY(!reloaded.checksum(QString(), NoLanguage, Manager::DefaultChecksum).isNull());
+    }
+
+    void replacesTheFileInOneStep()
+    {
+        LogCapture log;
+        const QString target = folder->filePath(u("target.json"));
+        QVERIFY(writeFile(target, "old"));
+        QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
+        const auto permissions = QFile::permissions(target);
+        QVERIFY(QFile::link(target, store));
+        Manager manager;
+        manager.writePersistentData();
+        QVERIFY(QFileInfo(store).isSymLink());
+        QCOMPARE(contentOf(target), QByteArray("[\n]\n"));
+        QCOMPARE(QFile::permissions(target), permissions);
+        log.takeLines();
+
+        // A file-size limit stands in for a full disk.
+        manager.insert(u("f"), German, "1", Manager::DefaultChecksum);
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit usual;
+        getrlimit(RLIMIT_FSIZE, &usual);
+        const rlimit tight{10, usual.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &tight);
+        manager.writePersistentData();
+        setrlimit(RLIMIT_FSIZE, &usual);
+        const QString warning = u("warning: Unable to open file for writing \"%1\"");
+        QCOMPARE(log.takeTexts(), QStringList(warning.arg(store)));
+        QCOMPARE(contentOf(target), QByteArray("[\n]\n"));
+        QCOMPARE(QDir(folder->path()).entryList(QDir::Files).size(), 2);
+
+        for (const QString& fileName : {QString(), folder->path(), folder->filePath(u("none/store.json"))}) {
+            useStore(fileName);
+            Manager other;
+            log.takeLines();
+            other.writePersistentData();
+            QCOMPARE(log.takeTexts(), QStringList(warning.arg(fileName)));
+        }
+        useStore(u("/dev/null"));
+        Manager().writePersistentData();
+        QVERIFY(!QFileInfo(u("/dev/null")).isFile());
+    }
+
+    void survivesBeingKilled()
+    {
+        LogCapture log;
+        QRandomGenerator random(1);
+        for (int round = testRounds() / 2000; round > 0; --round) {
+            QProcess writer;
+            writer.start(QCoreApplication::applicationFilePath(), {u("rewrite"), u("2000")});
+            QTRY_VERIFY(QFile::exists(store));
+            QTest::qWait(random.bounded(30));
+            writer.kill();
+            QVERIFY(writer.waitForFinished());
+            const QJsonArray entries = QJsonDocument::fromJson(contentOf(store)).array();
+            QCOMPARE(entries.size(), 2000);
+            for (const QJsonValue& entry : entries) {
+                QCOMPARE(entry[u("checksum")], entries[0][u("checksum")]);
+            }
+        }
+    }
+
+    void removeFile()
+    {
+        LogCapture log;
+        QVERIFY(writeFile(store, "[{\"filePath\": \"f\", \"checksum\": \"1\"}]"));
+        Manager manager;
+        manager.removeFile();
+        QVERIFY(!QFile::exists(store));
+        manager.removeFile();
+        QCOMPARE(manager.checksum(u("f"), NoLanguage, Manager::AlternateChecksum), QByteArray("1"));
+        useStore(folder->path());
+        Manager other;
+        log.takeLines();
+        manager.removeFile(); // acts on the file of the latest construction, here a folder
+        QCOMPARE(log.takeTexts(),
+            QStringList(u("critical: void SpeechChecksumManager::removeFile() Could not remove old file: \"%1\"")
+                            .arg(folder->path())));
+    }
+
+    void generateChecksum()
+    {
+        LogCapture log;
+        const QByteArray nothing = "d41d8cd98f00b204e9800998ecf8427e";
+        QCOMPARE(Manager::generateChecksum(store), nothing);
+        QCOMPARE(Manager::generateChecksum(folder->path()), nothing);
+        QCOMPARE(Manager::generateChecksum(QString()), nothing);
+        for (const int size : {0, 1, 65535, 65536, 65537, 1'000'000}) {
+            const QByteArray content(size, 'x');
+            QVERIFY(writeFile(store, content));
+            QCOMPARE(
+                Manager::generateChecksum(store), QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex());
+        }
+        QVERIFY(log.takeLines().isEmpty());
+        QCOMPARE(Manager::generateChecksum(u("/proc/self/mem")), nothing); // opens, but cannot be read
+        QCOMPARE(log.takeTexts(),
+            QStringList(u("warning: static QByteArray SpeechChecksumManager::generateChecksum(const QString&) "
+                          "Could not calculate checksum for \"/proc/self/mem\"")));
+    }
+
+private:
+    QScopedPointer<QTemporaryDir> folder;
+    QString store;
+};
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    if (argc == 3 && qstrcmp(argv[1], "rewrite") == 0) {
+        rewriteForEver(u(argv[2]).toInt());
+    }
+    SpeechChecksumManagerTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "speechchecksummanagertest.moc"
