@@ -25,6 +25,13 @@ private Q_SLOTS:
     {
         QVERIFY(writeFile(folder.filePath(u("data.json")), json("{'a': {'b': 'x', 'n': null}, '': 1}")));
         QVERIFY(writeFile(folder.filePath(u("broken.json")), "{"));
+        QVERIFY(
+            writeFile(folder.filePath(u("table.eco")), "#ECO 1 -;\n#Column id\n#Column name\nearly\n1;\nx; \"y,\"z"));
+        QVERIFY(writeFile(folder.filePath(u("files/a")), "a"));
+        QVERIFY(writeFile(folder.filePath(u("files/deep/b")), "b"));
+        QVERIFY(
+            writeFile(folder.filePath(u("changed.json")), json("[{'filePath': 'files/a', 'type': 1, 'checksum': 'x'}, "
+                                                               "{'filePath': 'gone', 'type': 1, 'checksum': 'y'}]")));
     }
 
     void run_data()
@@ -98,6 +105,39 @@ private Q_SLOTS:
         row("json|missing.json|a", "", 2, "", "orv: \"missing.json\" does not exist.\n");
         row("json|broken.json|a", "", 2, "",
             "orv: Parsing \"broken.json\" failed due to \"unterminated object\" at 1\n");
+
+        // One after the other on the same store.
+        const char* const hash = "0cc175b9c0f1b6a831c399e269772661"; // of "a"
+        row("checksum|update|--store|s.json|files|nope|a;b", "", 2, "2 new, 0 changed, 0 unchanged\n",
+            "orv: nope: No such file or directory\norv: a;b: a path with \";\" cannot be stored\n");
+        row("checksum|list|--store|s.json|files/a", "", 0, QByteArray(hash) + "  00_00  default  files/a\n");
+        row("checksum|verify|--store|s.json|--language|de_DE|files/a", "", 1, "new      files/a\n");
+        row("checksum|verify|--store|changed.json", "", 1, "changed  files/a\nmissing  gone\n");
+        row("checksum|verify|--store|changed.json|--json|files", "", 1,
+            json("{'filePath':'files/a','status':'changed'}\n{'filePath':'files/deep/b','status':'new'}\n"));
+        row("checksum|verify|--store|s.json|files", "", 0, "");
+        row("checksum|remove|--store|s.json|files/deep", "", 0, "1 removed\n");
+        row("checksum|remove|--store|s.json|files/deep", "", 1, "", "orv: nothing of that is stored\n");
+        row("checksum|update|--store|broken.json|files", "", 2, "",
+            "orv: Parsing \"broken.json\" failed due to \"unterminated object\" at 1\n");
+        row("checksum|update|--store|no/s.json|files", "", 2, "",
+            "orv: Unable to open file for writing \"no/s.json\"\n");
+        row("checksum|update", "", 2, "", "orv: update needs a file or a folder\n");
+        row("checksum|verify|--type|x", "", 2, "", "orv: unknown type: \"x\" (default or alternate)\n");
+
+        row("table|table.eco", "", 0,
+            "version 1, encoding -, separator \";\"\nENTRY  id  name\n1      1   -\n2      x   y,\"z\n",
+            "orv: table.eco: lines dropped: 1 (4)\n");
+        row("table|--csv|table.eco", "", 0, "id,name\n1,\nx,\"y,\"\"z\"\n", "orv: table.eco: lines dropped: 1 (4)\n");
+
+        const QByteArray hello = QByteArray::fromHex("789ccb48cdc9c90700062c0215");
+        row("inflate", hello + "rest", 0, "hello");
+        row("inflate|-", hello.chopped(1), 1, "hello", "orv: standard input: the compressed data ends too early\n");
+        row("inflate|-o|out", hello.chopped(1), 1, "", "orv: standard input: the compressed data ends too early\n");
+        row("inflate|-o|out|data.json", "", 1, "",
+            "orv: data.json: corrupt data: inflate() failed with result code -3\n");
+        row("inflate|-o|out|--verbose", hello, 0, ""); // and no output was there before
+        row("inflate|-o|data.json", hello, 2, "", "orv: data.json exists; --force overwrites it\n");
     }
     void run()
     {

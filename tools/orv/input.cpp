@@ -6,21 +6,26 @@
 
 #include <unistd.h>
 
-LineReader::LineReader(const QString& fileName)
-    : name(fileName)
+void openInput(QFile& file, QString& name)
 {
     bool isOpen = false;
-    if (fileName.isEmpty() || fileName == QLatin1String("-")) {
+    if (name.isEmpty() || name == QLatin1String("-")) {
         name = QStringLiteral("standard input");
         // By its descriptor: the stream would be read up to the NULs of its lines.
         isOpen = file.open(STDIN_FILENO, QIODevice::ReadOnly);
     } else {
-        file.setFileName(fileName);
+        file.setFileName(name);
         isOpen = file.open(QIODevice::ReadOnly);
     }
     if (!isOpen) {
         throw Failure{QStringLiteral("%1: %2").arg(name, file.errorString())};
     }
+}
+
+LineReader::LineReader(const QString& fileName)
+    : name(fileName)
+{
+    openInput(file, name);
 }
 
 bool LineReader::readLine(QString& line)

@@ -3,11 +3,18 @@
 #include <QFile>
 #include <QString>
 
+/**
+ * Opens a file, or standard input for an empty name or "-", which is then called so in @p name.
+ *
+ * @throw Failure when it cannot be opened
+ */
+void openInput(QFile& file, QString& name);
+
 /** Reads the lines of a UTF-8 file, or of standard input, one at a time. */
 class LineReader
 {
 public:
-    /** @p fileName is empty or "-" for standard input. @throw Failure when it cannot be opened */
+    /** As openInput(). */
     explicit LineReader(const QString& fileName);
 
     /** The next line without its line break. @return false at the end @throw Failure */

@@ -44,7 +44,7 @@ int runJson(const QStringList& arguments)
 
     const QJsonDocument document = JsonFile::loadDocument(fileName);
     if (document.isNull()) {
-        throw Failure{lastLoggedFailure()};
+        throw Failure{takeLoggedFailure()};
     }
     const QJsonValue value = JsonPath(document).value(path, defaultValue);
     if (value.isUndefined()) {

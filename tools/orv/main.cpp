@@ -17,11 +17,14 @@ struct Command
 };
 
 constexpr Command commands[] = {
+    {"checksum", "checksums of speech data files: update, verify, list, remove", runChecksum},
+    {"inflate", "decompresses zlib and gzip streams", runInflate},
     {"json", "a value of a JSON file, by its path", runJson},
     {"language", "languages, their codes and what the engines support", runLanguage},
     {"prompt", "what prompts ask for: audio, files, text, off-board speech", runPrompt},
     {"sentences", "texts cut into sentences, with inline tags carried on", runSentences},
     {"sound", "the files of brand sounds", runSound},
+    {"table", "the header and rows of table files", runTable},
 };
 
 QString usage()

@@ -100,7 +100,9 @@ void showLog(bool isShown)
     isLogShown = isShown;
 }
 
-QString lastLoggedFailure()
+QString takeLoggedFailure()
 {
-    return loggedFailure;
+    QString failure;
+    failure.swap(loggedFailure);
+    return failure;
 }

@@ -31,5 +31,5 @@ QString onOneLine(QString text);
 void takeOverLog();
 void showLog(bool isShown);
 
-/** What the library last warned of, without the function that did; empty when nothing. */
-QString lastLoggedFailure();
+/** What the library last warned of since the last call, without the function; empty when nothing. */
+QString takeLoggedFailure();

@@ -110,11 +110,12 @@ int runPrompt(const QStringList& arguments)
 
     LineReader reader(commandLine.arguments().value(0));
     loadBrandSounds(commandLine.value("brand"));
-    if (!lastLoggedFailure().isEmpty()) {
+    const QString failure = takeLoggedFailure();
+    if (!failure.isEmpty()) {
         if (commandLine.isSet("brand")) {
-            throw Failure{lastLoggedFailure()};
+            throw Failure{failure};
         }
-        printError(QStringLiteral("no brand sounds are known: ") + lastLoggedFailure());
+        printError(QStringLiteral("no brand sounds are known: ") + failure);
     }
     QString line;
     while (reader.readLine(line)) {

@@ -18,8 +18,9 @@ int runSound(const QStringList& arguments)
     commandLine.process(arguments, arguments.size());
 
     const QHash<QString, QString> sounds = loadBrandSounds(commandLine.value("brand"));
-    if (!lastLoggedFailure().isEmpty()) {
-        throw Failure{lastLoggedFailure()};
+    const QString failure = takeLoggedFailure();
+    if (!failure.isEmpty()) {
+        throw Failure{failure};
     }
     if (sounds.isEmpty()) {
         printError(QStringLiteral("share/tts/common.json holds no brand sounds"));

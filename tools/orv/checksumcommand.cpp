@@ -1,0 +1,330 @@
+#include "commandline.h"
+#include "commands.h"
+#include "output.h"
+#include "progress.h"
+
+#include <core/parsers/jsonfile.h>
+#include <core/speech/speechchecksummanager.h>
+
+#include <QDirIterator>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace {
+
+using Manager = SpeechChecksumManager;
+
+constexpr char storeVariable[] = "ORV_SPEECH_CHECKSUM_FILE";
+
+/** An element of the store file. */
+struct Entry
+{
+    Manager::ChecksumKey key;
+    QString checksum;
+};
+
+struct DataFile
+{
+    QString path;
+    qint64 size;
+};
+
+/** What a command works on. */
+struct Task
+{
+    QStringList paths;
+    bool hasLanguage;
+    Language language;
+    bool hasType;
+    Manager::ChecksumType type;
+    bool isJson;
+    QString storeFile;
+    int exitCode = 0;
+};
+
+const char* typeName(Manager::ChecksumType type)
+{
+    return type == Manager::AlternateChecksum ? "alternate" : "default";
+}
+
+Manager::ChecksumType typeOf(const QString& name)
+{
+    for (const auto type : {Manager::DefaultChecksum, Manager::AlternateChecksum}) {
+        if (name == QLatin1String(typeName(type))) {
+            return type;
+        }
+    }
+    throw Failure{QStringLiteral("unknown type: \"%1\" (default or alternate)").arg(name)};
+}
+
+/** Points the library at the store; what it says of a missing or broken one must not be overwritten. */
+QVector<Entry> readStore(const Task& task, bool mayBeMissing)
+{
+    qputenv(storeVariable, task.storeFile.toUtf8());
+    if (mayBeMissing && !QFileInfo::exists(task.storeFile)) {
+        return {};
+    }
+    const QJsonDocument document = JsonFile::loadDocument(task.storeFile);
+    if (document.isNull()) {
+        throw Failure{takeLoggedFailure()};
+    }
+    if (!document.isArray()) {
+        throw Failure{QStringLiteral("\"%1\" is no checksum store").arg(task.storeFile)};
+    }
+    QVector<Entry> entries;
+    for (const QJsonValue& element : document.array()) {
+        const QVariantMap map = element.toVariant().toMap();
+        entries.append({{map.value(QStringLiteral("filePath")).toString(),
+                            Language(map.value(QStringLiteral("language")).toInt()),
+                            Manager::ChecksumType(map.value(QStringLiteral("type")).toInt())},
+            map.value(QStringLiteral("checksum")).toString()});
+    }
+    std::sort(entries.begin(), entries.end(),
+        [](const Entry& a, const Entry& b) { return a.key.filePath < b.key.filePath; });
+    return entries;
+}
+
+void writeStore(Manager& manager)
+{
+    takeLoggedFailure();
+    manager.writePersistentData();
+    const QString failure = takeLoggedFailure();
+    if (!failure.isEmpty()) {
+        throw Failure{failure};
+    }
+}
+
+/** Tells of an input that cannot be used; the others go on. */
+void refuse(Task& task, const QString& path, const QString& reason)
+{
+    printError(QStringLiteral("%1: %2").arg(path, reason));
+    task.exitCode = 2;
+}
+
+void collectFile(Task& task, const QString& path, QVector<DataFile>& files)
+{
+    const QFileInfo info(path);
+    QFile file(path);
+    if (info.exists()
+        && info.canonicalFilePath() == QFileInfo(task.storeFile).canonicalFilePath()) {
+        return; // the store would change what it tells of itself
+    }
+    if (path.contains(QLatin1Char(';'))) {
+        refuse(task, path, QStringLiteral("a path with \";\" cannot be stored"));
+    } else if (!file.open(QIODevice::ReadOnly)) {
+        refuse(task, path, file.errorString());
+    } else {
+        files.append({path, info.size()});
+    }
+}
+
+/** The files among @p paths and in the folders among them, in order. */
+QVector<DataFile> collectFiles(Task& task, const QStringList& paths)
+{
+    QVector<DataFile> files;
+    for (const QString& path : paths) {
+        if (!QFileInfo(path).isDir()) {
+            collectFile(task, path, files);
+            continue;
+        }
+        QStringList found;
+        QDirIterator folder(path, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+        while (folder.hasNext()) {
+            found.append(folder.next());
+        }
+        found.sort();
+        for (const QString& file : qAsConst(found)) {
+            collectFile(task, file, files);
+        }
+    }
+    return files;
+}
+
+/** Hands each file and its fresh checksum to @p take. */
+template <typename Function>
+void hashFiles(const QVector<DataFile>& files, Function take)
+{
+    qint64 total = 0;
+    for (const DataFile& file : files) {
+        total += file.size;
+    }
+    Progress progress(total);
+    for (const DataFile& file : files) {
+        take(file.path, Manager::generateChecksum(file.path));
+        progress.advance(file.size);
+    }
+}
+
+bool liesBelow(const QString& path, const QStringList& roots)
+{
+    return std::any_of(roots.begin(), roots.end(), [&path](const QString& root) {
+        const QString folder = root.endsWith(QLatin1Char('/')) ? root : root + QLatin1Char('/');
+        return path == root || path.startsWith(folder);
+    });
+}
+
+void update(Task& task)
+{
+    readStore(task, true);
+    Manager manager;
+    int added = 0;
+    int changed = 0;
+    const QVector<DataFile> files = collectFiles(task, task.paths);
+    hashFiles(files, [&](const QString& path, const QByteArray& fresh) {
+        const QByteArray stored = manager.checksum(path, task.language, task.type);
+        added += stored.isNull() ? 1 : 0;
+        changed += !stored.isNull() && stored != fresh ? 1 : 0;
+        manager.insert(path, task.language, fresh, task.type);
+    });
+    writeStore(manager);
+    print(QStringLiteral("%1 new, %2 changed, %3 unchanged\n")
+              .arg(QString::number(added), QString::number(changed),
+                  QString::number(files.size() - added - changed)));
+}
+
+void verify(Task& task)
+{
+    const QVector<Entry> entries = readStore(task, false);
+    const Manager manager;
+    const auto report = [&task](const char* status, const QString& path) {
+        if (task.isJson) {
+            printJson({{QStringLiteral("status"), QLatin1String(status)},
+                {QStringLiteral("filePath"), path}});
+        } else {
+            print(QStringLiteral("%1  %2\n").arg(QLatin1String(status), -7).arg(onOneLine(path)));
+        }
+        task.exitCode = std::max(task.exitCode, 1);
+    };
+    QStringList paths = task.paths;
+    QStringList missing;
+    for (const Entry& entry : entries) {
+        const QString& path = entry.key.filePath;
+        if (entry.key.language != task.language || entry.key.type != task.type) {
+            continue;
+        }
+        if (!QFileInfo::exists(path) && (task.paths.isEmpty() || liesBelow(path, task.paths))) {
+            missing.append(path);
+            paths.removeAll(path);
+        } else if (task.paths.isEmpty()) {
+            paths.append(path);
+        }
+    }
+    hashFiles(collectFiles(task, paths), [&](const QString& path, const QByteArray& fresh) {
+        const QByteArray stored = manager.checksum(path, task.language, task.type);
+        if (stored != fresh) {
+            report(stored.isNull() ? "new" : "changed", path);
+        }
+    });
+    for (const QString& path : qAsConst(missing)) {
+        report("missing", path);
+    }
+}
+
+void list(Task& task)
+{
+    QVector<QStringList> rows;
+    const QVector<Entry> entries = readStore(task, false);
+    for (const Entry& entry : entries) {
+        if ((task.hasLanguage && entry.key.language != task.language)
+            || (task.hasType && entry.key.type != task.type)
+            || (!task.paths.isEmpty() && !liesBelow(entry.key.filePath, task.paths))) {
+            continue;
+        }
+        const QString language = QString::fromLatin1(convertLanguageIdToIso(entry.key.language));
+        if (task.isJson) {
+            printJson({{QStringLiteral("checksum"), entry.checksum},
+                {QStringLiteral("filePath"), entry.key.filePath},
+                {QStringLiteral("language"), language},
+                {QStringLiteral("type"), QLatin1String(typeName(entry.key.type))}});
+        } else {
+            rows.append({entry.checksum, language, QLatin1String(typeName(entry.key.type)),
+                onOneLine(entry.key.filePath)});
+        }
+    }
+    printTable(rows);
+}
+
+void remove(Task& task)
+{
+    if (task.hasType) {
+        throw Failure{QStringLiteral("remove takes both types away; --type is not for it")};
+    }
+    const QVector<Entry> entries = readStore(task, false);
+    Manager manager;
+    int removed = 0;
+    for (const Entry& entry : entries) {
+        if (entry.key.language == task.language && liesBelow(entry.key.filePath, task.paths)) {
+            manager.remove(entry.key.filePath, task.language);
+            ++removed;
+        }
+    }
+    if (removed == 0) {
+        printError(QStringLiteral("nothing of that is stored"));
+        task.exitCode = 1;
+        return;
+    }
+    writeStore(manager);
+    print(QStringLiteral("%1 removed\n").arg(removed));
+}
+
+struct Action
+{
+    const char* name;
+    bool needsPaths;
+    void (*run)(Task& task);
+};
+
+constexpr Action actions[] = {
+    {"update", true, update},
+    {"verify", false, verify},
+    {"list", false, list},
+    {"remove", true, remove},
+};
+
+} // namespace
+
+int runChecksum(const QStringList& arguments)
+{
+    CommandLine commandLine("checksum",
+        "Keeps checksums of speech data files:\n"
+        "  update  stores the checksums that the files have now\n"
+        "  verify  shows the files that are new, changed or missing; all stored ones without PATH\n"
+        "  list    shows what is stored\n"
+        "  remove  forgets what is stored of the files, both types");
+    commandLine.addOption(
+        "language", "The language of the files; 00_00, none, without it.", "ISO", "00_00");
+    commandLine.addOption(
+        "type", "The kind of checksum: default (without it) or alternate.", "TYPE", "default");
+    commandLine.addOption("store",
+        "The store; without it the one that ORV_SPEECH_CHECKSUM_FILE names, or\n"
+        "/mnt/share/speech/checksum.json.",
+        "FILE");
+    commandLine.addOption("json", "Writes one JSON object per file (verify, list).");
+    commandLine.addArgument("action", "update, verify, list or remove.", "ACTION");
+    commandLine.addArgument("path", "Files, or folders with all that lies in them.", "[PATH…]");
+    commandLine.process(arguments, arguments.size());
+
+    const QStringList words = commandLine.arguments();
+    const auto* const action =
+        std::find_if(std::begin(actions), std::end(actions), [&words](const Action& candidate) {
+            return words.value(0) == QLatin1String(candidate.name);
+        });
+    if (action == std::end(actions)) {
+        throw Failure{QStringLiteral("one of update, verify, list and remove is needed")};
+    }
+    if (action->needsPaths && words.size() < 2) {
+        throw Failure{QStringLiteral("%1 needs a file or a folder").arg(words[0])};
+    }
+    Task task{words.mid(1), commandLine.isSet("language"), commandLine.language(),
+        commandLine.isSet("type"), typeOf(commandLine.value("type")), commandLine.isSet("json"),
+        commandLine.value("store")};
+    if (!commandLine.isSet("store")) {
+        task.storeFile =
+            qEnvironmentVariable(storeVariable, QStringLiteral("/mnt/share/speech/checksum.json"));
+    }
+    action->run(task);
+    return task.exitCode;
+}

@@ -1,0 +1,48 @@
+#include "progress.h"
+
+#include <cstdio>
+#include <string>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr qint64 quietTime = 1000; // milliseconds
+constexpr qint64 drawInterval = 100;
+constexpr int barWidth = 40;
+
+} // namespace
+
+Progress::Progress(qint64 totalBytes)
+    : total(totalBytes)
+    , isTerminal(isatty(STDERR_FILENO) == 1)
+{
+    timer.start();
+}
+
+Progress::~Progress()
+{
+    if (drawnAt > 0) {
+        std::fputs("\r\033[K", stderr); // the line is free again
+    }
+}
+
+void Progress::advance(qint64 bytes)
+{
+    done += bytes;
+    const qint64 now = timer.elapsed();
+    if (isTerminal && now >= quietTime && now >= drawnAt + drawInterval) {
+        draw(now);
+        drawnAt = now;
+    }
+}
+
+void Progress::draw(qint64 milliseconds) const
+{
+    const double part = total > 0 ? double(done) / double(total) : 1.0;
+    const double bytesPerSecond = double(done) * 1000.0 / double(milliseconds);
+    const auto remaining = int(bytesPerSecond > 0 ? double(total - done) / bytesPerSecond : 0);
+    const std::string bar(size_t(part * barWidth), '#');
+    std::fprintf(stderr, "\r[%-*s] %3d %%  %.1f MB/s  %d:%02d left\033[K", barWidth, bar.c_str(),
+        int(part * 100), bytesPerSecond / 1e6, remaining / 60, remaining % 60);
+}

@@ -1,0 +1,153 @@
+#include "commandline.h"
+#include "commands.h"
+#include "output.h"
+
+#include <core/parsers/ecofile.h>
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonObject>
+#include <QTextStream>
+
+namespace {
+
+constexpr int shownLineNumbers = 5;
+
+struct Table
+{
+    EcoFile file;
+    QVector<int> droppedLines;
+};
+
+/** Reads as the library does, but line by line, to know which lines it drops. */
+Table readTable(const QString& fileName)
+{
+    QFile file(fileName);
+    if (!file.open(QIODevice::ReadOnly)) {
+        throw Failure{QStringLiteral("%1: %2").arg(fileName, file.errorString())};
+    }
+    Table table;
+    QTextStream stream(&file);
+    QString line;
+    for (int number = 1; stream.readLineInto(&line); ++number) {
+        line = line.trimmed();
+        if (line.startsWith(QLatin1Char('#'))) {
+            table.file.parseHeaderLine(line);
+        } else if (!line.isEmpty()) {
+            const int rowCount = table.file.rows().size();
+            table.file.parseDataLine(line);
+            if (table.file.rows().size() == rowCount) {
+                table.droppedLines.append(number);
+            }
+        }
+    }
+    return table;
+}
+
+void reportDropped(const QString& fileName, const QVector<int>& lines)
+{
+    if (lines.isEmpty()) {
+        return;
+    }
+    QStringList numbers;
+    for (const int line : lines.mid(0, shownLineNumbers)) {
+        numbers.append(QString::number(line));
+    }
+    if (lines.size() > shownLineNumbers) {
+        numbers.append(QStringLiteral("…"));
+    }
+    printError(
+        QStringLiteral("%1: lines dropped: %2 (%3)")
+            .arg(fileName, QString::number(lines.size()), numbers.join(QStringLiteral(", "))));
+}
+
+QString csvLine(QStringList cells)
+{
+    for (QString& cell : cells) {
+        if (cell.contains(QLatin1Char(',')) || cell.contains(QLatin1Char('"'))
+            || cell.contains(QLatin1Char('\n'))) {
+            cell.replace(QLatin1Char('"'), QLatin1String("\"\""));
+            cell = QLatin1Char('"') + cell + QLatin1Char('"');
+        }
+    }
+    return cells.join(QLatin1Char(',')) + QLatin1Char('\n');
+}
+
+QStringList cellsOf(const EcoFile::Row& row, const QStringList& columns)
+{
+    QStringList cells;
+    for (const QString& column : columns) {
+        cells.append(row[column]);
+    }
+    return cells;
+}
+
+void printAsJson(const EcoFile& file, const QStringList& columns)
+{
+    const EcoFile::Header& header = file.header();
+    printJson({{QStringLiteral("version"), header.version()},
+        {QStringLiteral("encoding"), header.encoding()},
+        {QStringLiteral("separator"), QString(QLatin1Char(header.separator()))},
+        {QStringLiteral("columns"), QJsonArray::fromStringList(columns)}});
+    for (const EcoFile::Row& row : file.rows()) {
+        QJsonObject fields;
+        for (const QString& column : columns) {
+            fields.insert(column, row[column]);
+        }
+        printJson({{QStringLiteral("entryId"), row.entryId()}, {QStringLiteral("fields"), fields}});
+    }
+}
+
+void printForPeople(const EcoFile& file, const QStringList& columns)
+{
+    const EcoFile::Header& header = file.header();
+    print(QStringLiteral("version %1, encoding %2, separator \"%3\"\n")
+              .arg(header.version().isEmpty() ? QStringLiteral("-") : header.version(),
+                  header.encoding().isEmpty() ? QStringLiteral("-") : header.encoding(),
+                  onOneLine(QString(QLatin1Char(header.separator())))));
+    QVector<QStringList> rows{QStringList(QStringLiteral("ENTRY")) + columns};
+    for (const EcoFile::Row& row : file.rows()) {
+        QStringList cells{QString::number(row.entryId())};
+        for (const QString& cell : cellsOf(row, columns)) {
+            cells.append(onOneLine(cell));
+        }
+        rows.append(cells);
+    }
+    printTable(rows);
+}
+
+} // namespace
+
+int runTable(const QStringList& arguments)
+{
+    CommandLine commandLine("table",
+        "Shows an \"#ECO\" table file: its header and its rows. Lines that the library drops are\n"
+        "told on standard error.");
+    commandLine.addOption("json", "Writes the header and each row as a JSON object.");
+    commandLine.addOption("csv", "Writes the column names and the rows as comma-separated values.");
+    commandLine.addArgument("file", "A table file.", "FILE");
+    commandLine.process(arguments, 1);
+    if (commandLine.arguments().isEmpty()) {
+        throw Failure{QStringLiteral("a table file is needed")};
+    }
+    if (commandLine.isSet("json") && commandLine.isSet("csv")) {
+        throw Failure{QStringLiteral("either --json or --csv")};
+    }
+    const QString fileName = commandLine.arguments()[0];
+    const Table table = readTable(fileName);
+    QStringList columns = table.file.header().columns();
+    columns.removeDuplicates(); // the last field of a name is the one that counts
+
+    if (commandLine.isSet("json")) {
+        printAsJson(table.file, columns);
+    } else if (commandLine.isSet("csv")) {
+        print(csvLine(columns));
+        for (const EcoFile::Row& row : table.file.rows()) {
+            print(csvLine(cellsOf(row, columns)));
+        }
+    } else {
+        printForPeople(table.file, columns);
+    }
+    reportDropped(fileName, table.droppedLines);
+    return 0;
+}
