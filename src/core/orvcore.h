@@ -4,6 +4,7 @@
 
 #include <core/applicationsettings.h>
 #include <core/inflate.h>
+#include <core/orvglobalinstance.h>
 #include <core/parsers/ecofile.h>
 #include <core/parsers/jsonfile.h>
 #include <core/parsers/sentencetokenizer.h>

@@ -1,0 +1,137 @@
+#include <core/orvglobalinstance.h>
+
+#include <core/log_p.h>
+
+#include <QByteArray>
+#include <QGlobalStatic>
+#include <QHash>
+#include <QReadWriteLock>
+#include <QStack>
+
+namespace {
+
+/** Ends the process: the signature and the name, if there is one, tell where it would have hung. */
+[[noreturn]] void reportDeadlock(const char* signature, const char* name = nullptr)
+{
+    if (name == nullptr) {
+        ORV_LOG(signature).fatal("Deadlock: in %s", signature);
+    }
+    ORV_LOG(signature).fatal("Deadlock: in %s with %s", signature, name);
+}
+
+} // namespace
+
+class SingletonTrackerPrivate
+{
+public:
+    virtual ~SingletonTrackerPrivate();
+
+    void insert(const char* name, AbstractSingleton* instance);
+    AbstractSingleton* at(const char* name);
+    void erase(const char* name);
+    void clear();
+    bool isEmpty() const;
+
+private:
+    QHash<QByteArray, AbstractSingleton*> registry;
+    QStack<QByteArray> order; // the newest on top; a name registered twice is there twice
+    QReadWriteLock lock;      // tried, never waited for
+};
+
+SingletonTrackerPrivate::~SingletonTrackerPrivate()
+{
+    clear();
+}
+
+void SingletonTrackerPrivate::insert(const char* name, AbstractSingleton* instance)
+{
+    if (!lock.tryLockForWrite()) {
+        reportDeadlock(
+            "void SingletonTrackerPrivate::insert(const char*, AbstractSingleton*)", name);
+    }
+    registry.insert(name, instance);
+    order.push(name);
+    lock.unlock();
+}
+
+AbstractSingleton* SingletonTrackerPrivate::at(const char* name)
+{
+    if (!lock.tryLockForRead()) {
+        reportDeadlock("AbstractSingleton* SingletonTrackerPrivate::at(const char*)", name);
+    }
+    AbstractSingleton* const instance = registry.value(name);
+    lock.unlock();
+    return instance;
+}
+
+void SingletonTrackerPrivate::erase(const char* name)
+{
+    if (!lock.tryLockForWrite()) {
+        reportDeadlock("void SingletonTrackerPrivate::erase(const char*)", name);
+    }
+    const auto entry = registry.constFind(name);
+    if (entry != registry.constEnd()) {
+        delete *entry;
+        registry.erase(entry);
+        order.removeOne(name);
+    }
+    lock.unlock();
+}
+
+void SingletonTrackerPrivate::clear()
+{
+    if (!lock.tryLockForWrite()) {
+        reportDeadlock("void SingletonTrackerPrivate::clear()");
+    }
+    while (!registry.isEmpty()) {
+        const QByteArray name = order.top();
+        delete registry.value(name); // null for a name that an earlier round has taken
+        order.pop();
+        registry.remove(name);
+    }
+    lock.unlock();
+}
+
+bool SingletonTrackerPrivate::isEmpty() const
+{
+    return registry.isEmpty();
+}
+
+namespace {
+
+Q_GLOBAL_STATIC(SingletonTracker, tracker)
+
+} // namespace
+
+AbstractSingleton::~AbstractSingleton() = default;
+
+SingletonTracker::SingletonTracker()
+    : d(new SingletonTrackerPrivate)
+{}
+
+SingletonTracker::~SingletonTracker() = default;
+
+void SingletonTracker::insert(const char* name, AbstractSingleton* instance)
+{
+    tracker()->d->insert(name, instance);
+}
+
+AbstractSingleton* SingletonTracker::at(const char* name)
+{
+    return tracker()->d->at(name);
+}
+
+void SingletonTracker::erase(const char* name)
+{
+    tracker()->d->erase(name);
+}
+
+void SingletonTracker::clear()
+{
+    tracker()->d->clear();
+}
+
+bool SingletonTracker::isEmpty()
+{
+    return tracker()->d->isEmpty();
+}

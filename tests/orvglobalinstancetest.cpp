@@ -1,0 +1,185 @@
+#include <core/orvglobalinstance.h>
+
+#include <support/childprocess.h>
+#include <support/helpers.h>
+
+#include <QSemaphore>
+#include <QTest>
+
+#include <cstdio>
+#include <functional>
+
+namespace {
+
+QByteArray deleted; // the names of the singletons, in the order of their deletion
+
+class Singleton : public AbstractSingleton
+{
+public:
+    explicit Singleton(char name, std::function<void()> atEnd = nullptr)
+        : name(name)
+        , atEnd(std::move(atEnd))
+    {}
+    ~Singleton() override
+    {
+        deleted += name;
+        if (atEnd) {
+            atEnd();
+        }
+    }
+
+private:
+    const char name;
+    const std::function<void()> atEnd;
+};
+
+void call(const QByteArray& operation)
+{
+    if (operation == "at") {
+        SingletonTracker::at("other");
+    } else if (operation == "insert") {
+        SingletonTracker::insert("other", nullptr);
+    } else if (operation == "erase") {
+        SingletonTracker::erase("other");
+    } else if (operation == "clear") {
+        SingletonTracker::clear();
+    }
+}
+
+/** One case, in a process of its own. */
+int runCase(const QByteArray& name, const QByteArray& operation)
+{
+    if (name == "exit") {
+        const auto print = [] { std::printf("%s ", deleted.constData()); };
+        for (const char* singleton : {"a", "b", "c"}) {
+            SingletonTracker::insert(singleton, new Singleton(*singleton, print));
+        }
+    } else if (name == "re-entry") {
+        SingletonTracker::insert("a", new Singleton('a', [operation] { call(operation); }));
+        SingletonTracker::clear();
+    } else {
+        QSemaphore isInside;
+        QSemaphore never;
+        SingletonTracker::insert("a", new Singleton('a', [&] {
+            isInside.release();
+            never.acquire();
+        }));
+        std::thread([] { SingletonTracker::erase("a"); }).detach();
+        isInside.acquire();
+        call(operation);
+    }
+    return 0;
+}
+
+} // namespace
+
+class OrvGlobalInstanceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        deleted.clear();
+        QVERIFY(SingletonTracker::isEmpty());
+    }
+
+    void ownsAndFinds()
+    {
+        auto* const second = new Singleton('2');
+        const char twin[] = {'t', 'w', 'o', '\0', 'x'}; // a name ends with its NUL
+        SingletonTracker::insert("one", new Singleton('1'));
+        SingletonTracker::insert("two", second);
+        SingletonTracker::insert("three", new Singleton('3'));
+        QCOMPARE(SingletonTracker::at(twin), second);
+        QCOMPARE(SingletonTracker::at("Two"), nullptr);
+        SingletonTracker::erase("none");
+        SingletonTracker::erase("two");
+        QCOMPARE(SingletonTracker::at("two"), nullptr);
+        SingletonTracker::insert("four", new Singleton('4'));
+        SingletonTracker::clear();
+        QCOMPARE(deleted, QByteArray("2431"));
+    }
+
+    void aNameRegisteredTwice()
+    {
+        const std::unique_ptr<Singleton> forgotten(new Singleton('f'));
+        SingletonTracker::insert("a", forgotten.get());
+        SingletonTracker::insert("b", new Singleton('b'));
+        SingletonTracker::insert("a", new Singleton('a')); // now newer than b
+        SingletonTracker::clear();
+        QCOMPARE(deleted, QByteArray("ab")); // and the older name is left over, below what comes
+        SingletonTracker::insert("c", new Singleton('c'));
+        SingletonTracker::insert("a", new Singleton('A'));
+        SingletonTracker::erase("a"); // takes the left-over name, not the one on top
+        SingletonTracker::insert("d", nullptr);
+        SingletonTracker::clear();
+        QCOMPARE(deleted, QByteArray("abAc"));
+    }
+
+    void lookUpsNeverCollide()
+    {
+        auto* const singleton = new Singleton('a');
+        SingletonTracker::insert("a", singleton);
+        std::atomic<int> right{0};
+        for (int group = 0; group < 4; ++group) {
+            runInThreads([&](int) {
+                for (int round = 0; round < 20'000; ++round) {
+                    right += SingletonTracker::at("a") == singleton ? 1 : 0;
+                }
+            });
+        }
+        QCOMPARE(right.load(), 4 * 8 * 20'000);
+        SingletonTracker::clear();
+    }
+
+    void processExitDeletesNewestFirst()
+    {
+        const ChildResult result = runChild({u("exit"), u("-")});
+        QCOMPARE(result.output, QByteArray("c cb cba "));
+        QCOMPARE(result.exitCode, 0);
+    }
+
+    void contentionIsFatal_data()
+    {
+        QTest::addColumn<QString>("situation");
+        QTest::addColumn<QString>("operation");
+        QTest::addColumn<QByteArray>("message");
+
+        const struct
+        {
+            const char *operation, *message;
+        } rows[] = {
+            {"at", "Deadlock: in AbstractSingleton* SingletonTrackerPrivate::at(const char*) with other\n"},
+            {"insert",
+                "Deadlock: in void SingletonTrackerPrivate::insert(const char*, AbstractSingleton*) with other\n"},
+            {"erase", "Deadlock: in void SingletonTrackerPrivate::erase(const char*) with other\n"},
+            {"clear", "Deadlock: in void SingletonTrackerPrivate::clear()\n"},
+        };
+        for (const auto& row : rows) {
+            for (const char* situation : {"re-entry", "other thread"}) {
+                QTest::addRow("%s: %s", situation, row.operation)
+                    << situation << row.operation << QByteArray(row.message);
+            }
+        }
+    }
+    void contentionIsFatal()
+    {
+        QFETCH(QString, situation);
+        QFETCH(QString, operation);
+        const ChildResult result = runChild({situation, operation});
+        QVERIFY(result.isCrash);
+        QTEST(result.error, "message");
+    }
+};
+
+int main(int argc, char** argv)
+{
+    if (argc == 3) {
+        return runCase(argv[1], argv[2]);
+    }
+    QCoreApplication application(argc, argv);
+    OrvGlobalInstanceTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "orvglobalinstancetest.moc"
