@@ -8,6 +8,7 @@
 #include <core/parsers/ecofile.h>
 #include <core/parsers/jsonfile.h>
 #include <core/parsers/sentencetokenizer.h>
+#include <core/posixsignals.h>
 #include <core/speech/language.h>
 #include <core/speech/speechchecksummanager.h>
 #include <core/speech/speechcommon.h>

@@ -1,0 +1,89 @@
+#pragma once
+
+#include <core/orvcore_export.h>
+
+#include <QObject>
+
+#include <atomic>
+#include <memory>
+#include <unordered_map>
+#include <utility>
+
+class QSocketNotifier;
+
+/**
+ * Brings POSIX signals to slots on the event loop, and ends the process in two stages.
+ *
+ *     int main(int argc, char** argv)
+ *     {
+ *         QCoreApplication application(argc, argv);
+ *         PosixSignals& bridge = PosixSignals::instance;
+ *         bridge.setup(SIGTERM, &bridge, "applicationQuit");
+ *         bridge.setup(SIGINT, &bridge, "applicationQuit");
+ *         return application.exec();
+ *     }
+ *
+ * The signal handler writes the signal's number to a socket pair, in any thread; it calls nothing
+ * but write and _exit, and leaves errno as it was. The event loop reads the numbers one at a time,
+ * in their order, and invokes what was set up for them. The application thus handles a signal like
+ * any other event.
+ *
+ * All signals are set up before the event loop first runs: the handlers are installed then. Later,
+ * setup() only changes the target of a signal that was set up in time. Signals that come before are
+ * not caught.
+ *
+ * The socket holds some hundred numbers. When it is full, the interrupted thread waits in the
+ * handler until the event loop has read one; an event loop whose own thread raises so many signals
+ * before it comes to read them waits for ever. The sockets are inherited by child processes, as the
+ * calls that would prevent it are not to be had everywhere; they stay open until the process ends.
+ *
+ * Exit codes, each with one line on standard error: 1 after a second request to quit, or 2 after a
+ * signal when the application is already quitting; 4 when the handler could not pass a number on.
+ * In the handler, 1 and 3 take the place of 2 and 4 when not even the line could be written.
+ *
+ * Thread-safety: apart from the handler, everything belongs to the thread that loaded the library,
+ * which is the main thread as a rule.
+ */
+class ORVCORE_EXPORT PosixSignals : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** The one object. */
+    static PosixSignals instance;
+
+    /**
+     * Sets or replaces what a signal invokes: a slot or invokable method of @p receiver without
+     * arguments, by its bare name, at once if the receiver lives in this thread, else from its own
+     * event loop.
+     *
+     * The name is not copied, and neither it nor the receiver may go away before the last signal.
+     * May be called before there is a QCoreApplication.
+     */
+    void setup(int signalNumber, QObject* receiver, const char* method);
+
+    /** The handler that is installed for all signals. */
+    static void rawSignalHandle(int signalNumber);
+
+public Q_SLOTS:
+    /**
+     * The usual target of SIGTERM and SIGINT: quits the event loop. A second call, when that takes
+     * too long, exits with code 1.
+     */
+    void applicationQuit();
+
+private Q_SLOTS:
+    void initialize();
+    void signalHandle();
+
+private:
+    PosixSignals();
+    ~PosixSignals() override;
+
+    std::unordered_map<int, std::pair<QObject*, const char*>> handlers;
+    bool initialized = false;
+    std::atomic<bool> quitting{false}; // the handler reads it
+    std::atomic<int> waiting{0};       // numbers in the socket
+    int sockets[2] = {-1, -1}; // the handler writes to the first, the notifier watches the second
+    std::unique_ptr<QSocketNotifier> notifier;
+};

@@ -1,0 +1,203 @@
+#include <core/posixsignals.h>
+
+#include <support/childprocess.h>
+#include <support/helpers.h>
+
+#include <QCoreApplication>
+#include <QTest>
+#include <QThread>
+#include <QTimer>
+
+#include <cerrno>
+#include <csignal>
+
+#include <pthread.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int burstCount = 100;
+constexpr int burstSize = 100;
+
+/** A target of signals; with bursts, it sends the next hundred itself as soon as the last have come. */
+class Receiver : public QObject
+{
+    Q_OBJECT
+
+public Q_SLOTS:
+    void count()
+    {
+        if (++counted == burstCount * burstSize) {
+            QCoreApplication::quit();
+        } else if (sendsBursts && counted % burstSize == 0) {
+            burst();
+        }
+    }
+    void miscount()
+    {
+        counted += 1'000'000;
+    }
+
+public:
+    void burst()
+    {
+        sendsBursts = true;
+        for (int i = 0; i < burstSize; ++i) {
+            std::raise(SIGUSR1);
+        }
+    }
+
+    int counted = 0;
+    bool sendsBursts = false;
+};
+
+/** Fills the socket from another thread until that waits in the handler, and interrupts its wait. */
+void floodAndInterrupt()
+{
+    struct sigaction action = {};
+    action.sa_handler = [](int) {}; // without SA_RESTART, so that the handler's write is interrupted
+    sigaction(SIGUSR2, &action, nullptr);
+    std::thread flood([] {
+        for (int i = 0; i < burstCount * burstSize; ++i) {
+            std::raise(SIGUSR1);
+        }
+    });
+    for (int i = 0; i < 50; ++i) {
+        pthread_kill(flood.native_handle(), SIGUSR2);
+        QThread::msleep(1);
+    }
+    flood.detach();
+}
+
+/** One case, in a process of its own; the exit code 77 says that it ended otherwise than meant. */
+int runCase(int argc, char** argv)
+{
+    const QByteArray name = argv[1];
+    Receiver receiver;
+    PosixSignals& bridge = PosixSignals::instance;
+    bridge.setup(SIGTERM, &bridge, "applicationQuit"); // before there is an application
+    bridge.setup(SIGUSR1, &receiver, "miscount");
+    bridge.setup(SIGUSR1, &receiver, "count");
+    QCoreApplication application(argc, argv);
+    QTimer::singleShot(10'000, [] { _exit(77); });
+    const auto later = [](auto function) { QTimer::singleShot(0, QCoreApplication::instance(), function); };
+
+    if (name == "quit") {
+        later([] { std::raise(SIGTERM); });
+    } else if (name == "twice at once") {
+        later([] {
+            std::raise(SIGTERM);
+            std::raise(SIGTERM);
+        });
+    } else if (name == "while quitting" || name == "while quitting, unheard") {
+        QObject::connect(&application, &QCoreApplication::aboutToQuit, [&name] {
+            if (name != "while quitting") {
+                close(STDERR_FILENO);
+            }
+            std::raise(SIGTERM);
+        });
+        later([] { std::raise(SIGTERM); });
+    } else if (name == "no socket" || name == "no socket, unheard") {
+        later([&name] {
+            for (int descriptor = name == "no socket" ? 3 : 2; descriptor < 100; ++descriptor) {
+                close(descriptor);
+            }
+            std::raise(SIGTERM);
+        });
+    } else if (name == "bursts") {
+        later([&receiver] { receiver.burst(); });
+    } else if (name == "flood") {
+        later(floodAndInterrupt);
+    } else if (name == "changed later") {
+        later([&bridge, &receiver] {
+            bridge.setup(SIGUSR1, &receiver, "miscount");
+            bridge.setup(SIGUSR2, &receiver, "count"); // too late: its default action ends the process
+            errno = 4711;
+            std::raise(SIGUSR1);
+            std::printf("errno %d ", errno);
+            std::fflush(stdout);
+            QTimer::singleShot(50, [&receiver] {
+                std::printf("counted %d", receiver.counted);
+                std::fflush(stdout);
+                std::raise(SIGUSR2);
+            });
+        });
+    }
+    const int exitCode = QCoreApplication::exec();
+    std::printf("counted %d", receiver.counted);
+    return exitCode;
+}
+
+} // namespace
+
+class PosixSignalsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void metaObject()
+    {
+        const QMetaObject* const meta = PosixSignals::instance.metaObject();
+        QCOMPARE(meta->className(), "PosixSignals");
+        QStringList slotNames;
+        for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
+            slotNames += QString::fromLatin1(meta->method(i).name())
+                         + u(meta->method(i).access() == QMetaMethod::Public ? "+" : "-");
+        }
+        QCOMPARE(slotNames.join(u(" ")), u("applicationQuit+ initialize- signalHandle-"));
+    }
+
+    void process_data()
+    {
+        QTest::addColumn<int>("exitCode");     // -1: ended by a signal
+        QTest::addColumn<QByteArray>("error"); // without what comes before its last line of the log
+        QTest::addColumn<QByteArray>("output");
+
+        const QByteArray quits = "void PosixSignals::applicationQuit() Cleaning up and terminating...\n";
+        const QByteArray processing = "void PosixSignals::signalHandle() Processing signal 15\n";
+        const QByteArray start = "void PosixSignals::initialize()\n";
+        QTest::newRow("quit") << 0 << start + processing + quits << QByteArray("counted 0");
+        QTest::newRow("twice at once")
+            << 1
+            << start + processing + quits + processing
+                   + "void PosixSignals::applicationQuit() Cleanup taking too long, immediate termination...\n"
+            << QByteArray();
+        QTest::newRow("while quitting")
+            << 2
+            << start + processing + quits
+                   + QByteArray("Signal caught when application is terminating, immediate termination...\n\0", 73)
+            << QByteArray();
+        QTest::newRow("while quitting, unheard") << 1 << start + processing + quits << QByteArray();
+        QTest::newRow("no socket")
+            << 4
+            << start + QByteArray("Unable to pass signal information to application, immediate termination...\n\0", 76)
+            << QByteArray();
+        QTest::newRow("no socket, unheard") << 3 << start << QByteArray();
+        QTest::newRow("bursts") << 0 << QByteArray() << QByteArray("counted 10000");
+        QTest::newRow("flood") << 0 << QByteArray() << QByteArray("counted 10000");
+        QTest::newRow("changed later") << -1 << start + "void PosixSignals::signalHandle() Processing signal 10\n"
+                                       << QByteArray("errno 4711 counted 1000000");
+    }
+    void process()
+    {
+        QFETCH(int, exitCode);
+        QFETCH(QByteArray, error);
+        const ChildResult result = runChild({u(QTest::currentDataTag())});
+        QTEST(result.output, "output");
+        if (!error.isEmpty()) {
+            QCOMPARE(result.error, error);
+        }
+        QCOMPARE(result.isCrash ? -1 : result.exitCode, exitCode);
+    }
+};
+
+int main(int argc, char** argv)
+{
+    if (argc == 2 && argv[1][0] != '-') {
+        return runCase(argc, argv);
+    }
+    QCoreApplication application(argc, argv);
+    PosixSignalsTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "posixsignalstest.moc"
