@@ -12,3 +12,8 @@
 #include <core/speech/language.h>
 #include <core/speech/speechchecksummanager.h>
 #include <core/speech/speechcommon.h>
+#include <core/types/connectivity.h>
+#include <core/types/navigation.h>
+#include <core/types/radiogenre.h>
+#include <core/types/radiostation.h>
+#include <core/types/telephony.h>

@@ -1,0 +1,218 @@
+#pragma once
+
+/**
+ * @file
+ * Records of the voice-controlled destination input and of map databases.
+ *
+ * The fields named aux… and reserved are carried, compared where it is said, and never interpreted.
+ * Thread-safety: plain values.
+ */
+
+#include <core/orvcore_export.h>
+#include <core/speech/language.h>
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QMetaType>
+#include <QString>
+#include <QStringList>
+
+class QDebug;
+
+/**
+ * An element of the navigation database, with a payload of one of several kinds.
+ *
+ * Equal are descriptors of the same #aux1, #aux2 and #dataType whose payload of that type is equal;
+ * what the other payloads hold does not matter. Declared as a meta-type; those who send lists of it
+ * register them.
+ */
+struct ORVCORE_EXPORT LocationDescriptor
+{
+    struct ORVCORE_EXPORT SelectionItemData
+    {
+        bool operator==(const SelectionItemData& other) const;
+        bool operator!=(const SelectionItemData& other) const;
+
+        uint id = 0;
+        QString text;
+    };
+
+    struct ORVCORE_EXPORT PoiLocationData
+    {
+        bool operator==(const PoiLocationData& other) const;
+        bool operator!=(const PoiLocationData& other) const;
+
+        uint id = 0;
+        QList<LocationDescriptor> descriptors;
+    };
+
+    struct ORVCORE_EXPORT PoiCategoryItemData
+    {
+        bool operator==(const PoiCategoryItemData& other) const;
+        bool operator!=(const PoiCategoryItemData& other) const;
+
+        quint8 aux1 = 0;
+        uint aux2 = 0;
+        uint aux3 = 0;
+        QString name;
+        quint8 aux4 = 0;
+    };
+
+    bool operator==(const LocationDescriptor& other) const;
+    bool operator!=(const LocationDescriptor& other) const;
+
+    /** Whether the payloads are equal that #dataType selects, this one's, whatever @p other has. */
+    bool isDataEqual(const LocationDescriptor& other) const;
+
+    /**
+     * The payload as text: that of the selection item, the list joined by ",", or for all other
+     * types the raw data as UTF-8 up to its first NUL.
+     */
+    QString dataToString() const;
+
+    quint8 aux1 = 0;
+    quint8 aux2 = 0;
+    quint8 dataType = 0; ///< selects the payload; the numbers below are its values
+    QByteArray rawData;  ///< all values but those below: UTF-8, with or without a final NUL
+    SelectionItemData selectionItem;     ///< 27 and 54
+    PoiLocationData poiLocation;         ///< 33
+    PoiCategoryItemData poiCategoryItem; ///< 37
+    QStringList stringList;              ///< 56
+};
+
+Q_DECLARE_METATYPE(LocationDescriptor)
+
+/** What a location input came to. Declared as a meta-type, not registered. */
+struct ORVCORE_EXPORT LocationInputResult
+{
+    bool operator==(const LocationInputResult& other) const;
+
+    uint aux1 = 0;
+    quint8 aux2 = 0;
+    quint16 aux3 = 0;
+    quint16 aux4 = 0;
+    QList<LocationDescriptor> descriptors;
+};
+
+Q_DECLARE_METATYPE(LocationInputResult)
+
+/** A line of the summary of a location input. Declared as a meta-type, not registered. */
+struct ORVCORE_EXPORT LocationInputSummaryItem
+{
+    bool operator==(const LocationInputSummaryItem& other) const;
+    bool operator!=(const LocationInputSummaryItem& other) const;
+
+    uint aux1 = 0;
+    quint16 aux2 = 0;
+    QList<qint32> values;
+    QList<LocationDescriptor> descriptors;
+};
+
+Q_DECLARE_METATYPE(LocationInputSummaryItem)
+
+/** Where a destination input stands. */
+struct ORVCORE_EXPORT NavigationContext
+{
+    /** How a destination is spoken. */
+    enum Mode : int
+    {
+        FullWord = 0,
+        Spelling = 1,
+        OneShot = 2,
+    };
+
+    bool operator==(const NavigationContext& other) const;
+    bool operator!=(const NavigationContext& other) const;
+
+    Mode mode = FullWord;
+    QList<LocationDescriptor> locations;
+    int aux = 0;
+};
+
+/** A request to begin a destination input, or to go on with it. */
+struct NavigationRequest
+{
+    bool isRunning = false;
+    bool isVoiceInputActive = false;
+    int retryCount = 0;
+    int intentGroup = 0;
+    NavigationContext::Mode mode = NavigationContext::FullWord;
+    quint32 reserved = 0;
+    Language language = NoLanguage;
+};
+
+/** A package of the map database. */
+struct DatabaseVersionResult
+{
+    enum UpdateAction : quint8
+    {
+        NoAction = 0,
+        Install = 1,
+        Remove = 2,
+    };
+    enum NaviDataImExportDevice : quint8
+    {
+        Reserved = 0,
+        Hdd = 1,
+        Usb = 2,
+        Dvd = 3,
+        Online = 4,
+        Dxs = 5,
+    };
+    enum TypeOfUpdateData : quint8
+    {
+        BasicDatabase = 0,
+        AdditionalContent = 1,
+    };
+
+    quint16 tag = 0;
+    quint16 naviDatabasePackageId = 0;
+    TypeOfUpdateData typeOfUpdateData = BasicDatabase;
+    uint sizeOfPackage = 0;
+    NaviDataImExportDevice naviDataImExportDevice = Reserved;
+    quint8 installedFlag = 0;
+    UpdateAction updateAction = NoAction;
+    quint8 detailedInformationAvailability = 0;
+    QString packageVersionCoverage;
+    QString packageVersionVendor;
+    QString packageVersionNr;
+    QString packageVersionDescription;
+};
+
+/** @name Names
+ * The name of the enumerator; "Unknown" for any other value.
+ * @{ */
+ORVCORE_EXPORT QString convert(DatabaseVersionResult::UpdateAction action);
+ORVCORE_EXPORT QString convert(DatabaseVersionResult::NaviDataImExportDevice device);
+ORVCORE_EXPORT QString convert(DatabaseVersionResult::TypeOfUpdateData type);
+/** @} */
+
+/**
+ * Picks the filter ids of a one-shot destination entry out of its attributes: the first is the
+ * value of key 9, 329 or 257, the second of 329, 2 or 258, whichever comes first in that order. So
+ * both are that of 329 where there is no 9. An output without a key is left as it is.
+ */
+ORVCORE_EXPORT void extractOneShotFilterIds(const QHash<unsigned short, QByteArray>& attributes,
+    QByteArray& firstFilterId, QByteArray& secondFilterId);
+
+/** @name Printers
+ * They leave the stream in spacing mode, with a blank written.
+ * @{ */
+ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const NavigationContext::Mode& mode);
+ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const DatabaseVersionResult& result);
+ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const NavigationRequest& request);
+
+inline QDebug& operator<<(QDebug&& stream, const NavigationContext::Mode& mode)
+{
+    return stream << mode;
+}
+inline QDebug& operator<<(QDebug&& stream, const DatabaseVersionResult& result)
+{
+    return stream << result;
+}
+inline QDebug& operator<<(QDebug&& stream, const NavigationRequest& request)
+{
+    return stream << request;
+}
+/** @} */

@@ -1,0 +1,206 @@
+#pragma once
+
+/**
+ * @file Radio stations: one record for all speech services, and the records of each source that
+ * convert to it.
+ *
+ * The fields named aux… are carried and compared, and never interpreted. Thread-safety: the records
+ * are plain values; conversions may run on any thread once the library is loaded.
+ */
+
+#include <core/orvcore_export.h>
+
+#include <QList>
+#include <QMetaType>
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+class QDebug;
+
+/** The source that filled a station. Meta-type "RadioType", registered when the library loads. */
+enum RadioType : int
+{
+    UndefinedRadio = 0,
+    AmFmRadio = 1,
+    DabRadio = 2,
+    SatelliteRadio = 3,
+};
+
+/** An AM or FM station with its RDS or RBDS data. */
+struct ORVCORE_EXPORT WaveBand
+{
+    bool operator==(const WaveBand& other) const;
+
+    quint8 aux1 = 0;
+    QString name;
+    uint aux2 = 0;
+    uint frequency = 0;
+    quint16 programIdentification = 0;
+    uint rbdsCoding = 0;    ///< 0 for RDS codes, anything else for RBDS
+    quint8 programType = 0; ///< a PTY code, 0 to 31
+    quint8 aux3 = 0;
+    quint8 aux4 = 0;
+    uint aux5 = 0;
+    quint8 aux6 = 0;
+    uint aux7 = 0;
+    uint aux8 = 0;
+    int hdChannel = 0; ///< HD Radio sub-channel
+    quint8 aux9 = 0;
+    int band = 0;
+};
+
+/** A DAB service component with its ensemble. */
+struct ORVCORE_EXPORT DabService
+{
+    bool operator==(const DabService& other) const;
+
+    quint16 ensembleAux1 = 0;
+    quint8 ensembleAux2 = 0;
+    QString ensembleLabel;
+    QString ensembleShortLabel;
+    quint16 serviceAux1 = 0;
+    quint8 serviceAux2 = 0;
+    QString shortLabel;
+    QString label;
+    uint serviceId = 0;
+    quint16 componentAux1 = 0;
+    quint8 programType = 0; ///< an RDS PTY code, 0 to 31
+    quint16 componentId = 0;
+    uint componentAux2 = 0;
+};
+
+/** A category of satellite-radio channels; names compare without regard to case. */
+struct ORVCORE_EXPORT SatelliteRadioCategory
+{
+    bool operator==(const SatelliteRadioCategory& other) const;
+
+    quint16 id = 0;
+    QString name;
+    QString alternateName;
+};
+
+/** A satellite-radio channel; names compare without regard to case. */
+struct ORVCORE_EXPORT SatelliteRadioChannel
+{
+    bool operator==(const SatelliteRadioChannel& other) const;
+
+    quint16 aux1 = 0;
+    quint16 channelNumber = 0;
+    QString shortName;
+    QString name;
+    QList<quint16> categoryIds;
+    uint aux2 = 0;
+    quint8 aux3 = 0;
+    quint8 aux4 = 0;
+};
+
+/** A satellite-radio channel with the display names of its categories, of which the order does not count. */
+struct ORVCORE_EXPORT ExtendedSatelliteRadioChannel : SatelliteRadioChannel
+{
+    bool operator==(const ExtendedSatelliteRadioChannel& other) const;
+
+    QStringList categoryNames;
+};
+
+/**
+ * A station of any source. Meta-type "RadioStation", registered when the library loads.
+ *
+ * Assigning a record of a source takes over what a station has of it, maps its programme type or
+ * category names to genres (see radiogenre.h), and zeroes the fields of other sources. It keeps
+ * #pronunciation and #readOut.
+ */
+class ORVCORE_EXPORT RadioStation
+{
+public:
+    /** Meta-type "RadioStation::Genre", registered when the library loads. */
+    enum Genre : int
+    {
+        Unknown = 0,
+        AdultHits = 1,
+        Canadian = 2,
+        Charts = 3,
+        Children = 4,
+        Classical = 5,
+        Comedy = 6,
+        Country = 7,
+        Culture = 8,
+        Documentary = 9,
+        Drama = 10,
+        EasyListening = 11,
+        Education = 12,
+        Electronic = 13,
+        Entertainment = 14,
+        Finance = 15,
+        Folk = 16,
+        HipHop = 17,
+        MarqueeTalk = 18,
+        PublicRadio = 19,
+        Jazz = 20,
+        Latino = 21,
+        Leisure = 22,
+        Baseball = 23,
+        Basketball = 24,
+        Football = 25,
+        Hockey = 26,
+        NationalMusic = 27,
+        News = 28,
+        Oldies = 29,
+        Party = 30,
+        Politics = 31,
+        Pop = 32,
+        Religion = 33,
+        RhythmAndBlues = 34,
+        Rock = 35,
+        Science = 36,
+        Society = 37,
+        Soft = 38,
+        Sports = 39,
+        Talk = 40,
+        Travel = 41,
+        Weather = 42,
+    };
+
+    RadioStation();
+    RadioStation(const RadioStation& other);
+    ~RadioStation();
+
+    /** Takes over all but #hdChannel, which the copy constructor alone copies. */
+    RadioStation& operator=(const RadioStation& other);
+
+    /** One genre, of the PTY code. */
+    RadioStation& operator=(const WaveBand& station);
+
+    /** One genre, of the RDS PTY code; the name is the service's label. */
+    RadioStation& operator=(const DabService& service);
+
+    /** The genres of all category names, ascending; an unknown name is #Unknown, once. */
+    RadioStation& operator=(const ExtendedSatelliteRadioChannel& channel);
+
+    bool operator==(const RadioStation& other) const;
+
+    QString name;
+    QVector<Genre> genres;
+    RadioType type = UndefinedRadio;
+    int band = 0;                      ///< wave band of an AM or FM station
+    uint frequency = 0;                ///< of an AM or FM station
+    quint16 programIdentification = 0; ///< RDS or RBDS code of an AM or FM station
+    QString pronunciation;             ///< the name as it is spoken, for the recogniser
+    QString readOut;                   ///< the name as it is read out, for speech output
+    int hdChannel = 0;                 ///< HD Radio sub-channel of an AM or FM station
+    uint serviceId = 0;                ///< of a DAB service
+    quint16 componentId = 0;           ///< of a DAB service
+    quint16 channelNumber = 0;         ///< of a satellite-radio channel
+};
+
+Q_DECLARE_METATYPE(RadioType)
+Q_DECLARE_METATYPE(RadioStation)
+Q_DECLARE_METATYPE(RadioStation::Genre)
+
+/** Writes all fields, and leaves the stream without spacing. */
+ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const RadioStation& station);
+
+inline QDebug& operator<<(QDebug&& stream, const RadioStation& station)
+{
+    return stream << station;
+}

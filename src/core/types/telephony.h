@@ -1,0 +1,54 @@
+#pragma once
+
+/**
+ * @file
+ * Records of phone calls and devices.
+ *
+ * The fields named aux… are carried and compared, and never interpreted. Thread-safety: plain
+ * values.
+ */
+
+#include <core/orvcore_export.h>
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QString>
+
+namespace AppCode {
+
+/** The application code of the hybrid speech application: the digit 1, as a character. */
+extern ORVCORE_EXPORT const char HYBRID_SPEECH_APPCODE;
+
+} // namespace AppCode
+
+/** A phone call as the telephony side reports it. */
+struct ORVCORE_EXPORT Call
+{
+    /** All fields but #handle and #note. */
+    bool operator==(const Call& other) const;
+
+    /** Earlier calls come first; calls of the same time are equivalent. */
+    bool operator<(const Call& other) const;
+
+    quint16 handle = 0;
+    QString primaryText;
+    QString secondaryText;
+    uint aux1 = 0;
+    QDateTime time;
+    int state = 4; // what the telephony side starts from, not 0
+    quint8 aux2 = 0;
+    quint16 aux3 = 0;
+    quint8 aux4 = 0;
+    quint8 aux5 = 0;
+    QString note;
+};
+
+/** What is known of a device, by its identifier. */
+struct ORVCORE_EXPORT DeviceMap
+{
+    bool operator==(const DeviceMap& other) const;
+
+    QByteArray deviceId;
+    uint aux1 = 0;
+    quint8 aux2 = 0;
+};
