@@ -166,8 +166,10 @@ private Q_SLOTS:
         EcoFile::Row row = file.rows().first();
         QCOMPARE(qAsConst(row)[u("b")], QString());
         QCOMPARE(row.length(), 1);
-        row[u("b")] += u("y");
-        QCOMPARE(row.length(), 2);
+        QString& kept = row[u("b")];
+        row[u("c")] = row[u("d")] = u("z");
+        kept += u("y");
+        QCOMPARE(row.length(), 4);
         QCOMPARE(qAsConst(row)[u("b")], u("y"));
         QCOMPARE(file.rows().first().length(), 1);
         QCOMPARE(EcoFile::Row().length(), 0);

@@ -13,6 +13,7 @@
 
 #include <csignal>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace {
 
@@ -126,14 +127,15 @@ private Q_SLOTS:
     {
         LogCapture log;
         Manager manager;
-        manager.insert(u("/ä"), MandarinChina, "0f", Manager::AlternateChecksum);
+        manager.insert(u("/ä"), MandarinChina, QByteArray("0\0f", 3), Manager::AlternateChecksum);
         manager.writePersistentData();
-        QCOMPARE(contentOf(store), QByteArray("[\n    {\n        \"checksum\": \"0f\",\n        \"filePath\": \"/ä\",\n"
-                                              "        \"language\": 11,\n        \"type\": 0\n    }\n]\n"));
+        QCOMPARE(contentOf(store),
+            QByteArray("[\n    {\n        \"checksum\": \"0\\u0000f\",\n        \"filePath\": \"/ä\",\n"
+                       "        \"language\": 11,\n        \"type\": 0\n    }\n]\n"));
         manager.insert(u("a;b"), German, "", Manager::DefaultChecksum);
         manager.writePersistentData();
         const Manager reloaded;
-        QCOMPARE(reloaded.checksum(u("/ä"), MandarinChina, Manager::AlternateChecksum), QByteArray("0f"));
+        QCOMPARE(reloaded.checksum(u("/ä"), MandarinChina, Manager::AlternateChecksum), QByteArray("0\0f", 3));
         // A path with the separator of keys comes back as the default key.
         QVERIFY(reloaded.checksum(u("a;b"), German, Manager::DefaultChecksum).isNull());
         QCOMPARE(reloaded.checksum(QString(), NoLanguage, Manager::DefaultChecksum), QByteArray(""));
@@ -175,6 +177,17 @@ private Q_SLOTS:
             log.takeLines();
             other.writePersistentData();
             QCOMPARE(log.takeTexts(), QStringList(warning.arg(fileName)));
+        }
+        // A loop of links stays one, and a file of another user is his.
+        QVERIFY(QFile::link(folder->filePath(u("b")), folder->filePath(u("a"))));
+        QVERIFY(QFile::link(folder->filePath(u("a")), folder->filePath(u("b"))));
+        useStore(folder->filePath(u("a")));
+        Manager().writePersistentData();
+        QVERIFY(QFileInfo(folder->filePath(u("a"))).isSymLink());
+        if (chown(QFile::encodeName(target).constData(), 12345, 12345) == 0) { // as root alone
+            useStore(target);
+            manager.writePersistentData();
+            QCOMPARE(QFileInfo(target).ownerId(), 12345u);
         }
         useStore(u("/dev/null"));
         Manager().writePersistentData();

@@ -2,6 +2,7 @@
 
 #include <core/orvcore_export.h>
 
+#include <QHash>
 #include <QList>
 #include <QRegExp>
 #include <QSharedDataPointer>
@@ -103,9 +104,10 @@ public:
 private:
     Header headerData;
     QList<Row> rowList;
-    QStringList distinctColumns; // the columns of the next row
-    QVector<int> columnPlaces;   // of each declared column, its place among the distinct ones
-    QRegExp fieldPattern;        // empty unless the separator needs a pattern
+    QStringList distinctColumns;      // the columns of the next row
+    QHash<QString, int> placesByName; // of the distinct columns
+    QVector<int> columnPlaces;        // of each declared column, its place among the distinct ones
+    QRegExp fieldPattern;             // empty unless the separator needs a pattern
 };
 
 Q_DECLARE_TYPEINFO(EcoFile::Row, Q_MOVABLE_TYPE);

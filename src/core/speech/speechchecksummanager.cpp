@@ -11,6 +11,7 @@
 #include <QJsonObject>
 #include <QSaveFile>
 #include <QStringList>
+#include <QTemporaryFile>
 #include <QVariant>
 
 #include <cmath>
@@ -51,18 +52,37 @@ bool writeInPlace(const QString& fileName, const QByteArray& content)
     return file.open(QIODevice::WriteOnly) && write(file, content);
 }
 
+/** Whether a file made anew beside @p target would belong to the same user and group. */
+bool wouldKeepOwner(const QFileInfo& target)
+{
+    QTemporaryFile newFile(target.canonicalFilePath());
+    if (!newFile.open()) {
+        return false;
+    }
+    const QFileInfo made(newFile.fileName());
+    return made.ownerId() == target.ownerId() && made.groupId() == target.groupId();
+}
+
 bool replaceFile(const QString& fileName, const QByteArray& content)
 {
     if (fileName.isEmpty()) {
         return false; // not even Qt is to say a word of it
     }
+    // A device must stay one, a folder or a loop of links is refused, and who owns the file reads
+    // it.
     const QFileInfo target(fileName);
-    if (target.exists() && !target.isFile()) {
-        return writeInPlace(fileName, content); // a device must stay one, and a folder is refused
+    const bool isReplaceable =
+        target.exists() ? target.isFile() && wouldKeepOwner(target) : !target.isSymLink();
+    if (!isReplaceable) {
+        return writeInPlace(fileName, content);
     }
     QSaveFile file(fileName);
-    file.setDirectWriteFallback(true); // where the folder admits no new file
-    return file.open(QIODevice::WriteOnly) && write(file, content) && file.commit();
+    if (!file.open(QIODevice::WriteOnly) || !write(file, content)) {
+        return false;
+    }
+    // A folder may admit a new file, and yet not that it takes the place of this one.
+    return file.commit()
+           || (file.error() == QFileDevice::RenameError && writeInPlace(fileName, content));
 }
 
 } // namespace
@@ -176,7 +196,8 @@ void SpeechChecksumManager::writePersistentData()
     for (auto entry = checksums.constBegin(); entry != checksums.constEnd(); ++entry) {
         const ChecksumKey key(entry.key());
         elements.append(QJsonObject{
-            {QStringLiteral("checksum"), QString::fromUtf8(entry.value())},
+            {QStringLiteral("checksum"),
+                QString::fromUtf8(entry.value().constData(), entry.value().size())},
             {QStringLiteral("filePath"), key.filePath},
             {QStringLiteral("language"), int(key.language)},
             {QStringLiteral("type"), int(key.type)},

@@ -83,11 +83,11 @@ public:
 
     /**
      * Replaces the file by the store, in one step: after a crash or a power cut it is the old or
-     * the new one, whole. (What is then left over is a file beside it with a random suffix.)
+     * the new one, whole. (What is then left over may be a file beside it with a random suffix.)
      *
-     * The file keeps its permissions, and a link is followed. What cannot be replaced, such as a
-     * device or a file in a folder without write permission, is written in place. A failure is one
-     * warning, and the old file stays.
+     * The file keeps its permissions, and a link is followed. What cannot be replaced is written in
+     * place: a device, a file of another user, a file in a folder without write permission. A
+     * failure is one warning, and the old file stays.
      */
     void writePersistentData();
 
