@@ -28,6 +28,7 @@ private Q_SLOTS:
         QVERIFY(
             writeFile(folder.filePath(u("table.eco")), "#ECO 1 -;\n#Column id\n#Column name\nearly\n1;\nx; \"y,\"z"));
         QVERIFY(writeFile(folder.filePath(u("files/a")), "a"));
+        QVERIFY(writeFile(folder.filePath(u("a;b")), "a"));
         QVERIFY(writeFile(folder.filePath(u("files/deep/b")), "b"));
         QVERIFY(
             writeFile(folder.filePath(u("changed.json")), json("[{'filePath': 'files/a', 'type': 1, 'checksum': 'x'}, "
@@ -108,11 +109,11 @@ private Q_SLOTS:
 
         // One after the other on the same store.
         const char* const hash = "0cc175b9c0f1b6a831c399e269772661"; // of "a"
-        row("checksum|update|--store|s.json|files|nope|a;b", "", 2, "2 new, 0 changed, 0 unchanged\n",
-            "orv: nope: No such file or directory\norv: a;b: a path with \";\" cannot be stored\n");
+        row("checksum|update|--store|s.json|./files/|nope|a;b", "", 2, "2 new, 0 changed, 0 unchanged\n",
+            "orv: nope: no such file\norv: a;b: a path with \";\" cannot be stored\n");
         row("checksum|list|--store|s.json|files/a", "", 0, QByteArray(hash) + "  00_00  default  files/a\n");
         row("checksum|verify|--store|s.json|--language|de_DE|files/a", "", 1, "new      files/a\n");
-        row("checksum|verify|--store|changed.json", "", 1, "changed  files/a\nmissing  gone\n");
+        row("checksum|verify|--store|changed.json", "", 1, "missing  gone\nchanged  files/a\n");
         row("checksum|verify|--store|changed.json|--json|files", "", 1,
             json("{'filePath':'files/a','status':'changed'}\n{'filePath':'files/deep/b','status':'new'}\n"));
         row("checksum|verify|--store|s.json|files", "", 0, "");
@@ -129,6 +130,14 @@ private Q_SLOTS:
             "version 1, encoding -, separator \";\"\nENTRY  id  name\n1      1   -\n2      x   y,\"z\n",
             "orv: table.eco: lines dropped: 1 (4)\n");
         row("table|--csv|table.eco", "", 0, "id,name\n1,\nx,\"y,\"\"z\"\n", "orv: table.eco: lines dropped: 1 (4)\n");
+
+        row("genre|--rds|9|32|--rbds|9|--satellite|NEWS/politics|x", "", 1,
+            "VOCABULARY  CODE           VALUE  GENRE\nrds         9              0      Unknown\nrbds        9         "
+            "     3      Charts\n"
+            "satellite   NEWS/politics  28     News\nsatellite   NEWS/politics  31     Politics\n",
+            "orv: unknown for --rds: \"32\"\norv: unknown for --satellite: \"x\"\n");
+        row("genre|--json|--rbds|7", "", 0, json("{'code':'7','genre':'AdultHits','value':1,'vocabulary':'rbds'}\n"));
+        row("genre|--rds|x", "", 2, "", "orv: no number for --rds: \"x\"\n");
 
         const QByteArray hello = QByteArray::fromHex("789ccb48cdc9c90700062c0215");
         row("inflate", hello + "rest", 0, "hello");

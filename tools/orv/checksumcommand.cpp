@@ -6,10 +6,12 @@
 #include <core/parsers/jsonfile.h>
 #include <core/speech/speechchecksummanager.h>
 
-#include <QDirIterator>
+#include <QCryptographicHash>
+#include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QSet>
 
 #include <algorithm>
 
@@ -45,15 +47,17 @@ struct Task
     int exitCode = 0;
 };
 
-const char* typeName(Manager::ChecksumType type)
+QString typeName(Manager::ChecksumType type)
 {
-    return type == Manager::AlternateChecksum ? "alternate" : "default";
+    return type == Manager::AlternateChecksum ? QStringLiteral("alternate")
+           : type == Manager::DefaultChecksum ? QStringLiteral("default")
+                                              : QString::number(type);
 }
 
 Manager::ChecksumType typeOf(const QString& name)
 {
     for (const auto type : {Manager::DefaultChecksum, Manager::AlternateChecksum}) {
-        if (name == QLatin1String(typeName(type))) {
+        if (name == typeName(type)) {
             return type;
         }
     }
@@ -82,7 +86,7 @@ QVector<Entry> readStore(const Task& task, bool mayBeMissing)
                             Manager::ChecksumType(map.value(QStringLiteral("type")).toInt())},
             map.value(QStringLiteral("checksum")).toString()});
     }
-    std::sort(entries.begin(), entries.end(),
+    std::stable_sort(entries.begin(), entries.end(),
         [](const Entry& a, const Entry& b) { return a.key.filePath < b.key.filePath; });
     return entries;
 }
@@ -104,20 +108,35 @@ void refuse(Task& task, const QString& path, const QString& reason)
     task.exitCode = 2;
 }
 
-void collectFile(Task& task, const QString& path, QVector<DataFile>& files)
+void collectFile(Task& task, const QFileInfo& info, QVector<DataFile>& files)
 {
-    const QFileInfo info(path);
-    QFile file(path);
-    if (info.exists()
-        && info.canonicalFilePath() == QFileInfo(task.storeFile).canonicalFilePath()) {
-        return; // the store would change what it tells of itself
-    }
-    if (path.contains(QLatin1Char(';'))) {
+    const QString path = info.filePath();
+    if (!info.exists()) {
+        refuse(task, path, QStringLiteral("no such file"));
+    } else if (path.contains(QLatin1Char(';'))) {
         refuse(task, path, QStringLiteral("a path with \";\" cannot be stored"));
-    } else if (!file.open(QIODevice::ReadOnly)) {
-        refuse(task, path, file.errorString());
-    } else {
+    } else if (!info.isFile()) {
+        refuse(task, path, QStringLiteral("no regular file"));
+    } else if (info.canonicalFilePath() != QFileInfo(task.storeFile).canonicalFilePath()) {
         files.append({path, info.size()});
+    } // and the store itself is left out: it changes with what it tells
+}
+
+/** All files in a folder, those in the folders within it too, but without following links to folders. */
+void collectFolder(Task& task, const QString& path, QVector<DataFile>& files)
+{
+    const QDir folder(path);
+    if (!folder.isReadable()) {
+        refuse(task, path, QStringLiteral("the folder cannot be read"));
+    }
+    const QFileInfoList entries = folder.entryInfoList(
+        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QFileInfo& entry : entries) {
+        if (!entry.isDir()) {
+            collectFile(task, entry, files);
+        } else if (!entry.isSymLink()) {
+            collectFolder(task, entry.filePath(), files);
+        }
     }
 }
 
@@ -126,26 +145,41 @@ QVector<DataFile> collectFiles(Task& task, const QStringList& paths)
 {
     QVector<DataFile> files;
     for (const QString& path : paths) {
-        if (!QFileInfo(path).isDir()) {
-            collectFile(task, path, files);
-            continue;
-        }
-        QStringList found;
-        QDirIterator folder(path, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-        while (folder.hasNext()) {
-            found.append(folder.next());
-        }
-        found.sort();
-        for (const QString& file : qAsConst(found)) {
-            collectFile(task, file, files);
+        const QFileInfo info(path);
+        if (info.isDir()) {
+            collectFolder(task, path, files);
+        } else {
+            collectFile(task, info, files);
         }
     }
     return files;
 }
 
-/** Hands each file and its fresh checksum to @p take. */
+/**
+ * The checksum that the library would generate, block by block, so that a large file moves the bar.
+ * Null when the file cannot be read to its end, where the library would answer all the same.
+ */
+QByteArray checksumOf(Task& task, const QString& path, Progress& progress)
+{
+    QCryptographicHash hash(QCryptographicHash::Md5);
+    QFile file(path);
+    QByteArray block(256 * 1024, Qt::Uninitialized);
+    qint64 length = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ? 0 : -1;
+    while (length >= 0 && (length = file.read(block.data(), block.size())) > 0) {
+        hash.addData(block.constData(), int(length));
+        progress.advance(length);
+    }
+    if (length < 0) {
+        progress.clear();
+        refuse(task, path, file.errorString());
+        return QByteArray();
+    }
+    return hash.result().toHex();
+}
+
+/** Hands each file with its fresh checksum to @p take. */
 template <typename Function>
-void hashFiles(const QVector<DataFile>& files, Function take)
+void hashFiles(Task& task, const QVector<DataFile>& files, Function take)
 {
     qint64 total = 0;
     for (const DataFile& file : files) {
@@ -153,8 +187,10 @@ void hashFiles(const QVector<DataFile>& files, Function take)
     }
     Progress progress(total);
     for (const DataFile& file : files) {
-        take(file.path, Manager::generateChecksum(file.path));
-        progress.advance(file.size);
+        const QByteArray checksum = checksumOf(task, file.path, progress);
+        if (!checksum.isNull()) {
+            take(file.path, checksum, progress);
+        }
     }
 }
 
@@ -172,23 +208,22 @@ void update(Task& task)
     Manager manager;
     int added = 0;
     int changed = 0;
-    const QVector<DataFile> files = collectFiles(task, task.paths);
-    hashFiles(files, [&](const QString& path, const QByteArray& fresh) {
+    int unchanged = 0;
+    const auto store = [&](const QString& path, const QByteArray& fresh, Progress&) {
         const QByteArray stored = manager.checksum(path, task.language, task.type);
-        added += stored.isNull() ? 1 : 0;
-        changed += !stored.isNull() && stored != fresh ? 1 : 0;
+        ++(stored.isNull() ? added : stored != fresh ? changed : unchanged);
         manager.insert(path, task.language, fresh, task.type);
-    });
+    };
+    hashFiles(task, collectFiles(task, task.paths), store);
     writeStore(manager);
     print(QStringLiteral("%1 new, %2 changed, %3 unchanged\n")
-              .arg(QString::number(added), QString::number(changed),
-                  QString::number(files.size() - added - changed)));
+              .arg(added)
+              .arg(changed)
+              .arg(unchanged));
 }
 
 void verify(Task& task)
 {
-    const QVector<Entry> entries = readStore(task, false);
-    const Manager manager;
     const auto report = [&task](const char* status, const QString& path) {
         if (task.isJson) {
             printJson({{QStringLiteral("status"), QLatin1String(status)},
@@ -198,29 +233,37 @@ void verify(Task& task)
         }
         task.exitCode = std::max(task.exitCode, 1);
     };
-    QStringList paths = task.paths;
-    QStringList missing;
-    for (const Entry& entry : entries) {
+    // What is stored of the paths, or everything, is there or missing; folders may hold more.
+    QSet<QString> missing;
+    QStringList present;
+    for (const Entry& entry : readStore(task, false)) {
         const QString& path = entry.key.filePath;
-        if (entry.key.language != task.language || entry.key.type != task.type) {
+        if (entry.key.language != task.language || entry.key.type != task.type
+            || !(task.paths.isEmpty() || liesBelow(path, task.paths))) {
             continue;
         }
-        if (!QFileInfo::exists(path) && (task.paths.isEmpty() || liesBelow(path, task.paths))) {
-            missing.append(path);
-            paths.removeAll(path);
-        } else if (task.paths.isEmpty()) {
+        if (QFileInfo(path).isFile()) {
+            present.append(path);
+        } else {
+            missing.insert(path);
+            report("missing", path);
+        }
+    }
+    QStringList paths;
+    for (const QString& path : task.paths.isEmpty() ? present : task.paths) {
+        if (!missing.contains(path)) {
             paths.append(path);
         }
     }
-    hashFiles(collectFiles(task, paths), [&](const QString& path, const QByteArray& fresh) {
-        const QByteArray stored = manager.checksum(path, task.language, task.type);
-        if (stored != fresh) {
-            report(stored.isNull() ? "new" : "changed", path);
-        }
-    });
-    for (const QString& path : qAsConst(missing)) {
-        report("missing", path);
-    }
+    const Manager manager;
+    hashFiles(task, collectFiles(task, paths),
+        [&](const QString& path, const QByteArray& fresh, Progress& progress) {
+            const QByteArray stored = manager.checksum(path, task.language, task.type);
+            if (stored != fresh) {
+                progress.clear();
+                report(stored.isNull() ? "new" : "changed", path);
+            }
+        });
 }
 
 void list(Task& task)
@@ -238,9 +281,9 @@ void list(Task& task)
             printJson({{QStringLiteral("checksum"), entry.checksum},
                 {QStringLiteral("filePath"), entry.key.filePath},
                 {QStringLiteral("language"), language},
-                {QStringLiteral("type"), QLatin1String(typeName(entry.key.type))}});
+                {QStringLiteral("type"), typeName(entry.key.type)}});
         } else {
-            rows.append({entry.checksum, language, QLatin1String(typeName(entry.key.type)),
+            rows.append({entry.checksum, language, typeName(entry.key.type),
                 onOneLine(entry.key.filePath)});
         }
     }
@@ -304,7 +347,9 @@ int runChecksum(const QStringList& arguments)
         "FILE");
     commandLine.addOption("json", "Writes one JSON object per file (verify, list).");
     commandLine.addArgument("action", "update, verify, list or remove.", "ACTION");
-    commandLine.addArgument("path", "Files, or folders with all that lies in them.", "[PATH…]");
+    commandLine.addArgument("path",
+        "Files, or folders with all that lies in them; stored without \"./\" and the like.",
+        "[PATH…]");
     commandLine.process(arguments, arguments.size());
 
     const QStringList words = commandLine.arguments();
@@ -324,6 +369,9 @@ int runChecksum(const QStringList& arguments)
     if (!commandLine.isSet("store")) {
         task.storeFile =
             qEnvironmentVariable(storeVariable, QStringLiteral("/mnt/share/speech/checksum.json"));
+    }
+    for (QString& path : task.paths) {
+        path = QDir::cleanPath(path); // one spelling of a path, as it is looked up by it
     }
     action->run(task);
     return task.exitCode;

@@ -63,6 +63,11 @@ QString CommandLine::value(const char* option) const
     return parser.value(QString::fromUtf8(option));
 }
 
+QStringList CommandLine::values(const char* option) const
+{
+    return parser.values(QString::fromUtf8(option));
+}
+
 QStringList CommandLine::arguments() const
 {
     return parser.positionalArguments();

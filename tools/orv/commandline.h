@@ -31,6 +31,7 @@ public:
 
     bool isSet(const char* option) const;
     QString value(const char* option) const;
+    QStringList values(const char* option) const;
 
     /** The arguments that are no options. */
     QStringList arguments() const;

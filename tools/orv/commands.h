@@ -9,6 +9,7 @@ class QStringList;
  * such as an unknown code. Wrong use and unreadable input are thrown as Failure, which makes it 2.
  */
 int runChecksum(const QStringList& arguments);
+int runGenre(const QStringList& arguments);
 int runInflate(const QStringList& arguments);
 int runJson(const QStringList& arguments);
 int runLanguage(const QStringList& arguments);

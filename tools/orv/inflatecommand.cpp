@@ -116,17 +116,18 @@ QString decompress(QFile& input, const QString& inputName, QIODevice& output)
                                   : QStringLiteral("the compressed data ends too early");
 }
 
-std::unique_ptr<QFileDevice> openOutput(const QString& fileName, bool mayExist)
+std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
 {
+    const QString fileName = commandLine.value("o");
     const QFileInfo info(fileName);
-    if (fileName.isEmpty()) {
+    if (!commandLine.isSet("o")) {
         auto file = std::make_unique<QFile>();
         if (!file->open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered)) {
             throw Failure{QStringLiteral("cannot write to standard output")};
         }
         return file;
     }
-    if (info.exists() && !mayExist) {
+    if (info.exists() && !commandLine.isSet("force")) {
         throw Failure{QStringLiteral("%1 exists; --force overwrites it").arg(fileName)};
     }
     // A file appears whole or not at all, but a device must stay one.
@@ -157,7 +158,7 @@ int runInflate(const QStringList& arguments)
     QString inputName = commandLine.arguments().value(0);
     QFile input;
     openInput(input, inputName);
-    const auto output = openOutput(commandLine.value("o"), commandLine.isSet("force"));
+    const auto output = openOutput(commandLine);
     const QString reason = decompress(input, inputName, *output);
     if (!reason.isEmpty()) {
         printError(QStringLiteral("%1: %2").arg(inputName, reason));

@@ -18,6 +18,7 @@ struct Command
 
 constexpr Command commands[] = {
     {"checksum", "checksums of speech data files: update, verify, list, remove", runChecksum},
+    {"genre", "radio genres, and what broadcasters call them", runGenre},
     {"inflate", "decompresses zlib and gzip streams", runInflate},
     {"json", "a value of a JSON file, by its path", runJson},
     {"language", "languages, their codes and what the engines support", runLanguage},

@@ -76,7 +76,7 @@ void printError(const QString& reason)
 {
     std::fflush(stdout);
     std::fprintf(stderr, "%s: %s\n", qUtf8Printable(QCoreApplication::applicationName()),
-        qUtf8Printable(reason));
+        qUtf8Printable(onOneLine(reason)));
 }
 
 QString onOneLine(QString text)

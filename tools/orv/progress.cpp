@@ -1,5 +1,6 @@
 #include "progress.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 
@@ -22,8 +23,14 @@ Progress::Progress(qint64 totalBytes)
 
 Progress::~Progress()
 {
-    if (drawnAt > 0) {
-        std::fputs("\r\033[K", stderr); // the line is free again
+    clear();
+}
+
+void Progress::clear()
+{
+    if (isDrawn) {
+        std::fputs("\r\033[K", stderr);
+        isDrawn = false;
     }
 }
 
@@ -34,14 +41,16 @@ void Progress::advance(qint64 bytes)
     if (isTerminal && now >= quietTime && now >= drawnAt + drawInterval) {
         draw(now);
         drawnAt = now;
+        isDrawn = true;
     }
 }
 
 void Progress::draw(qint64 milliseconds) const
 {
-    const double part = total > 0 ? double(done) / double(total) : 1.0;
+    const double part = done < total ? double(done) / double(total) : 1.0;
     const double bytesPerSecond = double(done) * 1000.0 / double(milliseconds);
-    const auto remaining = int(bytesPerSecond > 0 ? double(total - done) / bytesPerSecond : 0);
+    const auto remaining =
+        int(bytesPerSecond > 0 ? double(std::max<qint64>(total - done, 0)) / bytesPerSecond : 0);
     const std::string bar(size_t(part * barWidth), '#');
     std::fprintf(stderr, "\r[%-*s] %3d %%  %.1f MB/s  %d:%02d left\033[K", barWidth, bar.c_str(),
         int(part * 100), bytesPerSecond / 1e6, remaining / 60, remaining % 60);

@@ -16,6 +16,9 @@ public:
 
     void advance(qint64 bytes);
 
+    /** Frees the line for other output. */
+    void clear();
+
 private:
     void draw(qint64 milliseconds) const;
 
@@ -23,5 +26,6 @@ private:
     qint64 done = 0;
     const bool isTerminal;
     qint64 drawnAt = 0;
+    bool isDrawn = false;
     QElapsedTimer timer;
 };

@@ -1,5 +1,6 @@
 #include "commandline.h"
 #include "commands.h"
+#include "input.h"
 #include "output.h"
 
 #include <core/parsers/ecofile.h>
@@ -7,6 +8,7 @@
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QRegularExpression>
 #include <QTextStream>
 
 namespace {
@@ -20,12 +22,10 @@ struct Table
 };
 
 /** Reads as the library does, but line by line, to know which lines it drops. */
-Table readTable(const QString& fileName)
+Table readTable(QString& fileName)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::ReadOnly)) {
-        throw Failure{QStringLiteral("%1: %2").arg(fileName, file.errorString())};
-    }
+    QFile file;
+    openInput(file, fileName);
     Table table;
     QTextStream stream(&file);
     QString line;
@@ -63,9 +63,9 @@ void reportDropped(const QString& fileName, const QVector<int>& lines)
 
 QString csvLine(QStringList cells)
 {
+    static const QRegularExpression needsQuotes(QStringLiteral("[,\"\r\n]"));
     for (QString& cell : cells) {
-        if (cell.contains(QLatin1Char(',')) || cell.contains(QLatin1Char('"'))
-            || cell.contains(QLatin1Char('\n'))) {
+        if (cell.contains(needsQuotes)) {
             cell.replace(QLatin1Char('"'), QLatin1String("\"\""));
             cell = QLatin1Char('"') + cell + QLatin1Char('"');
         }
@@ -125,7 +125,7 @@ int runTable(const QStringList& arguments)
         "told on standard error.");
     commandLine.addOption("json", "Writes the header and each row as a JSON object.");
     commandLine.addOption("csv", "Writes the column names and the rows as comma-separated values.");
-    commandLine.addArgument("file", "A table file.", "FILE");
+    commandLine.addArgument("file", "A table file; - for standard input.", "FILE");
     commandLine.process(arguments, 1);
     if (commandLine.arguments().isEmpty()) {
         throw Failure{QStringLiteral("a table file is needed")};
@@ -133,7 +133,7 @@ int runTable(const QStringList& arguments)
     if (commandLine.isSet("json") && commandLine.isSet("csv")) {
         throw Failure{QStringLiteral("either --json or --csv")};
     }
-    const QString fileName = commandLine.arguments()[0];
+    QString fileName = commandLine.arguments()[0];
     const Table table = readTable(fileName);
     QStringList columns = table.file.header().columns();
     columns.removeDuplicates(); // the last field of a name is the one that counts
