@@ -33,18 +33,13 @@ public Q_SLOTS:
             burst();
         }
     }
-    void miscount()
-    {
-        counted += 1'000'000;
-    }
+    void miscount() { counted += 1'000'000; }
 
 public:
     void burst()
     {
         sendsBursts = true;
-        for (int i = 0; i < burstSize; ++i) {
-            std::raise(SIGUSR1);
-        }
+        for (int i = 0; i < burstSize; ++i) { std::raise(SIGUSR1); }
     }
 
     int counted = 0;
@@ -58,9 +53,7 @@ void floodAndInterrupt()
     action.sa_handler = [](int) {}; // without SA_RESTART, so that the handler's write is interrupted
     sigaction(SIGUSR2, &action, nullptr);
     std::thread flood([] {
-        for (int i = 0; i < burstCount * burstSize; ++i) {
-            std::raise(SIGUSR1);
-        }
+        for (int i = 0; i < burstCount * burstSize; ++i) { std::raise(SIGUSR1); }
     });
     for (int i = 0; i < 50; ++i) {
         pthread_kill(flood.native_handle(), SIGUSR2);
@@ -91,17 +84,13 @@ int runCase(int argc, char** argv)
         });
     } else if (name == "while quitting" || name == "while quitting, unheard") {
         QObject::connect(&application, &QCoreApplication::aboutToQuit, [&name] {
-            if (name != "while quitting") {
-                close(STDERR_FILENO);
-            }
+            if (name != "while quitting") { close(STDERR_FILENO); }
             std::raise(SIGTERM);
         });
         later([] { std::raise(SIGTERM); });
     } else if (name == "no socket" || name == "no socket, unheard") {
         later([&name] {
-            for (int descriptor = name == "no socket" ? 3 : 2; descriptor < 100; ++descriptor) {
-                close(descriptor);
-            }
+            for (int descriptor = name == "no socket" ? 3 : 2; descriptor < 100; ++descriptor) { close(descriptor); }
             std::raise(SIGTERM);
         });
     } else if (name == "bursts") {
@@ -139,63 +128,53 @@ private Q_SLOTS:
     {
         const QMetaObject* const meta = PosixSignals::instance.metaObject();
         QCOMPARE(meta->className(), "PosixSignals");
-        QStringList slotNames;
+        QByteArray slotNames;
         for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
-            slotNames += QString::fromLatin1(meta->method(i).name())
-                         + u(meta->method(i).access() == QMetaMethod::Public ? "+" : "-");
+            slotNames += meta->method(i).name() + (meta->method(i).access() == QMetaMethod::Public ? "+ " : "- ");
         }
-        QCOMPARE(slotNames.join(u(" ")), u("applicationQuit+ initialize- signalHandle-"));
+        QCOMPARE(slotNames, QByteArray("applicationQuit+ initialize- signalHandle- "));
     }
 
-    void process_data()
-    {
-        QTest::addColumn<int>("exitCode");     // -1: ended by a signal
-        QTest::addColumn<QByteArray>("error"); // without what comes before its last line of the log
-        QTest::addColumn<QByteArray>("output");
-
-        const QByteArray quits = "void PosixSignals::applicationQuit() Cleaning up and terminating...\n";
-        const QByteArray processing = "void PosixSignals::signalHandle() Processing signal 15\n";
-        const QByteArray start = "void PosixSignals::initialize()\n";
-        QTest::newRow("quit") << 0 << start + processing + quits << QByteArray("counted 0");
-        QTest::newRow("twice at once")
-            << 1
-            << start + processing + quits + processing
-                   + "void PosixSignals::applicationQuit() Cleanup taking too long, immediate termination...\n"
-            << QByteArray();
-        QTest::newRow("while quitting")
-            << 2
-            << start + processing + quits
-                   + QByteArray("Signal caught when application is terminating, immediate termination...\n\0", 73)
-            << QByteArray();
-        QTest::newRow("while quitting, unheard") << 1 << start + processing + quits << QByteArray();
-        QTest::newRow("no socket")
-            << 4
-            << start + QByteArray("Unable to pass signal information to application, immediate termination...\n\0", 76)
-            << QByteArray();
-        QTest::newRow("no socket, unheard") << 3 << start << QByteArray();
-        QTest::newRow("bursts") << 0 << QByteArray() << QByteArray("counted 10000");
-        QTest::newRow("flood") << 0 << QByteArray() << QByteArray("counted 10000");
-        QTest::newRow("changed later") << -1 << start + "void PosixSignals::signalHandle() Processing signal 10\n"
-                                       << QByteArray("errno 4711 counted 1000000");
-    }
     void process()
     {
-        QFETCH(int, exitCode);
-        QFETCH(QByteArray, error);
-        const ChildResult result = runChild({u(QTest::currentDataTag())});
-        QTEST(result.output, "output");
-        if (!error.isEmpty()) {
-            QCOMPARE(result.error, error);
+        const QByteArray start = "void PosixSignals::initialize()\n";
+        const QByteArray once = start
+                                + "void PosixSignals::signalHandle() Processing signal 15\n"
+                                  "void PosixSignals::applicationQuit() Cleaning up and terminating...\n";
+        const QByteArray twice =
+            once
+            + "void PosixSignals::signalHandle() Processing signal 15\n"
+              "void PosixSignals::applicationQuit() Cleanup taking too long, immediate termination...\n";
+        const QByteArray caught("Signal caught when application is terminating, immediate termination...\n\0", 73);
+        const QByteArray lost("Unable to pass signal information to application, immediate termination...\n\0", 76);
+        const struct {
+            const char* name;
+            int exitCode;
+            QByteArray error, output;
+        } rows[] = {
+            {"quit", 0, once, "counted 0"},
+            {"twice at once", 1, twice, ""},
+            {"while quitting", 2, once + caught, ""},
+            {"while quitting, unheard", 1, once, ""},
+            {"no socket", 4, start + lost, ""},
+            {"no socket, unheard", 3, start, ""},
+            {"changed later", -1, start + "void PosixSignals::signalHandle() Processing signal 10\n",
+                "errno 4711 counted 1000000"}, // and a new signal is not caught
+            {"bursts", 0, QByteArray(), "counted 10000"},
+            {"flood", 0, QByteArray(), "counted 10000"},
+        };
+        for (const auto& row : rows) {
+            const ChildResult result = runChild({u(row.name)});
+            QCOMPARE(u(row.name) + u(": ") + u(result.output), u(row.name) + u(": ") + u(row.output));
+            QVERIFY2(row.error.isNull() || result.error == row.error, row.name);
+            QCOMPARE(result.isCrash ? -1 : result.exitCode, row.exitCode);
         }
-        QCOMPARE(result.isCrash ? -1 : result.exitCode, exitCode);
     }
 };
 
 int main(int argc, char** argv)
 {
-    if (argc == 2 && argv[1][0] != '-') {
-        return runCase(argc, argv);
-    }
+    if (argc == 2 && argv[1][0] != '-') { return runCase(argc, argv); }
     QCoreApplication application(argc, argv);
     PosixSignalsTest test;
     return QTest::qExec(&test, argc, argv);

@@ -15,9 +15,7 @@ QStringList fieldsByPattern(const QString& line, char separator)
     QStringList fields;
     for (int at = 0; (at = pattern.indexIn(line, at, QRegExp::CaretAtOffset)) >= 0; at += pattern.matchedLength()) {
         QString field = pattern.cap(1).trimmed();
-        for (const char* opening : {";", " ", "\""}) {
-            field = field.startsWith(u(opening)) ? field.mid(1) : field;
-        }
+        for (const char* opening : {";", " ", "\""}) { field = field.startsWith(u(opening)) ? field.mid(1) : field; }
         fields += field.endsWith(u("\"")) ? field.chopped(1) : field;
     }
     return fields;
@@ -28,14 +26,10 @@ QStringList fieldsOf(const QString& line, int separator, int count)
 {
     EcoFile file;
     file.parseHeaderLine(u("#Separator %1").arg(separator, 0, 16));
-    for (int i = 0; i < count; ++i) {
-        file.parseHeaderLine(u("#Column %1").arg(i));
-    }
+    for (int i = 0; i < count; ++i) { file.parseHeaderLine(u("#Column %1").arg(i)); }
     file.parseDataLine(line);
     QStringList fields;
-    for (int i = 0; i < count && !file.rows().isEmpty(); ++i) {
-        fields += file.rows().first()[QString::number(i)];
-    }
+    for (int i = 0; i < count && !file.rows().isEmpty(); ++i) { fields += file.rows().first()[QString::number(i)]; }
     return fields;
 }
 
@@ -46,40 +40,24 @@ class EcoFileTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void fields_data()
-    {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<int>("separator");
-        QTest::addColumn<QString>("fields"); // joined by "|"
-
-        const auto row = [](const char* line, const char* fields, int separator = ';') {
-            QTest::addRow("%s %c", line, separator) << u(line) << separator << u(fields);
-        };
-        row("a; \"b;c\" ;;d", "a|b;c||d");
-        row("a;;b", "a||b");
-        row("a;b;", "a|b|");
-        row(";b", "b");
-        row("a;  b", "a| b");
-        row("a; \"x\" ", "a|x");
-        row("a\"b;c\"d;e", "a\"b;c\"d|e");
-        row("a;\"b", "a||b"); // the quote is no field's, and what follows is a further one
-        row("ä;文", "ä|文");
-        row("a,b", "a|,b", ',');
-        row("a,\"b\",;c", "a|,\"b|,;c", ',');
-        row("aäb", "a|äb", 0xE4);
-        row("a\tb", "a|b", '\t');
-        row("a^b", "", '^'); // no more than the pattern makes of it
-        row("a]b", "a|]b", ']');
-    }
     void fields()
     {
-        QFETCH(QString, line);
-        QFETCH(int, separator);
-        QFETCH(QString, fields);
-        const QStringList expected = fieldsByPattern(line, char(separator));
-        QCOMPARE(expected.join(u("|")), fields);
-        QCOMPARE(fieldsOf(line, separator, expected.size()), expected);
-        QCOMPARE(fieldsOf(line, separator, expected.size() + 1), QStringList());
+        const struct {
+            const char *line, *fields;
+            int separator = ';';
+        } rows[] = {
+            {"a; \"b;c\" ;;d", "a|b;c||d"}, {"a;;b", "a||b"}, {"a;b;", "a|b|"}, {";b", "b"}, {"a;  b", "a| b"},
+            {"a; \"x\" ", "a|x"}, {"a\"b;c\"d;e", "a\"b;c\"d|e"}, {"ä;文", "ä|文"},
+            {"a;\"b", "a||b"}, // the quote is no field's, and what follows is a further one
+            {"a,b", "a|,b", ','}, {"a,\"b\",;c", "a|,\"b|,;c", ','}, {"aäb", "a|äb", 0xE4}, {"a\tb", "a|b", '\t'},
+            {"a^b", "", '^'}, {"a]b", "a|]b", ']'}, // no more than the pattern makes of them
+        };
+        for (const auto& row : rows) {
+            const QStringList expected = fieldsByPattern(u(row.line), char(row.separator));
+            QCOMPARE(expected.join(u("|")), u(row.fields));
+            QCOMPARE(fieldsOf(u(row.line), row.separator, expected.size()), expected);
+            QCOMPARE(fieldsOf(u(row.line), row.separator, expected.size() + 1), QStringList());
+        }
     }
 
     void scansLikeThePattern()
@@ -97,38 +75,25 @@ private Q_SLOTS:
         }
     }
 
-    void header_data()
-    {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("expected"); // version, encoding, separator, columns
-
-        const QString unchanged = u("v|e|59|c");
-        QTest::newRow("ECO") << "#ECO 1.0 UTF-8;"
-                             << "1.0|UTF-8|59|c";
-        QTest::newRow("one semicolon is dropped") << "#ECO 1.0 UTF-8;;"
-                                                  << "1.0|UTF-8;|59|c";
-        QTest::newRow("separator") << "#Separator 2C"
-                                   << "v|e|44|c";
-        QTest::newRow("low 8 bits") << "#Separator 0x1e4"
-                                    << "v|e|228|c";
-        QTest::newRow("columns may repeat") << "#Column c"
-                                            << "v|e|59|c,c";
-        for (const char* line : {"#ECO 1.0", "#ECO  1.0 x", "#ECO 1.0 x y", "#ECO", "#eco 1 2", "#Separator",
-                 "#Separator xy", "#Separator 2C ", "#Column", "#Column  a", "#Column a b", "# Column a", "Column a"}) {
-            QTest::newRow(line) << line << unchanged;
-        }
-    }
     void header()
     {
-        QFETCH(QString, line);
-        EcoFile file;
-        file.parseHeaderLine(u("#ECO v e"));
-        file.parseHeaderLine(u("#Column c"));
-        file.parseHeaderLine(line);
-        const EcoFile::Header& header = file.header();
-        const QStringList parts{header.version(), header.encoding(), QString::number(uchar(header.separator())),
-            header.columns().join(u(","))};
-        QTEST(parts.join(u("|")), "expected");
+        const auto headerWith = [](const char* line) {
+            EcoFile file;
+            for (const char* each : {"#ECO v e", "#Column c", line}) { file.parseHeaderLine(u(each)); }
+            const EcoFile::Header& header = file.header();
+            return u("%1|%2|%3|%4")
+                .arg(header.version(), header.encoding(), QString::number(uchar(header.separator())),
+                    header.columns().join(u(",")));
+        };
+        QCOMPARE(headerWith("#ECO 1.0 UTF-8;"), u("1.0|UTF-8|59|c"));
+        QCOMPARE(headerWith("#ECO 1.0 UTF-8;;"), u("1.0|UTF-8;|59|c"));
+        QCOMPARE(headerWith("#Separator 2C"), u("v|e|44|c"));
+        QCOMPARE(headerWith("#Separator 0x1e4"), u("v|e|228|c"));
+        QCOMPARE(headerWith("#Column c"), u("v|e|59|c,c"));
+        for (const char* meaningless : {"#ECO 1.0", "#ECO  1.0 x", "#ECO 1.0 x y", "#ECO", "#eco 1 2", "#Separator",
+                 "#Separator xy", "#Separator 2C ", "#Column", "#Column  a", "#Column a b", "# Column a", "Column a"}) {
+            QCOMPARE(headerWith(meaningless), u("v|e|59|c"));
+        }
     }
 
     void files()
@@ -157,9 +122,7 @@ private Q_SLOTS:
     {
         EcoFile file;
         file.parseHeaderLine(u("#Column a"));
-        for (int i = 0; i < 65537; ++i) {
-            file.parseDataLine(u("x"));
-        }
+        for (int i = 0; i < 65537; ++i) { file.parseDataLine(u("x")); }
         QCOMPARE(file.rows()[65534].entryId(), quint16(65535));
         QCOMPARE(file.rows()[65535].entryId(), quint16(0));
         QCOMPARE(file.rows()[65536].entryId(), quint16(1));

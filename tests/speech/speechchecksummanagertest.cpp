@@ -20,10 +20,7 @@ namespace {
 using Manager = SpeechChecksumManager;
 using Key = SpeechChecksumManager::ChecksumKey;
 
-void useStore(const QString& fileName)
-{
-    qputenv("ORV_SPEECH_CHECKSUM_FILE", fileName.toUtf8());
-}
+void useStore(const QString& fileName) { qputenv("ORV_SPEECH_CHECKSUM_FILE", fileName.toUtf8()); }
 
 QByteArray contentOf(const QString& fileName)
 {
@@ -62,14 +59,10 @@ private Q_SLOTS:
         QCOMPARE(Key().toString(), u(";00_00;1"));
         QCOMPARE(Key(u("/ä b%1%2"), German, Manager::AlternateChecksum).toString(), u("/ä b%1%2;de_DE;0"));
         QCOMPARE(Key(u("x"), Language(7), Manager::ChecksumType(12)).toString(), u("x;;12"));
-        for (const char* same : {"/a;de_DE;0", ";00_00;1", "x;yue_CN;-3"}) {
-            QCOMPARE(Key(u(same)).toString(), u(same));
-        }
-        QCOMPARE(Key(u("a;b;c")).toString(), u("a;;0"));
         QCOMPARE(Key(u("a;b;c")).language, InvalidLanguage);
-        for (const char* broken : {"", "a;de_DE", "a;b;de_DE;1"}) {
-            QCOMPARE(Key(u(broken)).toString(), u(";00_00;1"));
-        }
+        const QMap<const char*, const char*> reread = {{"/a;de_DE;0", "/a;de_DE;0"}, {"x;yue_CN;-3", "x;yue_CN;-3"},
+            {"a;b;c", "a;;0"}, {"", ";00_00;1"}, {"a;de_DE", ";00_00;1"}, {"a;b;de_DE;1", ";00_00;1"}};
+        for (auto key = reread.begin(); key != reread.end(); ++key) { QCOMPARE(Key(u(key.key())).toString(), u(*key)); }
     }
 
     void tableInMemory()
@@ -111,8 +104,7 @@ private Q_SLOTS:
             QCOMPARE(checksum, variant.toByteArray());
             QCOMPARE(checksum.isNull(), variant.toByteArray().isNull());
         }
-        QVERIFY(
-            writeFile(store, "[5, {\"checksum\": \"c\", \"language\": 1}, {\"checksum\": \"d\", \"language\": 1}]"));
+        QVERIFY(writeFile(store, R"([5, {"checksum": "c", "language": 1}, {"checksum": "d", "language": 1}])"));
         const Manager manager;
         QCOMPARE(manager.checksum(QString(), German, Manager::AlternateChecksum), QByteArray("d"));
         Manager copy = manager;
@@ -207,9 +199,7 @@ private Q_SLOTS:
             QVERIFY(writer.waitForFinished());
             const QJsonArray entries = QJsonDocument::fromJson(contentOf(store)).array();
             QCOMPARE(entries.size(), 2000);
-            for (const QJsonValue& entry : entries) {
-                QCOMPARE(entry[u("checksum")], entries[0][u("checksum")]);
-            }
+            for (const QJsonValue& entry : entries) { QCOMPARE(entry[u("checksum")], entries[0][u("checksum")]); }
         }
     }
 
@@ -223,12 +213,11 @@ private Q_SLOTS:
         manager.removeFile();
         QCOMPARE(manager.checksum(u("f"), NoLanguage, Manager::AlternateChecksum), QByteArray("1"));
         useStore(folder->path());
-        Manager other;
-        log.takeLines();
+        const Manager other;
+        log.takeTexts();
         manager.removeFile(); // acts on the file of the latest construction, here a folder
-        QCOMPARE(log.takeTexts(),
-            QStringList(u("critical: void SpeechChecksumManager::removeFile() Could not remove old file: \"%1\"")
-                            .arg(folder->path())));
+        const QString line = u("critical: void SpeechChecksumManager::removeFile() Could not remove old file: \"%1\"");
+        QCOMPARE(log.takeTexts(), QStringList(line.arg(folder->path())));
     }
 
     void generateChecksum()
@@ -246,9 +235,9 @@ private Q_SLOTS:
         }
         QVERIFY(log.takeLines().isEmpty());
         QCOMPARE(Manager::generateChecksum(u("/proc/self/mem")), nothing); // opens, but cannot be read
-        QCOMPARE(log.takeTexts(),
-            QStringList(u("warning: static QByteArray SpeechChecksumManager::generateChecksum(const QString&) "
-                          "Could not calculate checksum for \"/proc/self/mem\"")));
+        const char* const line = "warning: static QByteArray SpeechChecksumManager::generateChecksum(const QString&) "
+                                 "Could not calculate checksum for \"/proc/self/mem\"";
+        QCOMPARE(log.takeTexts(), QStringList(u(line)));
     }
 
 private:
@@ -259,9 +248,7 @@ private:
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
-    if (argc == 3 && qstrcmp(argv[1], "rewrite") == 0) {
-        rewriteForEver(u(argv[2]).toInt());
-    }
+    if (argc == 3 && qstrcmp(argv[1], "rewrite") == 0) { rewriteForEver(u(argv[2]).toInt()); }
     SpeechChecksumManagerTest test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -4,8 +4,7 @@
 #include <QString>
 
 /** What came of a child process. */
-struct ChildResult
-{
+struct ChildResult {
     bool isCrash = false;
     int exitCode = -1;
     QByteArray output;

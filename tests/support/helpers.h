@@ -9,10 +9,7 @@
 #include <thread>
 #include <vector>
 
-inline QString u(const char* text)
-{
-    return QString::fromUtf8(text);
-}
+inline QString u(const char* text) { return QString::fromUtf8(text); }
 
 /** Writes a file and the folders it lies in; false when that fails. */
 inline bool writeFile(const QString& fileName, const QByteArray& content)
@@ -22,11 +19,29 @@ inline bool writeFile(const QString& fileName, const QByteArray& content)
            && file.write(content) == content.size() && file.flush();
 }
 
-/** How often a randomised comparison runs: 20,000 times unless ORV_TEST_ROUNDS says else. */
-inline int testRounds()
+/** The content of a file in tests/data. */
+inline QByteArray readData(const char* name)
 {
-    return qEnvironmentVariable("ORV_TEST_ROUNDS", QStringLiteral("20000")).toInt();
+    QFile file(u(TEST_DATA "/") + u(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
+
+/** The cases of a file in tests/data, each with its lines: the further ones start with a blank. */
+inline QVector<QStringList> readCases(const char* name)
+{
+    QVector<QStringList> cases;
+    for (const QString& line : u(readData(name)).split(QLatin1Char('\n'))) {
+        if (line.startsWith(QLatin1Char(' '))) {
+            cases.last() += line;
+        } else if (!line.isEmpty() && !line.startsWith(QLatin1Char('#'))) {
+            cases += QStringList(line);
+        }
+    }
+    return cases;
+}
+
+/** How often a randomised comparison runs: 20,000 times unless ORV_TEST_ROUNDS says else. */
+inline int testRounds() { return qEnvironmentVariable("ORV_TEST_ROUNDS", QStringLiteral("20000")).toInt(); }
 
 /** Up to @p most of the fragments in a row; few kinds of them in one text, so that rare neighbours meet. */
 inline QString randomText(QRandomGenerator& random, const QStringList& fragments, int most)
@@ -36,21 +51,14 @@ inline QString randomText(QRandomGenerator& random, const QStringList& fragments
         chosen += fragments[random.bounded(fragments.size())];
     }
     QString text;
-    for (int count = random.bounded(most + 1); count > 0; --count) {
-        text += chosen[random.bounded(chosen.size())];
-    }
+    for (int count = random.bounded(most + 1); count > 0; --count) { text += chosen[random.bounded(chosen.size())]; }
     return text;
 }
 
-/** Runs @p function with the numbers 0 to 7, each in a thread of its own. */
-template <typename Function>
-void runInThreads(Function function)
+/** Runs @p function with the numbers from 0 on, each in a thread of its own. */
+template <typename Function> void runInThreads(int count, Function function)
 {
     std::vector<std::thread> threads;
-    for (int i = 0; i < 8; ++i) {
-        threads.emplace_back(function, i);
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
+    for (int i = 0; i < count; ++i) { threads.emplace_back(function, i); }
+    for (std::thread& thread : threads) { thread.join(); }
 }

@@ -1,17 +1,21 @@
 #include <support/logcapture.h>
 
+#include <support/helpers.h>
+
 #include <mutex>
 
 namespace {
 
 std::mutex mutex;
-QVector<LogLine> lines;
+QStringList texts;
+QStringList contexts;
 
 void capture(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
+    static const char* const levels[] = {"debug: ", "warning: ", "critical: ", "fatal: ", "info: "};
     const std::lock_guard<std::mutex> lock(mutex);
-    lines.append({type, text, QString::fromUtf8(context.file), QString::fromUtf8(context.function),
-        QString::fromUtf8(context.category)});
+    texts += u(levels[type]) + text;
+    contexts += u(" (") + QStringList{u(context.file), u(context.function), u(context.category)}.join(u(", ")) + u(")");
 }
 
 } // namespace
@@ -19,28 +23,17 @@ void capture(QtMsgType type, const QMessageLogContext& context, const QString& t
 LogCapture::LogCapture()
     : previous(qInstallMessageHandler(capture))
 {
-    takeLines();
+    take(false);
 }
 
-LogCapture::~LogCapture()
-{
-    qInstallMessageHandler(previous);
-}
+LogCapture::~LogCapture() { qInstallMessageHandler(previous); }
 
-QVector<LogLine> LogCapture::takeLines()
+QStringList LogCapture::take(bool withContext)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    QVector<LogLine> taken;
-    taken.swap(lines);
-    return taken;
-}
-
-QStringList LogCapture::takeTexts()
-{
-    static const char* const levels[] = {"debug", "warning", "critical", "fatal", "info"};
-    QStringList texts;
-    for (const LogLine& line : takeLines()) {
-        texts.append(QLatin1String(levels[line.type]) + QLatin1String(": ") + line.text);
-    }
-    return texts;
+    QStringList lines;
+    for (int i = 0; i < texts.size(); ++i) { lines += texts[i] + (withContext ? contexts[i] : QString()); }
+    texts.clear();
+    contexts.clear();
+    return lines;
 }

@@ -251,7 +251,7 @@ void verify(Task& task)
     }
     QStringList paths;
     for (const QString& path : task.paths.isEmpty() ? present : task.paths) {
-        if (!missing.contains(path)) {
+        if (!missing.contains(path) || QFileInfo::exists(path)) {
             paths.append(path);
         }
     }
