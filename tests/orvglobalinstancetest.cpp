@@ -52,6 +52,8 @@ int runCase(const QByteArray& name, const QByteArray& operation)
         for (const char* singleton : {"a", "b", "c"}) {
             SingletonTracker::insert(singleton, new Singleton(*singleton, print));
         }
+    } else if (name == "re-entry at exit") {
+        SingletonTracker::insert("a", new Singleton('a', [operation] { call(operation); }));
     } else if (name == "re-entry") {
         SingletonTracker::insert("a", new Singleton('a', [operation] { call(operation); }));
         SingletonTracker::clear();
@@ -146,7 +148,7 @@ private Q_SLOTS:
             {"clear", "Deadlock: in void SingletonTrackerPrivate::clear()\n"},
         };
         for (const auto& row : rows) {
-            for (const char* situation : {"re-entry", "other thread"}) {
+            for (const char* situation : {"re-entry", "re-entry at exit", "other thread"}) {
                 const ChildResult result = runChild({u(situation), u(row.operation)});
                 QVERIFY(result.isCrash);
                 QCOMPARE(result.error, QByteArray(row.message));

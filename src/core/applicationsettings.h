@@ -25,8 +25,8 @@ public:
     /**
      * The value at @p key, a path as in JsonPath::value().
      *
-     * @return @p defaultValue when the settings cannot be loaded, of which the log tells, or hold no
-     *     such value; a JSON null is a value
+     * @return @p defaultValue when the settings cannot be loaded, of which the log tells, or hold
+     *     no such value; a JSON null is a value
      */
     static QJsonValue value(const QString& key, const QJsonValue& defaultValue);
 };

@@ -1,6 +1,9 @@
 #pragma once
 
-/** @file Every public header of the library. */
+/**
+ * @file
+ * Every public header of the library.
+ */
 
 #include <core/applicationsettings.h>
 #include <core/inflate.h>

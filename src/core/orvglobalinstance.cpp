@@ -109,7 +109,12 @@ SingletonTracker::SingletonTracker()
     : d(new SingletonTrackerPrivate)
 {}
 
-SingletonTracker::~SingletonTracker() = default;
+SingletonTracker::~SingletonTracker()
+{
+    // A plain pointer, which stays what it is while the singletons go: one that calls back then
+    // meets the lock. Smart pointers may be null by that time.
+    delete d;
+}
 
 void SingletonTracker::insert(const char* name, AbstractSingleton* instance)
 {

@@ -2,8 +2,6 @@
 
 #include <core/orvcore_export.h>
 
-#include <memory>
-
 class SingletonTrackerPrivate;
 
 /** The base of every object that SingletonTracker owns; one type across all libraries. */
@@ -19,8 +17,8 @@ public:
  * its end.
  *
  * Contention is a deadlock in the making: no operation waits for another one, and whichever meets a
- * running one ends the process by a fatal message, "Deadlock: in ... with ...", with the operation
- * and the name. Only look-ups may overlap. Registering and removing belongs into start-up and
+ * running one ends the process by a fatal message that names the operation and the singleton. Only
+ * look-ups may overlap. Registering and removing belongs into start-up and
  * shut-down. A singleton's destructor runs while the registry is locked: it must not call at(),
  * insert(), erase() or clear().
  *
@@ -51,5 +49,5 @@ public:
     static bool isEmpty();
 
 private:
-    const std::unique_ptr<SingletonTrackerPrivate> d;
+    SingletonTrackerPrivate* const d;
 };

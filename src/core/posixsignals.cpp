@@ -21,6 +21,8 @@ constexpr char quittingText[] =
 constexpr char lostSignalText[] =
     "Unable to pass signal information to application, immediate termination...\n";
 static_assert(sizeof quittingText == 73 && sizeof lostSignalText == 76, "sizes are interface");
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free,
+    "the handler must not lock");
 
 /** One write, begun again when a signal interrupted it: that is no failure. */
 bool writeWhole(int descriptor, const void* data, std::size_t size)
@@ -52,10 +54,10 @@ void PosixSignals::rawSignalHandle(int signalNumber)
     if (instance.quitting) {
         _exit(writeWhole(STDERR_FILENO, quittingText, sizeof quittingText) ? 2 : 1);
     }
+    ++instance.waiting; // first, so that none is in the socket without being counted
     if (!writeWhole(instance.sockets[0], &signalNumber, sizeof signalNumber)) {
         _exit(writeWhole(STDERR_FILENO, lostSignalText, sizeof lostSignalText) ? 4 : 3);
     }
-    ++instance.waiting;
     errno = interruptedErrno;
 }
 
@@ -71,7 +73,7 @@ void PosixSignals::applicationQuit()
     quitting = true;
     // The event loop ends here. A signal that waits already is not to be lost with it: a second
     // request to quit is obeyed at once.
-    while (waiting > 0) {
+    for (int left = waiting; left > 0; --left) {
         signalHandle();
     }
 }

@@ -32,14 +32,17 @@ class QSocketNotifier;
  * setup() only changes the target of a signal that was set up in time. Signals that come before are
  * not caught.
  *
- * The socket holds some hundred numbers. When it is full, the interrupted thread waits in the
- * handler until the event loop has read one; an event loop whose own thread raises so many signals
- * before it comes to read them waits for ever. The sockets are inherited by child processes, as the
- * calls that would prevent it are not to be had everywhere; they stay open until the process ends.
+ * The socket holds a few hundred numbers. When it is full, the interrupted thread waits in the
+ * handler until the event loop has read one. Where that is the event loop's own thread, nobody
+ * reads: the process hangs, and only SIGKILL ends it. So no signal is to be set up that may come in
+ * hundreds while the event loop is busy. The sockets are inherited by child processes, as the calls
+ * that would prevent it are not available everywhere, and stay open until the process ends; a child
+ * that goes on without exec must not use the bridge.
  *
- * Exit codes, each with one line on standard error: 1 after a second request to quit, or 2 after a
- * signal when the application is already quitting; 4 when the handler could not pass a number on.
- * In the handler, 1 and 3 take the place of 2 and 4 when not even the line could be written.
+ * Exit codes: 1 after a second request to quit, with a warning in the log; 2 after a signal when
+ * the application is already quitting, and 4 when the handler could not pass a number on, each with
+ * one line on standard error. In the handler, 1 and 3 take the place of 2 and 4 when not even that
+ * line could be written; a broken pipe there ends the process by SIGPIPE instead.
  *
  * Thread-safety: apart from the handler, everything belongs to the thread that loaded the library,
  * which is the main thread as a rule.
@@ -67,8 +70,8 @@ public:
 
 public Q_SLOTS:
     /**
-     * The usual target of SIGTERM and SIGINT: quits the event loop. A second call, when that takes
-     * too long, exits with code 1.
+     * The usual target of SIGTERM and SIGINT: quits the event loop, and hands out at once the
+     * signals that wait already. A second call, when that takes too long, exits with code 1.
      */
     void applicationQuit();
 

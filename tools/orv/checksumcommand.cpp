@@ -64,7 +64,7 @@ Manager::ChecksumType typeOf(const QString& name)
     throw Failure{QStringLiteral("unknown type: \"%1\" (default or alternate)").arg(name)};
 }
 
-/** Points the library at the store; what it says of a missing or broken one must not be overwritten. */
+/** Points the library at the store, and refuses a broken one, which is not to be overwritten. */
 QVector<Entry> readStore(const Task& task, bool mayBeMissing)
 {
     qputenv(storeVariable, task.storeFile.toUtf8());
@@ -122,7 +122,7 @@ void collectFile(Task& task, const QFileInfo& info, QVector<DataFile>& files)
     } // and the store itself is left out: it changes with what it tells
 }
 
-/** All files in a folder, those in the folders within it too, but without following links to folders. */
+/** The files in a folder and in the folders within it, without following links to folders. */
 void collectFolder(Task& task, const QString& path, QVector<DataFile>& files)
 {
     const QDir folder(path);

@@ -120,7 +120,7 @@ void printVocabularies(bool isJson)
     }
 }
 
-/** The arguments with each option before each of its words: "--rds 1 2" becomes "--rds 1 --rds 2". */
+/** The arguments with each option before each of its words, as in "--rds 1 --rds 2". */
 QStringList spelledOut(const QStringList& arguments)
 {
     QStringList result;
@@ -129,12 +129,12 @@ QStringList spelledOut(const QStringList& arguments)
     for (const QString& argument : arguments) {
         const bool isOption = argument.startsWith(QLatin1String("--"));
         if (isOption) {
-            option = argument;
+            option = argument.section(QLatin1Char('='), 0, 0);
         } else if (!wasOption && !option.isEmpty()) {
             result.append(option);
         }
         result.append(argument);
-        wasOption = isOption;
+        wasOption = isOption && !argument.contains(QLatin1Char('='));
     }
     return result;
 }

@@ -19,7 +19,7 @@ constexpr int blockSize = 64 * 1024;
 // Longer than any field of a gzip header that goes by its length.
 constexpr int probeSize = 128 * 1024;
 
-/** Hands on what is written until the input is over; from then on, whether something is written tells. */
+/** Hands on what is written until the input is over; then only notes whether there is more. */
 class Gate : public QIODevice
 {
 public:

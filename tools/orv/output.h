@@ -31,5 +31,5 @@ QString onOneLine(QString text);
 void takeOverLog();
 void showLog(bool isShown);
 
-/** What the library last warned of since the last call, without the function; empty when nothing. */
+/** What the library warned of last, since the last call, without the function; or nothing. */
 QString takeLoggedFailure();

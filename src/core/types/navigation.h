@@ -23,7 +23,7 @@ class QDebug;
 /**
  * An element of the navigation database, with a payload of one of several kinds.
  *
- * Equal are descriptors of the same #aux1, #aux2 and #dataType whose payload of that type is equal;
+ * Equal are descriptors of the same aux1, aux2 and dataType whose payload of that type is equal;
  * what the other payloads hold does not matter. Declared as a meta-type; those who send lists of it
  * register them.
  */
@@ -62,7 +62,7 @@ struct ORVCORE_EXPORT LocationDescriptor
     bool operator==(const LocationDescriptor& other) const;
     bool operator!=(const LocationDescriptor& other) const;
 
-    /** Whether the payloads are equal that #dataType selects, this one's, whatever @p other has. */
+    /** Whether the payloads are equal that dataType selects, this one's, whatever @p other has. */
     bool isDataEqual(const LocationDescriptor& other) const;
 
     /**

@@ -1,7 +1,8 @@
 #pragma once
 
 /**
- * @file The genres behind the vocabularies of broadcasters: the programme types (PTY) of European
+ * @file
+ * The genres behind the vocabularies of broadcasters: the programme types (PTY) of European
  * RDS (IEC 62106), which DAB uses too, those of North-American RBDS (NRSC-4), and the category
  * names of satellite radio.
  *

@@ -1,7 +1,8 @@
 #pragma once
 
 /**
- * @file Radio stations: one record for all speech services, and the records of each source that
+ * @file
+ * Radio stations: one record for all speech services, and the records of each source that
  * convert to it.
  *
  * The fields named aux… are carried and compared, and never interpreted. Thread-safety: the records
@@ -95,7 +96,7 @@ struct ORVCORE_EXPORT SatelliteRadioChannel
     quint8 aux4 = 0;
 };
 
-/** A satellite-radio channel with the display names of its categories, of which the order does not count. */
+/** A satellite-radio channel with the names of its categories, whose order does not count. */
 struct ORVCORE_EXPORT ExtendedSatelliteRadioChannel : SatelliteRadioChannel
 {
     bool operator==(const ExtendedSatelliteRadioChannel& other) const;
@@ -108,7 +109,7 @@ struct ORVCORE_EXPORT ExtendedSatelliteRadioChannel : SatelliteRadioChannel
  *
  * Assigning a record of a source takes over what a station has of it, maps its programme type or
  * category names to genres (see radiogenre.h), and zeroes the fields of other sources. It keeps
- * #pronunciation and #readOut.
+ * pronunciation and readOut.
  */
 class ORVCORE_EXPORT RadioStation
 {
@@ -165,7 +166,7 @@ public:
     RadioStation(const RadioStation& other);
     ~RadioStation();
 
-    /** Takes over all but #hdChannel, which the copy constructor alone copies. */
+    /** Takes over all but hdChannel, which the copy constructor alone copies. */
     RadioStation& operator=(const RadioStation& other);
 
     /** One genre, of the PTY code. */
@@ -174,7 +175,7 @@ public:
     /** One genre, of the RDS PTY code; the name is the service's label. */
     RadioStation& operator=(const DabService& service);
 
-    /** The genres of all category names, ascending; an unknown name is #Unknown, once. */
+    /** The genres of all category names, ascending; an unknown name is Unknown, once. */
     RadioStation& operator=(const ExtendedSatelliteRadioChannel& channel);
 
     bool operator==(const RadioStation& other) const;

@@ -24,7 +24,7 @@ extern ORVCORE_EXPORT const char HYBRID_SPEECH_APPCODE;
 /** A phone call as the telephony side reports it. */
 struct ORVCORE_EXPORT Call
 {
-    /** All fields but #handle and #note. */
+    /** All fields but handle and note. */
     bool operator==(const Call& other) const;
 
     /** Earlier calls come first; calls of the same time are equivalent. */
