@@ -1,0 +1,35 @@
+#include "allocations.h"
+
+#include <atomic>
+#include <cstddef>
+
+// glibc's own allocator under its other name; what the program defines as malloc comes before it.
+extern "C" void* __libc_malloc(std::size_t size);
+extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
+extern "C" void* __libc_realloc(void* memory, std::size_t size);
+
+namespace {
+
+std::atomic<long> count{0};
+
+} // namespace
+
+extern "C" void* malloc(std::size_t size)
+{
+    count.fetch_add(1, std::memory_order_relaxed);
+    return __libc_malloc(size);
+}
+
+extern "C" void* calloc(std::size_t number, std::size_t size)
+{
+    count.fetch_add(1, std::memory_order_relaxed);
+    return __libc_calloc(number, size);
+}
+
+extern "C" void* realloc(void* memory, std::size_t size)
+{
+    count.fetch_add(1, std::memory_order_relaxed);
+    return __libc_realloc(memory, size);
+}
+
+long allocationCount() { return count.load(std::memory_order_relaxed); }

@@ -1,0 +1,4 @@
+#pragma once
+
+/** The number of heap allocations so far, of all that is linked. */
+long allocationCount();

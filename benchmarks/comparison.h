@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/** One way to do a thing. Returns the seconds it took where it must measure them itself, else 0. */
+struct Contender {
+    std::string name;
+    std::function<double()> run;
+};
+
+/** A thing that the library does, beside others that do the same. */
+struct Comparison {
+    std::string operation;
+    std::string input;
+    double target; ///< our time by that of the first peer, at most; 0 where it is only shown
+    std::function<double()> ours;
+    std::vector<Contender> peers;
+    long allocationLimit = -1; ///< heap allocations of one call at most; -1 where any number will do
+    bool isSelfTimed = false;
+};
+
+void addComparison(const Comparison& comparison);
+
+/** Turns a function without a result into what a contender runs. */
+template <typename Function> std::function<double()> timed(Function function)
+{
+    return [function] {
+        function();
+        return 0.0;
+    };
+}
+
+// Each in the source file of that name.
+void addSplitting();
+void addPrompts();
+void addInflating();
+void addChecksums();
+void addTables();
+void addJson();
+void addLanguages();
+void addStore();
+void addLoading();

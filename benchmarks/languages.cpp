@@ -1,0 +1,42 @@
+#include "comparison.h"
+
+#include <core/speech/language.h>
+
+#include <benchmark/benchmark.h>
+
+#include <QHash>
+#include <QVector>
+
+void addLanguages()
+{
+    static QHash<QByteArray, Language> languages;
+    static QVector<QByteArray> known;
+    for (int value = 0; value <= Thai; ++value) {
+        const QByteArray iso = convertLanguageIdToIso(Language(value));
+        if (!iso.isEmpty()) {
+            known.append(QByteArray(iso.constData()));
+            languages.insert(known.last(), Language(value));
+        }
+    }
+    addComparison({"language to code", "all 35 values", 1.5, timed([] {
+                       for (int value = 0; value <= Thai; ++value) {
+                           benchmark::DoNotOptimize(convertLanguageIdToIso(Language(value)));
+                       }
+                   }),
+        {{"static byte arrays", timed([] {
+              static const QByteArray arrays[] = {QByteArrayLiteral("de_DE"), QByteArrayLiteral("cmn_TW")};
+              for (int value = 0; value <= Thai; ++value) { benchmark::DoNotOptimize(QByteArray(arrays[value % 2])); }
+          })}},
+        0});
+    addComparison({"code to language", "all 34 codes", 1.0, timed([] {
+                       for (const QByteArray& code : qAsConst(known)) {
+                           benchmark::DoNotOptimize(convertIsoToLanguageId(code));
+                       }
+                   }),
+        {{"QHash", timed([] {
+              for (const QByteArray& code : qAsConst(known)) {
+                  benchmark::DoNotOptimize(languages.value(code, InvalidLanguage));
+              }
+          })}},
+        0});
+}

@@ -1,0 +1,38 @@
+#include "comparison.h"
+#include "samples.h"
+
+#include <core/speech/speechchecksummanager.h>
+
+#include <QFile>
+#include <QJsonDocument>
+
+void addStore()
+{
+    using Manager = SpeechChecksumManager;
+    const QString fileName = temporaryPath(QStringLiteral("store.json"));
+    qputenv("ORV_SPEECH_CHECKSUM_FILE", fileName.toUtf8());
+    const auto manager = std::make_shared<Manager>();
+    QHash<QString, QByteArray> table;
+    for (int i = 0; i < 50'000; ++i) {
+        const QString path = QStringLiteral("/opt/speech/data/de_DE/prompts/%1.dat").arg(i);
+        manager->insert(path, German, QByteArray::number(i).rightJustified(32, '0'), Manager::DefaultChecksum);
+        table.insert(Manager::ChecksumKey(path, German, Manager::DefaultChecksum).toString(), QByteArray());
+    }
+    manager->writePersistentData();
+    const auto readDocument = [fileName] {
+        QFile file(fileName);
+        file.open(QIODevice::ReadOnly);
+        return QJsonDocument::fromJson(file.readAll());
+    };
+    addComparison({"store: reload", "50,000 entries", 1.7, timed([] { Manager(); }),
+        {{"QJsonDocument", timed([readDocument] { readDocument(); })}}});
+    const QJsonDocument document = readDocument();
+    const QString copyName = temporaryPath(QStringLiteral("copy.json"));
+    addComparison({"store: write", "50,000 entries", 1.6, timed([manager] { manager->writePersistentData(); }),
+        {{"QJsonDocument", timed([document, copyName] { writeFile(copyName, document.toJson()); })}}});
+    const QString path = QStringLiteral("/opt/speech/data/de_DE/prompts/777.dat");
+    const QString key = Manager::ChecksumKey(path, German, Manager::DefaultChecksum).toString();
+    addComparison({"store: checksum", "hit", 4,
+        timed([manager, path] { manager->checksum(path, German, Manager::DefaultChecksum); }),
+        {{"QHash", timed([table, key] { return table.value(key); })}}, 1});
+}
