@@ -1,6 +1,5 @@
 #include "allocations.h"
 
-#include <atomic>
 #include <cstddef>
 
 // glibc's own allocator under its other name; what the program defines as malloc comes before it.
@@ -10,26 +9,26 @@ extern "C" void* __libc_realloc(void* memory, std::size_t size);
 
 namespace {
 
-std::atomic<long> count{0};
+long count = 0; // of one thread, since nothing here starts another that matters
 
 } // namespace
 
 extern "C" void* malloc(std::size_t size)
 {
-    count.fetch_add(1, std::memory_order_relaxed);
+    ++count;
     return __libc_malloc(size);
 }
 
 extern "C" void* calloc(std::size_t number, std::size_t size)
 {
-    count.fetch_add(1, std::memory_order_relaxed);
+    ++count;
     return __libc_calloc(number, size);
 }
 
 extern "C" void* realloc(void* memory, std::size_t size)
 {
-    count.fetch_add(1, std::memory_order_relaxed);
+    ++count;
     return __libc_realloc(memory, size);
 }
 
-long allocationCount() { return count.load(std::memory_order_relaxed); }
+long allocationCount() { return count; }
