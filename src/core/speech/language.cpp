@@ -122,17 +122,60 @@ const Row& rowOf(Language language)
     return rows[language >= 0 && language < int(std::size(rows)) ? int(language) : unassigned];
 }
 
-Language languageOf(const QByteArray& code, const Code Row::*family)
+/** From the codes of one family back to the rows: a hash table that the compiler fills. */
+class CodeIndex
 {
-    if (!code.isEmpty()) { // an empty cell is no code
+public:
+    constexpr explicit CodeIndex(const Code Row::*family)
+        : family(family)
+    {
+        for (quint8& slot : slots) {
+            slot = unassigned; // which has no code
+        }
         for (const Row& row : rows) {
-            if (row.*family == code) {
-                return row.language;
+            const Code& code = row.*family;
+            if (code.header.size > 0) {
+                std::size_t slot = slotOf(code.text, code.header.size);
+                while (slots[slot] != unassigned) {
+                    slot = (slot + 1) % slotCount;
+                }
+                slots[slot] = quint8(row.language);
             }
         }
     }
-    return InvalidLanguage;
-}
+
+    Language find(const QByteArray& code) const
+    {
+        if (code.size() < shortestCode) {
+            return InvalidLanguage;
+        }
+        std::size_t slot = slotOf(code.constData(), code.size());
+        for (; slots[slot] != unassigned; slot = (slot + 1) % slotCount) {
+            if (rows[slots[slot]].*family == code) {
+                return Language(slots[slot]);
+            }
+        }
+        return InvalidLanguage;
+    }
+
+private:
+    static constexpr std::size_t slotCount = 128;
+    static constexpr int shortestCode = 5;
+
+    // These letters tell the codes of each family apart, with hardly any in the same slot.
+    static constexpr std::size_t slotOf(const char* code, int size)
+    {
+        const auto letter = [code](int index) { return std::size_t(quint8(code[index])); };
+        return (letter(0) * 3 + letter(1) * 26 + letter(size - 1) * 7 + letter(size - 2))
+               % slotCount;
+    }
+
+    const Code Row::*family;
+    quint8 slots[slotCount] = {};
+};
+
+constexpr CodeIndex isoIndex(&Row::iso);
+constexpr CodeIndex iso3Index(&Row::iso3);
 
 // Filled by the application.
 QHash<Language, QByteArray> stringIds;
@@ -149,7 +192,7 @@ Q_CONSTRUCTOR_FUNCTION(registerMetaTypes)
 
 Language convertIsoToLanguageId(const QByteArray& isoCode)
 {
-    return languageOf(isoCode, &Row::iso);
+    return isoIndex.find(isoCode);
 }
 
 QByteArray convertLanguageIdToIso(const Language& language)
@@ -174,7 +217,7 @@ QByteArray convertTtsLanguageIdToIso3(const Language& language)
 
 Language convertIso3ToLanguageId(const QByteArray& iso3Code)
 {
-    return languageOf(iso3Code, &Row::iso3);
+    return iso3Index.find(iso3Code);
 }
 
 QByteArray convertLanguageIdToString(const Language& language)

@@ -8,7 +8,8 @@ constexpr std::size_t nowhere = std::u16string_view::npos;
 
 bool isBlank(char16_t character)
 {
-    return QChar(character).isSpace();
+    const bool isPrintableAscii = character > u' ' && character < 0x7F; // as nearly all are
+    return !isPrintableAscii && QChar(character).isSpace();
 }
 
 /** The last place where @p fixed stands within [@p begin, @p end) of @p text. */
@@ -35,36 +36,59 @@ std::size_t findLastInRun(
 
 } // namespace
 
+BracketPositions findBrackets(const QString& text)
+{
+    BracketPositions positions;
+    for (int at = -1; (at = text.indexOf(QLatin1Char('<'), at + 1)) >= 0;) {
+        positions.append(at);
+    }
+    return positions;
+}
+
 std::optional<MarkupPattern::Match> MarkupPattern::match(
-    const QString& input, int firstBracket) const
+    const QString& input, const BracketPositions& brackets) const
 {
     const std::u16string_view text(QStringView(input).utf16(), std::size_t(input.size()));
-
-    // Where each fixed text stands at the latest, so that the rest fits behind it: known beforehand
-    // behind a group that may be anything, else bounded by the end of the text.
-    std::size_t latest[maximumGroups + 2];
-    std::fill(std::begin(latest), std::end(latest), text.size());
-    for (int i = groupCount; i > 0 && groups[i - 1] == Group::Anything; --i) {
-        latest[i] = findLast(text, texts[i], std::size_t(firstBracket), latest[i + 1]);
-        if (latest[i] == nowhere) {
+    Limits latest;
+    bool hasLimits = false;
+    for (const int bracket : brackets) {
+        const auto start = std::size_t(bracket);
+        if (text.compare(start, texts[0].size(), texts[0]) != 0) {
+            continue;
+        }
+        if (!hasLimits && !findLimits(text, start, latest)) {
             return std::nullopt;
         }
-    }
-
-    for (int start = firstBracket; start >= 0; start = input.indexOf(QLatin1Char('<'), start + 1)) {
-        if (const std::optional<Match> match = matchAt(text, std::size_t(start), latest)) {
+        hasLimits = true;
+        if (const std::optional<Match> match = matchAt(text, start, latest)) {
             return match;
         }
     }
     return std::nullopt;
 }
 
-std::optional<MarkupPattern::Match> MarkupPattern::matchAt(
-    std::u16string_view text, std::size_t start, const std::size_t* latest) const
+/**
+ * The limits are known beforehand behind a group that may be anything; all others are the end of
+ * the text.
+ *
+ * @return false when a fixed text behind such a group is missing
+ */
+bool MarkupPattern::findLimits(std::u16string_view text, std::size_t begin, Limits& latest) const
 {
-    if (text.compare(start, texts[0].size(), texts[0]) != 0) {
-        return std::nullopt;
+    std::fill(std::begin(latest), std::end(latest), text.size());
+    for (int i = groupCount; i > 0 && groups[i - 1] == Group::Anything; --i) {
+        latest[i] = findLast(text, texts[i], begin, latest[i + 1]);
+        if (latest[i] == nowhere) {
+            return false;
+        }
     }
+    return true;
+}
+
+/** Matches at @p start, where the first fixed text stands. */
+std::optional<MarkupPattern::Match> MarkupPattern::matchAt(
+    std::u16string_view text, std::size_t start, const Limits& latest) const
+{
     Match match;
     std::size_t begin = start + texts[0].size();
     for (int i = 0; i < groupCount; ++i) {

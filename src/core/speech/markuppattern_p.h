@@ -3,9 +3,16 @@
 #include <QString>
 #include <QStringView>
 
+#include <QVarLengthArray>
+
 #include <optional>
 #include <stdexcept>
 #include <string_view>
+
+/** Where forms may start, found once for all of them; most prompts have fewer than sixteen. */
+using BracketPositions = QVarLengthArray<int, 16>;
+
+BracketPositions findBrackets(const QString& text);
 
 /**
  * One form of prompt markup, written as the regular expression that documents it.
@@ -53,8 +60,8 @@ public:
         checkForm();
     }
 
-    /** Searches @p text, which has its first "<" at @p firstBracket or later. */
-    std::optional<Match> match(const QString& text, int firstBracket) const;
+    /** Searches @p text, in which a "<" stands at each of @p brackets and nowhere else. */
+    std::optional<Match> match(const QString& text, const BracketPositions& brackets) const;
 
 private:
     enum class Group : quint8
@@ -82,8 +89,12 @@ private:
         }
     }
 
+    /** Where each fixed text stands at the latest, so that the rest fits behind it. */
+    using Limits = std::size_t[maximumGroups + 2];
+
+    bool findLimits(std::u16string_view text, std::size_t begin, Limits& latest) const;
     std::optional<Match> matchAt(
-        std::u16string_view text, std::size_t start, const std::size_t* latest) const;
+        std::u16string_view text, std::size_t start, const Limits& latest) const;
 
     // Text 0, group 0, text 1, group 1, ... the last text.
     std::u16string_view texts[maximumGroups + 1];

@@ -10,11 +10,10 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
-#include <QStringList>
 #include <QTemporaryFile>
 #include <QVariant>
 
-#include <cmath>
+#include <algorithm>
 
 namespace {
 
@@ -96,26 +95,30 @@ SpeechChecksumManager::ChecksumKey::ChecksumKey(
 
 SpeechChecksumManager::ChecksumKey::ChecksumKey(const QString& key)
 {
-    const QStringList parts = key.split(QLatin1Char(';'));
-    if (parts.size() == 3) {
-        filePath = parts[0];
-        language = convertIsoToLanguageId(parts[1].toUtf8());
-        type = ChecksumType(parts[2].toInt());
+    const int first = key.indexOf(QLatin1Char(';'));
+    const int second = key.indexOf(QLatin1Char(';'), first + 1);
+    if (first >= 0 && second >= 0 && key.indexOf(QLatin1Char(';'), second + 1) < 0) {
+        filePath = key.left(first);
+        language = convertIsoToLanguageId(key.midRef(first + 1, second - first - 1).toUtf8());
+        type = ChecksumType(key.midRef(second + 1).toInt());
     }
 }
 
 QString SpeechChecksumManager::ChecksumKey::toString() const
 {
     const QByteArray iso = convertLanguageIdToIso(language);
-    const QString typeText = QString::number(type);
-    QString key;
-    key.reserve(filePath.size() + iso.size() + typeText.size() + 2);
-    key += filePath;
-    key += QLatin1Char(';');
-    key += QLatin1String(iso);
-    key += QLatin1Char(';');
-    key += typeText;
-    return key;
+    const bool hasOneDigit = type == DefaultChecksum || type == AlternateChecksum;
+    // Every look-up makes a key: in one allocation, which is filled in place.
+    QString key(filePath.size() + iso.size() + (hasOneDigit ? 3 : 2), Qt::Uninitialized);
+    QChar* out = std::copy(filePath.cbegin(), filePath.cend(), key.data());
+    *out++ = QLatin1Char(';');
+    out = std::transform(iso.cbegin(), iso.cend(), out, [](char c) { return QLatin1Char(c); });
+    *out++ = QLatin1Char(';');
+    if (hasOneDigit) {
+        *out = QLatin1Char(type == DefaultChecksum ? '1' : '0');
+        return key;
+    }
+    return key + QString::number(type);
 }
 
 SpeechChecksumManager::SpeechChecksumManager()
@@ -192,16 +195,20 @@ void SpeechChecksumManager::removeFile()
 
 void SpeechChecksumManager::writePersistentData()
 {
+    // Elements are copies of one with all members, which costs less than making each member anew.
+    const QJsonObject blank{{QStringLiteral("checksum"), QString()},
+        {QStringLiteral("filePath"), QString()}, {QStringLiteral("language"), 0},
+        {QStringLiteral("type"), 0}};
     QJsonArray elements;
     for (auto entry = checksums.constBegin(); entry != checksums.constEnd(); ++entry) {
         const ChecksumKey key(entry.key());
-        elements.append(QJsonObject{
-            {QStringLiteral("checksum"),
-                QString::fromUtf8(entry.value().constData(), entry.value().size())},
-            {QStringLiteral("filePath"), key.filePath},
-            {QStringLiteral("language"), int(key.language)},
-            {QStringLiteral("type"), int(key.type)},
-        });
+        QJsonObject element = blank;
+        element[QLatin1String("checksum")] =
+            QString::fromUtf8(entry.value().constData(), entry.value().size());
+        element[QLatin1String("filePath")] = key.filePath;
+        element[QLatin1String("language")] = int(key.language);
+        element[QLatin1String("type")] = int(key.type);
+        elements.append(element);
     }
     if (!replaceFile(checksumFilePath, QJsonDocument(elements).toJson())) {
         // The line names no function, alone among this module's.

@@ -52,18 +52,13 @@ constexpr MarkupForm tagForms[] = {
     {Pattern(uR"~(<phonetic language="(\S+)">(.*)</phonetic>)~"), PromptText, 2},
 };
 
-int firstBracket(const QString& text)
-{
-    return text.indexOf(QLatin1Char('<'));
-}
-
 /** The prompt that the first fitting form of a table asks for. */
 template <std::size_t count>
 std::optional<PromptData> parseForms(
-    const MarkupForm (&forms)[count], const QString& input, int bracket)
+    const MarkupForm (&forms)[count], const QString& input, const BracketPositions& brackets)
 {
     for (const MarkupForm& form : forms) {
-        if (const auto match = form.pattern.match(input, bracket)) {
+        if (const auto match = form.pattern.match(input, brackets)) {
             PromptData prompt(match->capture(form.text).toString(), form.mode);
             if (form.language != 0) {
                 prompt.language = convertIsoToLanguageId(match->capture(form.language).toUtf8());
@@ -89,19 +84,19 @@ std::optional<PromptData> parseBrandSound(const QString& key)
 }
 
 /** The key of a brand sound: the content of text with a language, else the whole input. */
-QString soundKey(const QString& input, int bracket)
+QString soundKey(const QString& input, const BracketPositions& brackets)
 {
-    const auto match = textWithLanguage.pattern.match(input, bracket);
+    const auto match = textWithLanguage.pattern.match(input, brackets);
     return match ? match->capture(textWithLanguage.text).toString() : input;
 }
 
 /** Off-board markup, else a file, which may hold off-board markup in its turn. */
-std::optional<PromptData> parseA4A(const QString& input, int bracket)
+std::optional<PromptData> parseA4A(const QString& input, const BracketPositions& brackets)
 {
-    if (const auto prompt = parseForms(offboardForms, input, bracket)) {
+    if (const auto prompt = parseForms(offboardForms, input, brackets)) {
         return prompt;
     }
-    const auto prompt = parseForms(fileForms, input, bracket);
+    const auto prompt = parseForms(fileForms, input, brackets);
     if (!prompt) {
         return std::nullopt;
     }
@@ -113,7 +108,7 @@ std::optional<PromptData> parseA4A(const QString& input, int bracket)
     }
     const QByteArray bytes = file.readAll();
     const QString content = QString::fromUtf8(bytes.constData()); // up to the first NUL
-    const auto offboard = parseForms(offboardForms, content, firstBracket(content));
+    const auto offboard = parseForms(offboardForms, content, findBrackets(content));
     return offboard ? offboard : prompt;
 }
 
@@ -159,36 +154,35 @@ PromptData::PromptData(const QString& text, PromptMode mode)
 PromptData PromptData::parse(const QString& input, PromptContext context)
 {
     // Every form starts with a bracket: without one there is at most a brand sound.
-    const int bracket = firstBracket(input);
+    const BracketPositions brackets = findBrackets(input);
 
     if (context == BrandSoundContext) {
-        const QString key = bracket < 0 ? input : soundKey(input, bracket);
+        const QString key = soundKey(input, brackets);
         return parseBrandSound(key).value_or(PromptData(key, PromptText));
     }
-    const PromptData plain(input, PromptText);
-    if (bracket < 0) {
-        return plain;
+    if (brackets.isEmpty()) {
+        return PromptData(input, PromptText);
     }
     if (context == A4AContext) {
-        if (const auto prompt = parseA4A(input, bracket)) {
+        if (const auto prompt = parseA4A(input, brackets)) {
             return *prompt;
         }
     }
-    if (const auto prompt = parseForms(audioForms, input, bracket)) {
+    if (const auto prompt = parseForms(audioForms, input, brackets)) {
         return *prompt;
     }
-    if (const auto prompt = parseBrandSound(soundKey(input, bracket))) {
+    if (const auto prompt = parseBrandSound(soundKey(input, brackets))) {
         return *prompt;
     }
-    if (const auto prompt = parseForms(fileForms, input, bracket)) {
+    if (const auto prompt = parseForms(fileForms, input, brackets)) {
         return *prompt;
     }
-    if (const auto prompt = parseForms(tagForms, input, bracket)) {
+    if (const auto prompt = parseForms(tagForms, input, brackets)) {
         return *prompt;
     }
     ORV_LOG("static PromptData PromptData::parse(const QString&, PromptContext)").warning()
         << "Unable to parse given string: " << input;
-    return plain;
+    return PromptData(input, PromptText);
 }
 
 bool PromptData::isMp3ToWavConversionNeeded() const
