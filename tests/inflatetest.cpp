@@ -144,7 +144,7 @@ private Q_SLOTS:
     void moreThan32Bits()
     {
         // Only the first bytes are backed by memory; behind the end of the stream nothing is looked at.
-        if (sizeof(std::size_t) == 4) { QSKIP("no such size"); }
+        if (sizeof(std::size_t) == 4) { return; } // there is no such size
         const auto size = std::size_t(Q_UINT64_C(0x1'0000'0001));
         const QByteArray data = compressed(sampleText()).last();
         void* const memory =

@@ -98,7 +98,7 @@ int runCase(int argc, char** argv)
     } else if (name == "flood") {
         later(floodAndInterrupt);
     } else if (name == "changed later") {
-        later([&bridge, &receiver] {
+        later([&receiver] {
             bridge.setup(SIGUSR1, &receiver, "miscount");
             bridge.setup(SIGUSR2, &receiver, "count"); // too late: its default action ends the process
             errno = 4711;

@@ -195,10 +195,10 @@ struct Sentence
 class Splitter
 {
 public:
-    Splitter(const QString& text, const Configuration& configuration)
-        : text(QStringView(text).utf16(), std::size_t(text.size()))
-        , configuration(configuration)
-        , joinerLength(configuration.noWordSpacing ? 0 : 1)
+    Splitter(const QString& input, const Configuration& rules)
+        : text(QStringView(input).utf16(), std::size_t(input.size()))
+        , configuration(rules)
+        , joinerLength(rules.noWordSpacing ? 0 : 1)
     {
         pieces.reserve(text.size() / 32 + 1);
         sentences.reserve(text.size() / 32 + 1);
