@@ -18,23 +18,34 @@ QString soundsFileName() { return QCoreApplication::applicationDirPath() + u("/.
 /** The plain way, with QRegExp: the forms one after the other. */
 PromptData parsePlainly(const QString& input, PromptContext context, const Sounds& sounds)
 {
-    static const QVector<QStringList> forms = readCases("forms.txt");
+    struct Form {
+        QVector<int> numbers; // of the line in the file
+        QRegExp pattern;
+    };
+    static const QVector<Form> forms = [] {
+        QVector<Form> result;
+        for (const QStringList& lines : readCases("forms.txt")) {
+            Form form{{}, QRegExp(lines[0].section(QLatin1Char(' '), 5))};
+            for (int i = 0; i < 5; ++i) { form.numbers += lines[0].section(QLatin1Char(' '), i, i).toInt(); }
+            result += form;
+        }
+        return result;
+    }();
     QRegExp textLanguage(u(R"~(<text language="(\S+)">(.*)</text>)~"));
     const QString key = textLanguage.indexIn(input) < 0 ? input : textLanguage.cap(2);
     if (context == BrandSoundContext) {
         return PromptData(sounds.value(key, key), sounds.contains(key) ? PromptAudio : PromptText);
     }
-    for (const QStringList& lines : forms) {
-        const QString& form = lines[0];
-        const auto field = [&form](int number) { return form.section(QLatin1Char(' '), number, number).toInt(); };
-        if (form.endsWith(u("brand sound")) && input.contains(u("<")) && sounds.contains(key)) {
+    for (const Form& form : forms) {
+        QRegExp pattern = form.pattern;
+        const QVector<int>& n = form.numbers;
+        if (pattern.pattern() == u("brand sound") && input.contains(u("<")) && sounds.contains(key)) {
             return PromptData(sounds[key], PromptAudio);
         }
-        QRegExp pattern(form.section(QLatin1Char(' '), 5));
-        if ((field(0) == 0 || field(0) == context) && pattern.indexIn(input) >= 0) {
-            PromptData result(pattern.cap(field(2)), PromptMode(field(1)));
-            result.language = field(3) == 0 ? InvalidLanguage : convertIsoToLanguageId(pattern.cap(field(3)).toUtf8());
-            result.genre = field(4) == 0 ? QString() : pattern.cap(field(4));
+        if ((n[0] == 0 || n[0] == context) && pattern.indexIn(input) >= 0) {
+            PromptData result(pattern.cap(n[2]), PromptMode(n[1]));
+            result.language = n[3] == 0 ? InvalidLanguage : convertIsoToLanguageId(pattern.cap(n[3]).toUtf8());
+            result.genre = n[4] == 0 ? QString() : pattern.cap(n[4]);
             return result;
         }
     }
