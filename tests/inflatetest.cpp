@@ -108,7 +108,7 @@ private Q_SLOTS:
         QCOMPARE(device.largest, 16384);
     }
 
-    // Cut and corrupted at every byte: what comes out is what a plain loop writes up to the failure.
+    // Cut and corrupted at a hundred places, or at each one in a long run: what comes out is what a plain loop writes up to the failure.
     void damagedData()
     {
         LogCapture log;

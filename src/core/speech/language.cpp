@@ -4,6 +4,7 @@
 #include <QHash>
 
 #include <cstring>
+#include <iterator>
 
 namespace {
 
@@ -16,7 +17,7 @@ struct Code
     QByteArrayData header;
     char text[8] = {};
 
-    // NOLINTNEXTLINE(google-explicit-constructor): rows are written as plain literals
+    // Converts, so that rows are written as plain literals.
     template <int size>
     constexpr Code(const char (&code)[size])
         : header{Q_REFCOUNT_INITIALIZE_STATIC, size - 1, 0, 0, offsetof(Code, text)}

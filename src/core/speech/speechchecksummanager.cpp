@@ -51,12 +51,15 @@ bool writeInPlace(const QString& fileName, const QByteArray& content)
     return file.open(QIODevice::WriteOnly) && write(file, content);
 }
 
-/** Whether a file made anew beside @p target would belong to the same user and group. */
+/** Whether a file made anew beside @p target may be, and would belong to the same user and group. */
 bool wouldKeepOwner(const QFileInfo& target)
 {
+    if (!QFileInfo(target.canonicalPath()).isWritable()) {
+        return false;
+    }
     QTemporaryFile newFile(target.canonicalFilePath());
     if (!newFile.open()) {
-        return false;
+        return true; // a full disk, say: then replacing fails too, and the old file stays
     }
     const QFileInfo made(newFile.fileName());
     return made.ownerId() == target.ownerId() && made.groupId() == target.groupId();
@@ -67,8 +70,7 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
     if (fileName.isEmpty()) {
         return false; // not even Qt is to say a word of it
     }
-    // A device must stay one, a folder or a loop of links is refused, and who owns the file reads
-    // it.
+    // A device must stay one, a folder or a loop of links is refused, and an owner keeps his file.
     const QFileInfo target(fileName);
     const bool isReplaceable =
         target.exists() ? target.isFile() && wouldKeepOwner(target) : !target.isSymLink();
