@@ -27,6 +27,7 @@ class Receiver : public QObject
 public Q_SLOTS:
     void count()
     {
+        if (nestsEvents) { QCoreApplication::processEvents(); }
         if (++counted == burstCount * burstSize) {
             QCoreApplication::quit();
         } else if (sendsBursts && counted % burstSize == 0) {
@@ -44,6 +45,7 @@ public:
 
     int counted = 0;
     bool sendsBursts = false;
+    bool nestsEvents = false;
 };
 
 /** Fills the socket from another thread until that waits in the handler, and interrupts its wait. */
@@ -92,6 +94,11 @@ int runCase(int argc, char** argv)
         later([&name] {
             for (int descriptor = name == "no socket" ? 3 : 2; descriptor < 100; ++descriptor) { close(descriptor); }
             std::raise(SIGTERM);
+        });
+    } else if (name == "nested events while quitting") {
+        receiver.nestsEvents = true;
+        later([] {
+            for (const int number : {SIGTERM, SIGUSR1, SIGUSR1, SIGUSR1}) { std::raise(number); }
         });
     } else if (name == "bursts") {
         later([&receiver] { receiver.burst(); });
@@ -160,6 +167,7 @@ private Q_SLOTS:
             {"no socket, unheard", 3, start, ""},
             {"changed later", -1, start + "void PosixSignals::signalHandle() Processing signal 10\n",
                 "errno 4711 counted 1000000"}, // and a new signal is not caught
+            {"nested events while quitting", 0, QByteArray(), "counted 3"},
             {"bursts", 0, QByteArray(), "counted 10000"},
             {"flood", 0, QByteArray(), "counted 10000"},
         };

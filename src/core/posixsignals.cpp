@@ -72,8 +72,9 @@ void PosixSignals::applicationQuit()
     QCoreApplication::quit();
     quitting = true;
     // The event loop ends here. A signal that waits already is not to be lost with it: a second
-    // request to quit is obeyed at once.
-    for (int left = waiting; left > 0; --left) {
+    // request to quit is obeyed at once. A slot that runs events may read further ones, and a read
+    // that fails takes none away.
+    for (int left = waiting; left > 0 && waiting > 0; --left) {
         signalHandle();
     }
 }
