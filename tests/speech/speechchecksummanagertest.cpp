@@ -134,6 +134,28 @@ private Q_SLOTS:
         QVERIFY(!reloaded.checksum(QString(), NoLanguage, Manager::DefaultChecksum).isNull());
     }
 
+    void writesWhatQtWouldWrite()
+    {
+        LogCapture log;
+        const QStringList fragments{u("a"), u(" ~"), u("\""), u("\\"), u("/"), u("\n"), u("\x1f"), u("\x7f"), u("ä"),
+            u("中"), u("😀"), QChar(0xd800), QChar(0)};
+        QRandomGenerator random(1);
+        for (int round = testRounds() / 10; round > 0; --round) {
+            const QString path = randomText(random, fragments, 6);
+            const QByteArray checksum = "c" + randomText(random, fragments, 6).toUtf8(); // never null
+            const auto language = Language(random.bounded(-2, 40));
+            const auto type = Manager::ChecksumType(random.bounded(3));
+            Manager manager;
+            manager.insert(path, language, checksum, type);
+            manager.writePersistentData();
+            const Key key(Key(path, language, type).toString());
+            const QJsonObject object{{u("checksum"), QString::fromUtf8(checksum.constData(), checksum.size())},
+                {u("filePath"), key.filePath}, {u("language"), key.language}, {u("type"), key.type}};
+            QCOMPARE(contentOf(store), QJsonDocument(QJsonArray{object}).toJson());
+            QFile::remove(store);
+        }
+    }
+
     void replacesTheFileInOneStep()
     {
         LogCapture log;

@@ -40,6 +40,33 @@ int readNumber(const QJsonValue& value)
     return number != notAnInteger ? number : value.toVariant().toInt();
 }
 
+/** Appends @p text as a JSON string. What is to be escaped is left to Qt. */
+void appendString(QByteArray& json, const QString& text)
+{
+    const auto isPlain = [](QChar c) {
+        return c >= QLatin1Char(' ') && c <= QLatin1Char('~') && c != QLatin1Char('"')
+               && c != QLatin1Char('\\');
+    };
+    if (std::all_of(text.cbegin(), text.cend(), isPlain)) {
+        json += '"' + text.toLatin1() + '"';
+    } else {
+        const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+        json.append(array.constData() + 1, array.size() - 2); // without its brackets
+    }
+}
+
+/** Appends an entry of the store, indented as QJsonDocument does it. */
+void appendElement(
+    QByteArray& json, const SpeechChecksumManager::ChecksumKey& key, const QByteArray& checksum)
+{
+    json += "    {\n        \"checksum\": ";
+    appendString(json, QString::fromUtf8(checksum.constData(), checksum.size()));
+    json += ",\n        \"filePath\": ";
+    appendString(json, key.filePath);
+    json += ",\n        \"language\": " + QByteArray::number(key.language)
+            + ",\n        \"type\": " + QByteArray::number(key.type) + "\n    }";
+}
+
 bool write(QFileDevice& file, const QByteArray& content)
 {
     return file.write(content) == content.size() && file.flush();
@@ -197,22 +224,18 @@ void SpeechChecksumManager::removeFile()
 
 void SpeechChecksumManager::writePersistentData()
 {
-    // Elements are copies of one with all members, which costs less than making each member anew.
-    const QJsonObject blank{{QStringLiteral("checksum"), QString()},
-        {QStringLiteral("filePath"), QString()}, {QStringLiteral("language"), 0},
-        {QStringLiteral("type"), 0}};
-    QJsonArray elements;
+    // Put together as text: a tree of JSON objects would cost twice the time and five times the
+    // memory of the file.
+    constexpr int usualSize = 192; // of an element
+    QByteArray json;
+    json.reserve(usualSize * checksums.size());
+    json += '[';
     for (auto entry = checksums.constBegin(); entry != checksums.constEnd(); ++entry) {
-        const ChecksumKey key(entry.key());
-        QJsonObject element = blank;
-        element[QLatin1String("checksum")] =
-            QString::fromUtf8(entry.value().constData(), entry.value().size());
-        element[QLatin1String("filePath")] = key.filePath;
-        element[QLatin1String("language")] = int(key.language);
-        element[QLatin1String("type")] = int(key.type);
-        elements.append(element);
+        json += entry == checksums.constBegin() ? "\n" : ",\n";
+        appendElement(json, ChecksumKey(entry.key()), entry.value());
     }
-    if (!replaceFile(checksumFilePath, QJsonDocument(elements).toJson())) {
+    json += "\n]\n";
+    if (!replaceFile(checksumFilePath, json)) {
         // The line names no function, alone among this module's.
         ORV_LOG("void SpeechChecksumManager::writePersistentData()").warning()
             << "Unable to open file for writing" << checksumFilePath;
