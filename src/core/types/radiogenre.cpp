@@ -1,5 +1,7 @@
 #include <core/types/radiogenre.h>
 
+#include <iterator>
+
 namespace {
 
 using Genre = RadioStation::Genre;
@@ -48,55 +50,6 @@ constexpr ProgramType programTypes[] = {
 };
 static_assert(std::size(programTypes) == 32, "a PTY code has 5 bits");
 
-struct Category
-{
-    const char* name;
-    Genre genre;
-};
-
-// Sports in Spanish counts as Latino: its listeners look for it there.
-constexpr Category categories[] = {
-    {"Pop", Genre::Pop},
-    {"More", Genre::Unknown},
-    {"Rock", Genre::Rock},
-    {"Hip-Hop", Genre::HipHop},
-    {"R&B", Genre::RhythmAndBlues},
-    {"Dance/Electronic", Genre::Electronic},
-    {"Country", Genre::Country},
-    {"Christian", Genre::Religion},
-    {"Jazz/Standards", Genre::Jazz},
-    {"Classical", Genre::Classical},
-    {"Jzz/Stndrd/Clscl", Genre::Jazz},
-    {"Jzz/Stndrd/Clscl", Genre::Classical},
-    {"Kids", Genre::Children},
-    {"Family/Health", Genre::Society},
-    {"Sports", Genre::Sports},
-    {"Comedy", Genre::Comedy},
-    {"Marquee Talk", Genre::MarqueeTalk},
-    {"Entertainment", Genre::Entertainment},
-    {"News/PublicRadio", Genre::News},
-    {"News/Politics", Genre::News},
-    {"News/Politics", Genre::Politics},
-    {"Politics/Issues", Genre::Politics},
-    {"Religion", Genre::Religion},
-    {"Traffic/Weather", Genre::Weather},
-    {"Latino", Genre::Latino},
-    {"Canadian", Genre::Canadian},
-    {"Holiday", Genre::Leisure},
-    {"Party", Genre::Party},
-    {"NFL Play-by-Play", Genre::Football},
-    {"NFL PxP", Genre::Football},
-    {"MLB Play-by-Play", Genre::Baseball},
-    {"MLB PxP", Genre::Baseball},
-    {"NBA Play-by-Play", Genre::Basketball},
-    {"NBA PxP", Genre::Basketball},
-    {"NHL Play-by-Play", Genre::Hockey},
-    {"NHL PxP", Genre::Hockey},
-    {"Sports Play-by-Play", Genre::Sports},
-    {"Sports PxP", Genre::Sports},
-    {"Deportes en Vivo", Genre::Latino},
-};
-
 QHash<int, Genre> genresByCode(Genre ProgramType::*vocabulary)
 {
     QHash<int, Genre> genres;
@@ -109,9 +62,58 @@ QHash<int, Genre> genresByCode(Genre ProgramType::*vocabulary)
 
 QMultiHash<QString, Genre> genresByCategory()
 {
+    struct Category
+    {
+        QString name; // in lower case, as it is looked up
+        Genre genre;
+    };
+    // Sports in Spanish counts as Latino: its listeners look for it there.
+    const Category categories[] = {
+        {QStringLiteral("pop"), Genre::Pop},
+        {QStringLiteral("more"), Genre::Unknown},
+        {QStringLiteral("rock"), Genre::Rock},
+        {QStringLiteral("hip-hop"), Genre::HipHop},
+        {QStringLiteral("r&b"), Genre::RhythmAndBlues},
+        {QStringLiteral("dance/electronic"), Genre::Electronic},
+        {QStringLiteral("country"), Genre::Country},
+        {QStringLiteral("christian"), Genre::Religion},
+        {QStringLiteral("jazz/standards"), Genre::Jazz},
+        {QStringLiteral("classical"), Genre::Classical},
+        {QStringLiteral("jzz/stndrd/clscl"), Genre::Jazz},
+        {QStringLiteral("jzz/stndrd/clscl"), Genre::Classical},
+        {QStringLiteral("kids"), Genre::Children},
+        {QStringLiteral("family/health"), Genre::Society},
+        {QStringLiteral("sports"), Genre::Sports},
+        {QStringLiteral("comedy"), Genre::Comedy},
+        {QStringLiteral("marquee talk"), Genre::MarqueeTalk},
+        {QStringLiteral("entertainment"), Genre::Entertainment},
+        {QStringLiteral("news/publicradio"), Genre::News},
+        {QStringLiteral("news/politics"), Genre::News},
+        {QStringLiteral("news/politics"), Genre::Politics},
+        {QStringLiteral("politics/issues"), Genre::Politics},
+        {QStringLiteral("religion"), Genre::Religion},
+        {QStringLiteral("traffic/weather"), Genre::Weather},
+        {QStringLiteral("latino"), Genre::Latino},
+        {QStringLiteral("canadian"), Genre::Canadian},
+        {QStringLiteral("holiday"), Genre::Leisure},
+        {QStringLiteral("party"), Genre::Party},
+        {QStringLiteral("nfl play-by-play"), Genre::Football},
+        {QStringLiteral("nfl pxp"), Genre::Football},
+        {QStringLiteral("mlb play-by-play"), Genre::Baseball},
+        {QStringLiteral("mlb pxp"), Genre::Baseball},
+        {QStringLiteral("nba play-by-play"), Genre::Basketball},
+        {QStringLiteral("nba pxp"), Genre::Basketball},
+        {QStringLiteral("nhl play-by-play"), Genre::Hockey},
+        {QStringLiteral("nhl pxp"), Genre::Hockey},
+        {QStringLiteral("sports play-by-play"), Genre::Sports},
+        {QStringLiteral("sports pxp"), Genre::Sports},
+        {QStringLiteral("deportes en vivo"), Genre::Latino},
+    };
+
     QMultiHash<QString, Genre> genres;
+    genres.reserve(int(std::size(categories)));
     for (const Category& category : categories) {
-        genres.insert(QString::fromLatin1(category.name).toLower(), category.genre);
+        genres.insert(category.name, category.genre);
     }
     return genres;
 }
