@@ -14,14 +14,20 @@ struct Contender {
 struct Comparison {
     std::string operation;
     std::string input;
-    double target; ///< our time by that of the first peer, at most; 0 where it is only shown
+    double target; ///< our time by that of the first peer, at most
     std::function<double()> ours;
     std::vector<Contender> peers;
     long allocationLimit = -1; ///< heap allocations of one call at most; -1 where any number will do
     bool isSelfTimed = false;
+
+    // Where the same thing is done with inputs of several sizes:
+    std::string series = {};
+    double work = 0;    ///< in characters, rows and the like
+    long heapLimit = 0; ///< in bytes; 0 where it is only shown
 };
 
-void addComparison(const Comparison& comparison);
+/** @return what was added, for what is set afterwards; good until the next is added */
+Comparison& addComparison(const Comparison& comparison);
 
 /** Turns a function without a result into what a contender runs. */
 template <typename Function> std::function<double()> timed(Function function)

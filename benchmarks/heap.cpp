@@ -1,34 +1,61 @@
-#include "allocations.h"
+#include "heap.h"
 
-#include <cstddef>
+#include <algorithm>
 
-// glibc's own allocator under its other name; what the program defines as malloc comes before it.
+#include <malloc.h>
+
+// glibc's own allocator under its other names; what the program defines comes before it.
 extern "C" void* __libc_malloc(std::size_t size);
 extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
 extern "C" void* __libc_realloc(void* memory, std::size_t size);
+extern "C" void __libc_free(void* memory);
 
 namespace {
 
-long count = 0; // of one thread, since nothing here starts another that matters
+// Of one thread, since nothing here starts another that matters.
+bool isMeasuring = false;
+HeapUse use;
+long inUse;
+
+void* taken(void* memory)
+{
+    if (isMeasuring) {
+        ++use.allocations;
+        inUse += long(malloc_usable_size(memory));
+        use.peak = std::max(use.peak, inUse);
+    }
+    return memory;
+}
+
+void given(void* memory)
+{
+    if (isMeasuring) { inUse -= long(malloc_usable_size(memory)); }
+}
 
 } // namespace
 
-extern "C" void* malloc(std::size_t size)
-{
-    ++count;
-    return __libc_malloc(size);
-}
+extern "C" void* malloc(std::size_t size) { return taken(__libc_malloc(size)); }
 
-extern "C" void* calloc(std::size_t number, std::size_t size)
-{
-    ++count;
-    return __libc_calloc(number, size);
-}
+extern "C" void* calloc(std::size_t count, std::size_t size) { return taken(__libc_calloc(count, size)); }
 
 extern "C" void* realloc(void* memory, std::size_t size)
 {
-    ++count;
-    return __libc_realloc(memory, size);
+    given(memory);
+    return taken(__libc_realloc(memory, size));
 }
 
-long allocationCount() { return count; }
+extern "C" void free(void* memory)
+{
+    given(memory);
+    __libc_free(memory);
+}
+
+HeapUse heapUseOf(const std::function<void()>& function)
+{
+    use = HeapUse();
+    inUse = 0;
+    isMeasuring = true;
+    function();
+    isMeasuring = false;
+    return use;
+}

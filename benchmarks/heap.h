@@ -1,4 +1,11 @@
 #pragma once
 
-/** The number of heap allocations so far, of all that is linked. */
-long allocationCount();
+#include <functional>
+
+struct HeapUse {
+    long allocations;
+    long peak; ///< in bytes, beyond what was in use before
+};
+
+/** What @p function takes from the heap. */
+HeapUse heapUseOf(const std::function<void()>& function);

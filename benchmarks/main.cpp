@@ -1,17 +1,19 @@
-// Runs the library beside its peers, interleaved, and prints one table.
-// usage: orvbench [--brief] [FILTER]   --brief runs each once, without a verdict
+// Runs the library beside its peers, interleaved, and prints tables of what each took.
+// usage: orvbench [--brief] [FILTER]   --brief runs each once and only says so
 
-#include "allocations.h"
 #include "comparison.h"
+#include "heap.h"
+#include "report.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
 
-#include <algorithm>
 #include <cstdio>
 #include <map>
 #include <regex>
+
+#include <malloc.h>
 
 namespace {
 
@@ -47,13 +49,13 @@ void registerContender(
             if (isSelfTimed) { state.SetIterationTime(seconds); }
         }
     });
-    registered->Unit(benchmark::kNanosecond)->Repetitions(isBrief ? 1 : 9);
+    registered->Unit(benchmark::kNanosecond)->Repetitions(isBrief ? 1 : 15);
     if (isBrief) {
         registered->Iterations(1);
     } else if (isSelfTimed) {
         registered->Iterations(5);
     } else {
-        registered->MinTime(0.03);
+        registered->MinTime(0.02);
     }
     if (isSelfTimed) {
         registered->UseManualTime();
@@ -62,73 +64,47 @@ void registerContender(
     }
 }
 
-long allocationsOf(const Comparison& comparison)
+void registerAll(const std::regex& filter, bool isBrief)
 {
-    comparison.ours(); // what is made once is not counted
-    const long before = allocationCount();
-    comparison.ours();
-    return allocationCount() - before;
-}
-
-std::string duration(double nanoseconds)
-{
-    const char* const units[] = {"ns", "us", "ms", "s"};
-    std::size_t unit = 0;
-    while (nanoseconds >= 1000 && unit + 1 < std::size(units)) {
-        nanoseconds /= 1000;
-        ++unit;
+    for (std::size_t i = 0; i < comparisons.size(); ++i) {
+        const Comparison& comparison = comparisons[i];
+        if (std::regex_search(comparison.operation + ' ' + comparison.series + ' ' + comparison.input, filter)) {
+            registerContender(i, "orv", comparison.ours, comparison.isSelfTimed, isBrief);
+            for (const Contender& peer : comparison.peers) {
+                registerContender(i, peer.name, peer.run, comparison.isSelfTimed, isBrief);
+            }
+        }
     }
-    char text[32];
-    std::snprintf(text, sizeof text, "%.*f %s",
-        nanoseconds < 10    ? 2
-        : nanoseconds < 100 ? 1
-                            : 0,
-        nanoseconds, units[unit]);
-    return text;
 }
 
-/** @return whether all targets hold */
-bool printTable(const std::map<std::string, double>& medians, bool isBrief)
+std::vector<Measurement> measurementsOf(const std::map<std::string, double>& medians)
 {
-    bool allHold = true;
-    std::puts("| Operation | Input | Ours | Peer | Ratio | Target | Allocations | Holds | Also shown |\n"
-              "|---|---|---|---|---|---|---|---|---|");
+    std::vector<Measurement> measurements;
     for (std::size_t i = 0; i < comparisons.size(); ++i) {
         const Comparison& comparison = comparisons[i];
         const auto ours = medians.find(keyOf(i, "orv"));
         if (ours == medians.end()) { continue; }
-        const Contender& peer = comparison.peers.front();
-        const double peerTime = medians.at(keyOf(i, peer.name));
-        const double ratio = ours->second / peerTime;
-        const long allocations = comparison.isSelfTimed ? -1 : allocationsOf(comparison);
-        const bool holds = (comparison.target == 0 || ratio <= comparison.target)
-                           && (comparison.allocationLimit < 0 || allocations <= comparison.allocationLimit);
-        allHold = allHold && holds;
-        std::string others;
-        for (std::size_t k = 1; k < comparison.peers.size(); ++k) {
-            others += comparison.peers[k].name + ' ' + duration(medians.at(keyOf(i, comparison.peers[k].name))) + ' ';
+        Measurement measurement{comparison, ours->second, {}, {}};
+        for (const Contender& peer : comparison.peers) { measurement.peers.push_back(medians.at(keyOf(i, peer.name))); }
+        if (!comparison.isSelfTimed) { // what is made once was made by now
+            measurement.heap = heapUseOf([&comparison] { comparison.ours(); });
         }
-        char target[16] = "";
-        if (comparison.target > 0) { std::snprintf(target, sizeof target, "%.2f", comparison.target); }
-        std::printf("| %s | %s | %s | %s: %s | %.2f | %s | %s | %s | %s|\n", comparison.operation.c_str(),
-            comparison.input.c_str(), duration(ours->second).c_str(), peer.name.c_str(), duration(peerTime).c_str(),
-            ratio, target, allocations < 0 ? "" : std::to_string(allocations).c_str(),
-            isBrief ? ""
-            : holds ? "yes"
-                    : "**no**",
-            others.c_str());
+        measurements.push_back(measurement);
     }
-    return allHold || isBrief;
+    return measurements;
 }
 
 } // namespace
 
-void addComparison(const Comparison& comparison) { comparisons.push_back(comparison); }
+Comparison& addComparison(const Comparison& comparison) { return comparisons.emplace_back(comparison); }
 
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
+    // Memory stays with the process: getting it from the system anew is not what is compared.
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    mallopt(M_MMAP_THRESHOLD, 1 << 30);
     bool isBrief = false;
     std::regex filter("");
     for (int i = 1; i < argc; ++i) {
@@ -142,15 +118,7 @@ int main(int argc, char** argv)
              addStore, addLoading}) {
         add();
     }
-    for (std::size_t i = 0; i < comparisons.size(); ++i) {
-        const Comparison& comparison = comparisons[i];
-        if (std::regex_search(comparison.operation + ' ' + comparison.input, filter)) {
-            registerContender(i, "orv", comparison.ours, comparison.isSelfTimed, isBrief);
-            for (const Contender& peer : comparison.peers) {
-                registerContender(i, peer.name, peer.run, comparison.isSelfTimed, isBrief);
-            }
-        }
-    }
+    registerAll(filter, isBrief);
     // Interleaving spreads what else the machine does over all contenders.
     std::string interleave = "--benchmark_enable_random_interleaving=true";
     char* options[] = {argv[0], interleave.data()};
@@ -158,5 +126,15 @@ int main(int argc, char** argv)
     benchmark::Initialize(&optionCount, options);
     MedianKeeper keeper;
     benchmark::RunSpecifiedBenchmarks(&keeper);
-    return printTable(keeper.medians, isBrief) ? 0 : 1;
+
+    const std::vector<Measurement> measurements = measurementsOf(keeper.medians);
+    if (measurements.empty()) {
+        std::fputs("orvbench: no benchmark fits the filter\n", stderr);
+        return 2;
+    }
+    if (isBrief) {
+        std::printf("%zu comparisons ran once each\n", measurements.size());
+        return 0;
+    }
+    return printReport(measurements) ? 0 : 1;
 }
