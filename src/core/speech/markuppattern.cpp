@@ -16,11 +16,18 @@ bool isBlank(char16_t character)
 std::size_t findLast(
     std::u16string_view text, std::u16string_view fixed, std::size_t begin, std::size_t end)
 {
-    if (end < begin) {
+    if (end < begin + fixed.size()) {
         return nowhere;
     }
-    const std::size_t found = text.substr(begin, end - begin).rfind(fixed);
-    return found == nowhere ? nowhere : begin + found;
+    std::size_t at = end - fixed.size();
+    // Few places have the right first character, and only there is the rest worth a call.
+    while (text[at] != fixed.front() || text.compare(at, fixed.size(), fixed) != 0) {
+        if (at == begin) {
+            return nowhere;
+        }
+        --at;
+    }
+    return at;
 }
 
 /** The last place where @p fixed ends a run of non-blanks that starts at @p begin. */
