@@ -140,7 +140,7 @@ private Q_SLOTS:
         const QStringList fragments{u("a"), u(" ~"), u("\""), u("\\"), u("/"), u("\n"), u("\x1f"), u("\x7f"), u("ä"),
             u("中"), u("😀"), QChar(0xd800), QChar(0)};
         QRandomGenerator random(1);
-        for (int round = testRounds() / 10; round > 0; --round) {
+        for (int round = testRounds(10); round > 0; --round) {
             const QString path = randomText(random, fragments, 6);
             const QByteArray checksum = "c" + randomText(random, fragments, 6).toUtf8(); // never null
             const auto language = Language(random.bounded(-2, 40));
@@ -212,7 +212,7 @@ private Q_SLOTS:
     {
         LogCapture log;
         QRandomGenerator random(1);
-        for (int round = testRounds() / 2000; round > 0; --round) {
+        for (int round = testRounds(2000); round > 0; --round) {
             QProcess writer;
             writer.start(QCoreApplication::applicationFilePath(), {u("rewrite"), u("2000")});
             QTRY_VERIFY(QFile::exists(store));

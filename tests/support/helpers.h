@@ -5,7 +5,9 @@
 #include <QFileInfo>
 #include <QRandomGenerator>
 #include <QStringList>
+#include <QTest>
 
+#include <cstdio>
 #include <thread>
 #include <vector>
 
@@ -40,8 +42,13 @@ inline QVector<QStringList> readCases(const char* name)
     return cases;
 }
 
-/** How often a randomised comparison runs: 20,000 times unless ORV_TEST_ROUNDS says else. */
-inline int testRounds() { return qEnvironmentVariable("ORV_TEST_ROUNDS", QStringLiteral("20000")).toInt(); }
+/** How often a randomised comparison runs, which it prints: 20,000 times by @p share unless ORV_TEST_ROUNDS says else. */
+inline int testRounds(int share = 1)
+{
+    const int rounds = qEnvironmentVariable("ORV_TEST_ROUNDS", QStringLiteral("20000")).toInt() / share;
+    std::printf("ROUNDS : %s %d\n", QTest::currentTestFunction(), rounds);
+    return rounds;
+}
 
 /** Up to @p most of the fragments in a row; few kinds of them in one text, so that rare neighbours meet. */
 inline QString randomText(QRandomGenerator& random, const QStringList& fragments, int most)
