@@ -2,8 +2,8 @@
 
 #include <support/helpers.h>
 #include <support/logcapture.h>
+#include <support/plainways.h>
 
-#include <QBuffer>
 #include <QTest>
 #include <QtEndian>
 
@@ -20,35 +20,6 @@ QVector<QByteArray> compressed(const QByteArray& data)
     qToLittleEndian(quint32(crc32(0, reinterpret_cast<const Bytef*>(data.data()), uInt(data.size()))), trailer.data());
     qToLittleEndian(quint32(data.size()), trailer.data() + 4);
     return {zlib, QByteArray("\x1f\x8b\x08\0\0\0\0\0\0\x03", 10) + zlib.mid(2, zlib.size() - 6) + trailer};
-}
-
-/** The plain way; @p result is the last result code. */
-QByteArray inflatedPlainly(QByteArray data, int& result)
-{
-    z_stream stream = {};
-    inflateInit2(&stream, 47);
-    stream.next_in = reinterpret_cast<Bytef*>(data.data());
-    stream.avail_in = uInt(data.size());
-    QByteArray output;
-    char block[16384];
-    do {
-        stream.next_out = reinterpret_cast<Bytef*>(block);
-        stream.avail_out = sizeof block;
-        result = inflate(&stream, Z_NO_FLUSH);
-        output.append(block, result < 0 && result != Z_BUF_ERROR ? 0 : int(sizeof block - stream.avail_out));
-    } while (stream.avail_out == 0 && (result >= 0 || result == Z_BUF_ERROR));
-    inflateEnd(&stream);
-    return output;
-}
-
-QByteArray inflated(const QByteArray& data, int pieceSize)
-{
-    QBuffer buffer;
-    buffer.open(QIODevice::WriteOnly);
-    Inflate inflate(buffer);
-    inflate << QByteArray();
-    for (int i = 0; i < data.size(); i += pieceSize) { inflate << data.mid(i, pieceSize); }
-    return buffer.data();
 }
 
 /** A device that keeps the size of the largest block written to it. */

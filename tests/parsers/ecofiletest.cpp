@@ -1,39 +1,10 @@
 #include <core/parsers/ecofile.h>
 
 #include <support/helpers.h>
+#include <support/plainways.h>
 
-#include <QRegExp>
 #include <QTemporaryDir>
 #include <QTest>
-
-namespace {
-
-/** The plain way, with a pattern for every line. */
-QStringList fieldsByPattern(const QString& line, char separator)
-{
-    QRegExp pattern(u("((?:[^%1\"]|\"[^\"]*\"|^[%1])+)").arg(QLatin1Char(separator)));
-    QStringList fields;
-    for (int at = 0; (at = pattern.indexIn(line, at, QRegExp::CaretAtOffset)) >= 0; at += pattern.matchedLength()) {
-        QString field = pattern.cap(1).trimmed();
-        for (const char* opening : {";", " ", "\""}) { field = field.startsWith(u(opening)) ? field.mid(1) : field; }
-        fields += field.endsWith(u("\"")) ? field.chopped(1) : field;
-    }
-    return fields;
-}
-
-/** The fields of a line, for which that many columns are declared; null when the line is dropped. */
-QStringList fieldsOf(const QString& line, int separator, int count)
-{
-    EcoFile file;
-    file.parseHeaderLine(u("#Separator %1").arg(separator, 0, 16));
-    for (int i = 0; i < count; ++i) { file.parseHeaderLine(u("#Column %1").arg(i)); }
-    file.parseDataLine(line);
-    QStringList fields;
-    for (int i = 0; i < count && !file.rows().isEmpty(); ++i) { fields += file.rows().first()[QString::number(i)]; }
-    return fields;
-}
-
-} // namespace
 
 class EcoFileTest : public QObject
 {

@@ -2,98 +2,13 @@
 
 #include <support/helpers.h>
 #include <support/logcapture.h>
+#include <support/plainways.h>
 
-#include <QRegExp>
 #include <QTest>
 
 #include <atomic>
 
 namespace {
-
-/** The plain way: the rules one after the other, without a thought of speed. */
-class PlainSplitter
-{
-public:
-    static QStringList split(const QString& text, Language language)
-    {
-        const bool spaceless = language == Japanese || languageGroup(language) == ChineseGroup;
-        const bool contextual = language != Arabic && language != Korean && !spaceless;
-        const QString terminators = language == Arabic     ? u("!.؟⸮")
-                                    : language == Japanese ? u("!?⁇⁈⁉。﹒﹖﹗︒︕︖！？｡．")
-                                    : spaceless            ? u("!?⁇⁈⁉。﹒﹖﹗︒︕︖！？｡")
-                                                           : u("!.?⁇⁈⁉");
-        QStringList list;
-        QString buffer;
-        for (int i = 0; i < text.size(); ++i) {
-            buffer += text[i];
-            const bool isTag = text[i] == QLatin1Char('!') && i > 0 && text[i - 1] == QLatin1Char('\\');
-            const bool isInside = contextual && i + 1 < text.size() && !text[i + 1].isSpace();
-            if (terminators.contains(text[i]) && !isInside && !isTag) {
-                list += buffer.trimmed();
-                buffer.clear();
-            }
-        }
-        list += buffer.trimmed();
-        list.removeAll(QString());
-        if (contextual) { list = rejoined(list, terminators); }
-        merge(list, spaceless ? QString() : u(" "), contextual);
-        carryTags(list);
-        return list;
-    }
-
-private:
-    static QStringList rejoined(const QStringList& entries, const QString& terminators)
-    {
-        QStringList list;
-        for (const QString& entry : entries) {
-            const QString last = list.isEmpty() ? QString() : list.last();
-            int i = last.size() - 1;
-            while (i > 0 && terminators.contains(last[i])) { --i; }
-            const bool isLower = entry[0].isLetter() && entry[0].category() != QChar::Letter_Uppercase;
-            if (!last.isEmpty() && (isLower || (i > 0 && last[i].isNumber()))) {
-                list.last() += QLatin1Char(' ') + entry;
-            } else {
-                list += entry;
-            }
-        }
-        return list;
-    }
-
-    static void merge(QStringList& list, const QString& joiner, bool contextual)
-    {
-        const int limit = 2 * list.size();
-        for (int pass = 0; pass < limit; ++pass) {
-            int i = 0;
-            while (i < list.size() && list[i].size() >= 10 && (!contextual || list[i].count(joiner) >= 5)) { ++i; }
-            if (i == list.size() || list.size() == 1) { return; }
-            const int previous = i > 0 ? list[i - 1].size() : INT_MAX;
-            const int next = i + 1 < list.size() ? list[i + 1].size() : INT_MAX;
-            if (previous > next) {
-                list[i + 1] = list[i] + joiner + list[i + 1];
-            } else {
-                list[i - 1] += joiner + list[i];
-            }
-            list.removeAt(i);
-        }
-    }
-
-    static void carryTags(QStringList& list)
-    {
-        const QHash<QString, int> ranks = {
-            {u("lang"), 0}, {u("vol"), 2}, {u("rate"), 3}, {u("toi"), 4}, {u("domain"), 6}};
-        QRegExp tag(u(R"(\\!(\\)(\S+)=(\S+)(\\)(\s))"));
-        QRegExp reset(u(R"(\\!(\\)(rst)(\\)(\s))"));
-        QMap<int, QString> carried;
-        for (int i = 1; i < list.size(); ++i) {
-            const int resetAt = reset.lastIndexIn(list[i - 1]);
-            if (resetAt >= 0) { carried.clear(); }
-            for (int at = 0; (at = tag.indexIn(list[i - 1], at)) >= 0; at += tag.matchedLength()) {
-                if (at > resetAt) { carried[ranks.value(tag.cap(2), -1)] = tag.cap(0); }
-            }
-            for (const QString& text : qAsConst(carried)) { list[i].prepend(text); }
-        }
-    }
-};
 
 const QStringList fragments =
     QString::fromUtf8(R"(.|!|?|⁉|؟|⸮|。|．|！|｡|﹗| | | |
@@ -151,7 +66,7 @@ private Q_SLOTS:
             const QString text = randomText(random, fragments, 40);
             for (const Language language :
                 {German, Arabic, MandarinChina, Korean, Japanese, CantoneseChina, InvalidLanguage}) {
-                const QStringList expected = PlainSplitter::split(text, language);
+                const QStringList expected = splitPlainly(text, language);
                 QVERIFY2(SentenceTokenizer::split(text, language) == expected,
                     qPrintable(u("%1: %2").arg(language).arg(text)));
             }
@@ -175,7 +90,7 @@ private Q_SLOTS:
     void splitsInSeveralThreads()
     {
         const QString text = u("\\!\\vol=5\\ Das ist der erste Satz hier. Und das ist nun der zweite!");
-        const QStringList expected = PlainSplitter::split(text, German);
+        const QStringList expected = splitPlainly(text, German);
         std::atomic<int> right{0};
         LogCapture log;
         runInThreads(8, [&text, &expected, &right](int) {

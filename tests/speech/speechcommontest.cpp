@@ -2,8 +2,8 @@
 
 #include <support/helpers.h>
 #include <support/logcapture.h>
+#include <support/plainways.h>
 
-#include <QRegExp>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -11,52 +11,7 @@
 
 namespace {
 
-using Sounds = QHash<QString, QString>;
-
 QString soundsFileName() { return QCoreApplication::applicationDirPath() + u("/../share/tts/common.json"); }
-
-/** The plain way, with QRegExp: the forms one after the other. */
-PromptData parsePlainly(const QString& input, PromptContext context, const Sounds& sounds)
-{
-    struct Form {
-        QVector<int> numbers; // of the line in the file
-        QRegExp pattern;
-    };
-    static const QVector<Form> forms = [] {
-        QVector<Form> result;
-        for (const QStringList& lines : readCases("forms.txt")) {
-            Form form{{}, QRegExp(lines[0].section(QLatin1Char(' '), 5))};
-            for (int i = 0; i < 5; ++i) { form.numbers += lines[0].section(QLatin1Char(' '), i, i).toInt(); }
-            result += form;
-        }
-        return result;
-    }();
-    QRegExp textLanguage(u(R"~(<text language="(\S+)">(.*)</text>)~"));
-    const QString key = textLanguage.indexIn(input) < 0 ? input : textLanguage.cap(2);
-    if (context == BrandSoundContext) {
-        return PromptData(sounds.value(key, key), sounds.contains(key) ? PromptAudio : PromptText);
-    }
-    for (const Form& form : forms) {
-        QRegExp pattern = form.pattern;
-        const QVector<int>& n = form.numbers;
-        if (pattern.pattern() == u("brand sound") && input.contains(u("<")) && sounds.contains(key)) {
-            return PromptData(sounds[key], PromptAudio);
-        }
-        if ((n[0] == 0 || n[0] == context) && pattern.indexIn(input) >= 0) {
-            PromptData result(pattern.cap(n[2]), PromptMode(n[1]));
-            result.language = n[3] == 0 ? InvalidLanguage : convertIsoToLanguageId(pattern.cap(n[3]).toUtf8());
-            result.genre = n[4] == 0 ? QString() : pattern.cap(n[4]);
-            return result;
-        }
-    }
-    return PromptData(input, PromptText);
-}
-
-QString printed(const PromptData& prompt)
-{
-    return u("%1 %2 %3 ").arg(prompt.mode).arg(prompt.language).arg(prompt.genre.isEmpty() ? u("-") : prompt.genre)
-           + prompt.text;
-}
 
 } // namespace
 
