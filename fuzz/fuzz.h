@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstddef>
+
+/** What a fuzzer hands over: a byte that chooses a variant, and the content. */
+class FuzzInput
+{
+public:
+    FuzzInput(const quint8* data, std::size_t size)
+        : variant(size > 0 ? data[0] : 0)
+        , bytes(size > 0 ? QByteArray(reinterpret_cast<const char*>(data + 1), int(size - 1)) : QByteArray(""))
+    {}
+
+    QString text() const { return QString::fromUtf8(bytes.constData(), bytes.size()); }
+
+    template <typename T, std::size_t count> T chosenOf(const T (&values)[count]) const
+    {
+        return values[variant % count];
+    }
+
+    const quint8 variant;
+    const QByteArray bytes;
+};
+
+/** Ends the process, which is a finding, unless @p holds. */
+void require(bool holds, const char* rule);
