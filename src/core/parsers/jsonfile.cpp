@@ -75,10 +75,7 @@ QJsonValue JsonPath::value(const QString& path, const QJsonValue& defaultValue) 
         if (keyEnd == pathEnd) {
             return found;
         }
-        if (!found.isObject()) {
-            return defaultValue;
-        }
-        object = found.toObject();
+        object = found.toObject(); // empty unless it is an object
         key = keyEnd + 1;
     }
 }
