@@ -12,6 +12,7 @@
 #include <csignal>
 
 #include <pthread.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
@@ -95,6 +96,9 @@ int runCase(int argc, char** argv)
             for (int descriptor = name == "no socket" ? 3 : 2; descriptor < 100; ++descriptor) { close(descriptor); }
             std::raise(SIGTERM);
         });
+    } else if (name == "no descriptors") {
+        const rlimit tight{3, 3};
+        setrlimit(RLIMIT_NOFILE, &tight);
     } else if (name == "nested events while quitting") {
         receiver.nestsEvents = true;
         later([] {
@@ -165,6 +169,10 @@ private Q_SLOTS:
             {"while quitting, unheard", 1, once, ""},
             {"no socket", 4, start + lost, ""},
             {"no socket, unheard", 3, start, ""},
+            {"no descriptors", 0,
+                start + "void PosixSignals::initialize() Creating Unix socket failed\n"
+                    + "QSocketNotifier: Invalid socket specified\n",
+                "counted 0"},
             {"changed later", -1, start + "void PosixSignals::signalHandle() Processing signal 10\n",
                 "errno 4711 counted 1000000"}, // and a new signal is not caught
             {"nested events while quitting", 0, QByteArray(), "counted 3"},

@@ -171,18 +171,20 @@ private Q_SLOTS:
         QCOMPARE(QFile::permissions(target), permissions);
         log.takeLines();
 
-        // A file-size limit stands in for a full disk.
+        // A file-size limit stands in for a full disk; the other leaves no descriptor for a new file.
         manager.insert(u("f"), German, "1", Manager::DefaultChecksum);
         std::signal(SIGXFSZ, SIG_IGN);
-        rlimit usual;
-        getrlimit(RLIMIT_FSIZE, &usual);
-        const rlimit tight{10, usual.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &tight);
-        manager.writePersistentData();
-        setrlimit(RLIMIT_FSIZE, &usual);
         const QString warning = u("warning: Unable to open file for writing \"%1\"");
-        QCOMPARE(log.takeTexts(), QStringList(warning.arg(store)));
-        QCOMPARE(contentOf(target), QByteArray("[\n]\n"));
+        for (const auto resource : {RLIMIT_FSIZE, RLIMIT_NOFILE}) {
+            rlimit usual;
+            getrlimit(resource, &usual);
+            const rlimit tight{3, usual.rlim_max};
+            setrlimit(resource, &tight);
+            manager.writePersistentData();
+            setrlimit(resource, &usual);
+            QCOMPARE(log.takeTexts(), QStringList(warning.arg(store)));
+            QCOMPARE(contentOf(target), QByteArray("[\n]\n"));
+        }
         QCOMPARE(QDir(folder->path()).entryList(QDir::Files).size(), 2);
 
         for (const QString& fileName : {QString(), folder->path(), folder->filePath(u("none/store.json"))}) {
