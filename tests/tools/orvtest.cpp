@@ -69,7 +69,7 @@ private Q_SLOTS:
     void helpAndVersion()
     {
         for (const char* command :
-            {"checksum", "genre", "inflate", "json", "language", "prompt", "sentences", "sound", "table"}) {
+            {"check", "checksum", "genre", "inflate", "json", "language", "prompt", "sentences", "sound", "table"}) {
             for (const char* option : {"--help", "--version"}) {
                 QProcess program;
                 program.start(u(ORV_PROGRAM), {u(command), u(option)});

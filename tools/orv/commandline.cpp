@@ -1,6 +1,7 @@
 #include "commandline.h"
 
 #include "output.h"
+#include "suggestion.h"
 
 #include <QCoreApplication>
 
@@ -78,8 +79,7 @@ Language CommandLine::language() const
     const QString code = value("language");
     const Language language = convertIsoToLanguageId(code.toUtf8());
     if (language == InvalidLanguage) {
-        throw Failure{
-            QStringLiteral("unknown language: \"%1\" (orv language lists them)").arg(code)};
+        throw Failure{unknownLanguage(code) + QStringLiteral(" (orv language lists them)")};
     }
     return language;
 }

@@ -8,6 +8,7 @@ class QStringList;
  * Each takes the words behind its name and gives the exit code: 0 done, 1 for a negative finding
  * such as an unknown code. Wrong use and unreadable input are thrown as Failure, which makes it 2.
  */
+int runCheck(const QStringList& arguments);
 int runChecksum(const QStringList& arguments);
 int runGenre(const QStringList& arguments);
 int runInflate(const QStringList& arguments);

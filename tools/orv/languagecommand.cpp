@@ -1,6 +1,7 @@
 #include "commandline.h"
 #include "commands.h"
 #include "output.h"
+#include "suggestion.h"
 
 #include <QJsonObject>
 #include <QJsonValue>
@@ -148,7 +149,7 @@ int runLanguage(const QStringList& arguments)
     for (const QString& code : commandLine.arguments()) {
         const QVector<Language> found = languagesKnownAs(code);
         if (found.isEmpty()) {
-            printError(QStringLiteral("unknown language: \"%1\"").arg(code));
+            printError(unknownLanguage(code));
             exitCode = 1;
         }
         languages += found;

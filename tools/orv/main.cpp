@@ -1,6 +1,7 @@
 #include "commandline.h"
 #include "commands.h"
 #include "output.h"
+#include "suggestion.h"
 
 #include <QCoreApplication>
 #include <QTextCodec>
@@ -17,6 +18,7 @@ struct Command
 };
 
 constexpr Command commands[] = {
+    {"check", "what authors hardly mean in prompts, sounds, tables, stores, settings", runCheck},
     {"checksum", "checksums of speech data files: update, verify, list, remove", runChecksum},
     {"genre", "radio genres, and what broadcasters call them", runGenre},
     {"inflate", "decompresses zlib and gzip streams", runInflate},
@@ -61,7 +63,11 @@ int run(QStringList words)
     const auto* const command = std::find_if(std::begin(commands), std::end(commands),
         [&name](const Command& candidate) { return name == QLatin1String(candidate.name); });
     if (command == std::end(commands)) {
-        throw Failure{QStringLiteral("unknown command: \"%1\" (orv --help lists them)").arg(name)};
+        QStringList names;
+        for (const Command& candidate : commands) {
+            names += QLatin1String(candidate.name);
+        }
+        throw Failure{unknown("command", name, names) + QStringLiteral(" (orv --help lists them)")};
     }
     return command->run(words);
 }

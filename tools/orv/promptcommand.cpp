@@ -1,5 +1,6 @@
 #include "commandline.h"
 #include "commands.h"
+#include "context.h"
 #include "input.h"
 #include "output.h"
 
@@ -10,35 +11,6 @@
 #include <QJsonObject>
 
 namespace {
-
-struct ContextName
-{
-    const char* name;
-    PromptContext context;
-};
-
-constexpr ContextName contextNames[] = {
-    {"general", GeneralContext},
-    {"brandsound", BrandSoundContext},
-    {"a4a", A4AContext},
-};
-
-PromptContext contextOf(const QString& text)
-{
-    for (const ContextName& row : contextNames) {
-        if (text.compare(QLatin1String(row.name), Qt::CaseInsensitive) == 0) {
-            return row.context;
-        }
-    }
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber);
-    if (!isNumber) {
-        throw Failure{
-            QStringLiteral("unknown context: \"%1\" (general, brandsound, a4a or a number)")
-                .arg(text)};
-    }
-    return PromptContext(number);
-}
 
 QString modeName(PromptMode mode)
 {

@@ -2,47 +2,16 @@
 #include "commands.h"
 #include "input.h"
 #include "output.h"
-
-#include <core/parsers/ecofile.h>
+#include "tablereader.h"
 
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonObject>
 #include <QRegularExpression>
-#include <QTextStream>
 
 namespace {
 
 constexpr int shownLineNumbers = 5;
-
-struct Table
-{
-    EcoFile file;
-    QVector<int> droppedLines;
-};
-
-/** Reads as the library does, but line by line, to know which lines it drops. */
-Table readTable(QString& fileName)
-{
-    QFile file;
-    openInput(file, fileName);
-    Table table;
-    QTextStream stream(&file);
-    QString line;
-    for (int number = 1; stream.readLineInto(&line); ++number) {
-        line = line.trimmed();
-        if (line.startsWith(QLatin1Char('#'))) {
-            table.file.parseHeaderLine(line);
-        } else if (!line.isEmpty()) {
-            const int rowCount = table.file.rows().size();
-            table.file.parseDataLine(line);
-            if (table.file.rows().size() == rowCount) {
-                table.droppedLines.append(number);
-            }
-        }
-    }
-    return table;
-}
 
 void reportDropped(const QString& fileName, const QVector<int>& lines)
 {
@@ -134,20 +103,27 @@ int runTable(const QStringList& arguments)
         throw Failure{QStringLiteral("either --json or --csv")};
     }
     QString fileName = commandLine.arguments()[0];
-    const Table table = readTable(fileName);
-    QStringList columns = table.file.header().columns();
+    QFile input;
+    openInput(input, fileName);
+    QVector<int> droppedLines;
+    const EcoFile table = readTable(input, [&droppedLines](const TableLine& line, const EcoFile&) {
+        if (line.isDropped) {
+            droppedLines.append(line.number);
+        }
+    });
+    QStringList columns = table.header().columns();
     columns.removeDuplicates(); // the last field of a name is the one that counts
 
     if (commandLine.isSet("json")) {
-        printAsJson(table.file, columns);
+        printAsJson(table, columns);
     } else if (commandLine.isSet("csv")) {
         print(csvLine(columns));
-        for (const EcoFile::Row& row : table.file.rows()) {
+        for (const EcoFile::Row& row : table.rows()) {
             print(csvLine(cellsOf(row, columns)));
         }
     } else {
-        printForPeople(table.file, columns);
+        printForPeople(table, columns);
     }
-    reportDropped(fileName, table.droppedLines);
+    reportDropped(fileName, droppedLines);
     return 0;
 }

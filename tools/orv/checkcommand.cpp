@@ -1,0 +1,111 @@
+#include "checks.h"
+#include "commandline.h"
+#include "commands.h"
+#include "context.h"
+#include "input.h"
+#include "output.h"
+#include "suggestion.h"
+
+#include <QFileInfo>
+#include <QJsonObject>
+
+#include <algorithm>
+
+namespace {
+
+struct Kind
+{
+    const char* name;
+    Findings (*check)(const QByteArray& content, const CheckOptions& options);
+};
+
+constexpr Kind kinds[] = {
+    {"prompts", checkPrompts},
+    {"settings", checkSettings},
+    {"sounds", checkSounds},
+    {"store", checkStore},
+    {"table", checkTable},
+};
+
+const Kind& kindOf(const QString& name)
+{
+    QStringList names;
+    for (const Kind& kind : kinds) {
+        if (name == QLatin1String(kind.name)) {
+            return kind;
+        }
+        names += QLatin1String(kind.name);
+    }
+    throw Failure{unknown("kind of file", name, names)
+                  + QStringLiteral(" (%1)").arg(names.join(QStringLiteral(", ")))};
+}
+
+/** @return the number of findings @throw Failure when the file cannot be read */
+int check(const Kind& kind, QString fileName, const CheckOptions& options, bool asJson)
+{
+    QFile file;
+    openInput(file, fileName);
+    const QByteArray content = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        throw Failure{QStringLiteral("%1: %2").arg(fileName, file.errorString())};
+    }
+    Findings findings = kind.check(content, options);
+    std::stable_sort(findings.begin(), findings.end(),
+        [](const Finding& a, const Finding& b) { return a.line < b.line; });
+    for (const Finding& finding : qAsConst(findings)) {
+        if (asJson) {
+            printJson({{QStringLiteral("file"), fileName}, {QStringLiteral("line"), finding.line},
+                {QStringLiteral("reason"), finding.reason}});
+        } else {
+            print(QStringLiteral("%1:%2: ").arg(fileName).arg(finding.line)
+                  + onOneLine(finding.reason) + QLatin1Char('\n'));
+        }
+    }
+    return findings.size();
+}
+
+} // namespace
+
+void checkFile(Findings& findings, int line, const QString& path, const CheckOptions& options)
+{
+    const bool isBelowRoot = !options.root.isEmpty() && path.startsWith(QLatin1Char('/'));
+    if (!QFileInfo(isBelowRoot ? options.root + path : path).isFile()) {
+        findings.append({line, QStringLiteral("no such file: \"%1\"").arg(path)});
+    }
+}
+
+int runCheck(const QStringList& arguments)
+{
+    CommandLine commandLine("check",
+        "Tells what the library would silently speak whole, drop, skip or overwrite, by file, "
+        "line\n"
+        "and reason. KIND is prompts, settings, sounds, store or table.");
+    commandLine.addOption("context",
+        "For prompts: the caller's situation: general (without it), brandsound, a4a or a number.",
+        "NAME|N", "general");
+    commandLine.addOption(
+        "brand", "For prompts and sounds: the car brand; TYX without it.", "NAME", "TYX");
+    commandLine.addOption("root",
+        "The folder that stands for the target's root folder: files are looked for there.", "DIR");
+    commandLine.addOption("json", "Writes one JSON object per finding.");
+    commandLine.addArgument("kind", "What the files hold.", "KIND");
+    commandLine.addArgument("file", "A file; - for standard input.", "FILE…");
+    commandLine.process(arguments, arguments.size());
+    if (commandLine.arguments().size() < 2) {
+        throw Failure{QStringLiteral("a kind and a file are needed")};
+    }
+    const Kind& kind = kindOf(commandLine.arguments()[0]);
+    const CheckOptions options{contextOf(commandLine.value("context")), commandLine.value("brand"),
+        commandLine.value("root")};
+    int exitCode = 0;
+    for (const QString& fileName : commandLine.arguments().mid(1)) {
+        try {
+            const int count = check(kind, fileName, options, commandLine.isSet("json"));
+            exitCode = std::max(exitCode, count > 0 ? 1 : 0);
+        } catch (const Failure& failure) {
+            printError(failure.reason); // and the other files are checked all the same
+            exitCode = 2;
+        }
+    }
+    return exitCode;
+}

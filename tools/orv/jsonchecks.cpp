@@ -1,0 +1,174 @@
+#include "checks.h"
+#include "jsonplaces.h"
+
+#include <core/parsers/jsonfile.h>
+#include <core/speech/speechchecksummanager.h>
+
+#include <QHash>
+#include <QJsonArray>
+#include <QRegularExpression>
+
+#include <optional>
+
+namespace {
+
+/** A JSON text that can be read, and the findings of any such. */
+class JsonText
+{
+public:
+    JsonText(const QByteArray& content, Findings& findings)
+    {
+        QJsonParseError error;
+        document = QJsonDocument::fromJson(content, &error);
+        if (document.isNull()) {
+            findings.append({lineAt(content, error.offset),
+                QStringLiteral("nothing is loaded: ") + error.errorString()});
+            return;
+        }
+        places.emplace(content);
+        for (const JsonPlaces::Member& member : places->members()) {
+            if (member.overwrittenLine > 0) {
+                findings.append({member.line, QStringLiteral("\"%1\" overwrites that of line %2")
+                                                  .arg(member.key)
+                                                  .arg(member.overwrittenLine)});
+            }
+        }
+    }
+
+    QJsonDocument document;
+    std::optional<JsonPlaces> places; ///< of a text that can be read
+};
+
+/** Calls @p check with each object of the outermost array and its line. */
+template <typename Check>
+void checkElements(const QByteArray& content, Findings& findings, Check check)
+{
+    const JsonText text(content, findings);
+    if (text.document.isObject()) {
+        findings.append(
+            {1, QStringLiteral("nothing is loaded: an array is needed, not an object")});
+    }
+    const QJsonArray elements = text.document.array();
+    for (int i = 0; i < elements.size(); ++i) {
+        const int line = text.places->elementLines()[i];
+        if (elements[i].isObject()) {
+            check(elements[i].toObject(), line);
+        } else {
+            findings.append({line, QStringLiteral("skipped: no object")});
+        }
+    }
+}
+
+/** What keeps a sound from being entered, or makes it useless; or nothing. */
+QString checkSound(const QJsonObject& sound)
+{
+    for (const QString& name : {QStringLiteral("id"), QStringLiteral("value")}) {
+        if (!sound.contains(name)) {
+            return QStringLiteral("skipped: no \"%1\"").arg(name);
+        }
+        if (sound.value(name).toString().isEmpty()) {
+            return QStringLiteral("\"%1\" is no text, or an empty one").arg(name);
+        }
+    }
+    return QString();
+}
+
+/** What keeps an entry of a checksum store from being found; or nothing. */
+QString checkEntry(const QJsonObject& entry, SpeechChecksumManager::ChecksumKey& key)
+{
+    using Manager = SpeechChecksumManager;
+    key.filePath = entry.value(QStringLiteral("filePath")).toString();
+    if (key.filePath.isEmpty()) {
+        return QStringLiteral("\"filePath\" is no text, or an empty one");
+    }
+    if (key.filePath.contains(QLatin1Char(';'))) {
+        return QStringLiteral("lost when the store is written: a path with \";\": \"%1\"")
+            .arg(key.filePath);
+    }
+    const QJsonValue language = entry.value(QStringLiteral("language"));
+    key.language = Language(language.toInt(InvalidLanguage));
+    if (convertLanguageIdToIso(key.language).isEmpty()) {
+        return QStringLiteral("\"language\" is the value of no language");
+    }
+    const int type = entry.value(QStringLiteral("type")).toInt(-1);
+    key.type = Manager::ChecksumType(type);
+    if (key.type != Manager::DefaultChecksum && key.type != Manager::AlternateChecksum) {
+        return QStringLiteral("\"type\" is neither 0 nor 1");
+    }
+    static const QRegularExpression digest(QStringLiteral("^[0-9a-f]{32}$"));
+    if (!digest.match(entry.value(QStringLiteral("checksum")).toString()).hasMatch()) {
+        return QStringLiteral(
+            "\"checksum\" is not of 32 digits 0-9 and a-f, and never equals one that is computed");
+    }
+    return QString();
+}
+
+} // namespace
+
+Findings checkSounds(const QByteArray& content, const CheckOptions& options)
+{
+    Findings findings;
+    QHash<QString, int> lines; // by everything that is entered
+    checkElements(content, findings, [&](const QJsonObject& sound, int line) {
+        const QString reason = checkSound(sound);
+        if (!reason.isEmpty()) {
+            findings.append({line, reason});
+            return;
+        }
+        const QString id = sound.value(QStringLiteral("id")).toString();
+        for (const QString& entered : {id, id + QLatin1Char('.')}) {
+            if (lines.contains(entered)) {
+                findings.append({line, QStringLiteral("\"%1\" overwrites that of line %2")
+                                           .arg(entered)
+                                           .arg(lines[entered])});
+                break;
+            }
+        }
+        lines[id] = line;
+        lines[id + QLatin1Char('.')] = line;
+        checkFile(findings, line,
+            sound.value(QStringLiteral("value")).toString().arg(options.brand.toLower()), options);
+    });
+    return findings;
+}
+
+Findings checkStore(const QByteArray& content, const CheckOptions&)
+{
+    Findings findings;
+    QHash<QString, int> lines; // by the keys of the entries
+    checkElements(content, findings, [&](const QJsonObject& entry, int line) {
+        SpeechChecksumManager::ChecksumKey key;
+        const QString reason = checkEntry(entry, key);
+        if (!reason.isEmpty()) {
+            findings.append({line, reason});
+        }
+        const int earlier = lines.value(key.toString());
+        if (earlier > 0) {
+            findings.append(
+                {line, QStringLiteral(
+                           "overwrites the entry of line %1, which has its path, language and type")
+                           .arg(earlier)});
+        }
+        lines[key.toString()] = line;
+    });
+    return findings;
+}
+
+Findings checkSettings(const QByteArray& content, const CheckOptions&)
+{
+    Findings findings;
+    const JsonText text(content, findings);
+    if (text.document.isArray()) {
+        findings.append(
+            {1, QStringLiteral("no setting is found: an object is needed, not an array")});
+    } else if (text.places) {
+        for (const JsonPlaces::Member& member : text.places->members()) {
+            if (member.key.contains(QLatin1Char('/'))) {
+                findings.append({member.line,
+                    QStringLiteral("out of reach of any path: the key \"%1\" holds a slash")
+                        .arg(member.key)});
+            }
+        }
+    }
+    return findings;
+}

@@ -1,0 +1,87 @@
+#include "jsonplaces.h"
+
+#include <QJsonArray>
+
+#include <algorithm>
+#include <cctype>
+#include <cstring>
+
+JsonPlaces::JsonPlaces(const QByteArray& json)
+    : text(json)
+{
+    readValue(QString(), 0);
+}
+
+const QVector<int>& JsonPlaces::elementLines() const
+{
+    return elements;
+}
+
+const QVector<JsonPlaces::Member>& JsonPlaces::members() const
+{
+    return memberList;
+}
+
+/** The next character that is no blank; NUL at the end. */
+char JsonPlaces::next()
+{
+    for (; at < text.size() && std::isspace(uchar(text[at])) != 0; ++at) {
+        line += text[at] == '\n' ? 1 : 0;
+    }
+    return at < text.size() ? text[at] : '\0';
+}
+
+QString JsonPlaces::readString()
+{
+    const int begin = at++;
+    while (at < text.size() && text[at] != '"') {
+        line += text[at] == '\n' ? 1 : 0;
+        at += text[at] == '\\' ? 2 : 1;
+    }
+    ++at;
+    const QByteArray array = '[' + text.mid(begin, at - begin) + ']';
+    return QJsonDocument::fromJson(array).array().at(0).toString();
+}
+
+void JsonPlaces::readValue(const QString& path, int depth)
+{
+    const char first = next();
+    if (first == '{' || first == '[') {
+        std::map<QString, int> lines;
+        int index = 0;
+        for (++at; next() != '}' && next() != ']' && next() != '\0';) {
+            if (first == '{') {
+                readMember(path, depth, lines);
+            } else {
+                if (depth == 0) {
+                    elements.append(line);
+                }
+                readValue(path + QString::number(index++) + QLatin1Char('/'), depth + 1);
+            }
+            at += next() == ',' ? 1 : 0;
+        }
+        ++at;
+    } else if (first == '"') {
+        readString();
+    } else {
+        while (at < text.size() && std::strchr(",]} \t\r\n", text[at]) == nullptr) {
+            ++at;
+        }
+    }
+}
+
+void JsonPlaces::readMember(const QString& path, int depth, std::map<QString, int>& lines)
+{
+    const int keyLine = line;
+    const QString key = readString();
+    memberList.append({path + key, key, keyLine, lines[key]});
+    lines[key] = keyLine;
+    next();
+    ++at; // the colon
+    readValue(path + key + QLatin1Char('/'), depth + 1);
+}
+
+int lineAt(const QByteArray& text, int offset)
+{
+    return 1 + int(std::count(text.begin(), text.begin() + std::min(offset, text.size()), '\n'));
+}

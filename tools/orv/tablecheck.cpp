@@ -1,0 +1,107 @@
+#include "checks.h"
+#include "tablereader.h"
+
+#include <QBuffer>
+
+namespace {
+
+bool isDeclared(const EcoFile& file)
+{
+    return !file.header().version().isEmpty() || !file.header().encoding().isEmpty();
+}
+
+constexpr int mostFields = 200; // that are counted
+
+/** How many fields the library finds in a line: the number of columns with which it takes it. */
+QString fieldCount(const QString& line, char separator)
+{
+    EcoFile probe;
+    probe.parseHeaderLine(QStringLiteral("#Separator %1").arg(uchar(separator), 0, 16));
+    for (int count = 0; count <= mostFields; ++count) {
+        probe.parseDataLine(line);
+        if (!probe.rows().isEmpty()) {
+            return QString::number(count);
+        }
+        probe.parseHeaderLine(QStringLiteral("#Column %1").arg(count));
+    }
+    return QStringLiteral("too many");
+}
+
+QString whyDropped(const QString& line, const EcoFile::Header& header)
+{
+    if (header.columns().isEmpty()) {
+        return QStringLiteral("no columns are declared above it");
+    }
+    QString reason =
+        QStringLiteral("%1 fields for %2 columns")
+            .arg(fieldCount(line, header.separator()), QString::number(header.columns().size()));
+    if (line.count(QLatin1Char('"')) % 2 != 0) {
+        reason += QStringLiteral(", with a quote that has no partner");
+    }
+    return reason;
+}
+
+/** What is wrong with a line that starts as a declaration does; nothing for a mere remark. */
+QString checkDeclaration(const QString& line, const EcoFile& before, const EcoFile& after)
+{
+    const QString word = line.section(QLatin1Char(' '), 0, 0).toLower();
+    const EcoFile::Header& header = after.header();
+    if (word == QLatin1String("#column")) {
+        if (header.columns().size() == before.header().columns().size()) {
+            return QStringLiteral(
+                "declares no column: \"#Column NAME\" is needed, with single blanks");
+        }
+        if (before.header().columns().contains(header.columns().last())) {
+            return QStringLiteral("column \"%1\" again: of its fields the last one counts")
+                .arg(header.columns().last());
+        }
+        if (!after.rows().isEmpty()) {
+            return QStringLiteral("a column below the first row, which lacks it");
+        }
+    } else if (word == QLatin1String("#separator")) {
+        // Setting another one first shows whether the line sets any.
+        EcoFile probe;
+        const char other = header.separator() == 'x' ? 'y' : 'x';
+        probe.parseHeaderLine(QStringLiteral("#Separator %1").arg(uchar(other), 0, 16));
+        probe.parseHeaderLine(line);
+        if (probe.header().separator() == other) {
+            return QStringLiteral(
+                "declares no separator: \"#Separator HEX\" is needed, such as 3B");
+        }
+    } else if (word == QLatin1String("#eco")) {
+        EcoFile probe;
+        probe.parseHeaderLine(line);
+        if (!isDeclared(probe)) {
+            return QStringLiteral(
+                "declares no version: \"#ECO VERSION ENCODING\" is needed, with single blanks");
+        }
+    }
+    return QString();
+}
+
+} // namespace
+
+Findings checkTable(const QByteArray& content, const CheckOptions&)
+{
+    Findings findings;
+    EcoFile before;
+    QBuffer buffer;
+    buffer.setData(content);
+    buffer.open(QIODevice::ReadOnly);
+    const EcoFile table = readTable(buffer, [&](const TableLine& line, const EcoFile& after) {
+        if (line.isDeclaration) {
+            const QString reason = checkDeclaration(line.text, before, after);
+            if (!reason.isEmpty()) {
+                findings.append({line.number, reason});
+            }
+            before = after;
+        } else if (line.isDropped) {
+            findings.append(
+                {line.number, QStringLiteral("dropped: ") + whyDropped(line.text, after.header())});
+        }
+    });
+    if (!isDeclared(table)) {
+        findings.append({1, QStringLiteral("no line \"#ECO VERSION ENCODING\"")});
+    }
+    return findings;
+}
