@@ -7,6 +7,7 @@
 
 #include <core/applicationsettings.h>
 #include <core/inflate.h>
+#include <core/orvcore_version.h>
 #include <core/orvglobalinstance.h>
 #include <core/parsers/ecofile.h>
 #include <core/parsers/jsonfile.h>

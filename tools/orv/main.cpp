@@ -3,6 +3,8 @@
 #include "output.h"
 #include "suggestion.h"
 
+#include <core/orvcore_version.h>
+
 #include <QCoreApplication>
 #include <QTextCodec>
 
@@ -57,7 +59,7 @@ int run(QStringList words)
         return 0;
     }
     if (name == QLatin1String("--version") || name == QLatin1String("-v")) {
-        print(QStringLiteral("orv " ORV_VERSION "\n"));
+        print(QStringLiteral("orv " ORVCORE_VERSION_STRING "\n"));
         return 0;
     }
     const auto* const command = std::find_if(std::begin(commands), std::end(commands),
@@ -78,7 +80,7 @@ int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("orv"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(ORV_VERSION));
+    QCoreApplication::setApplicationVersion(QStringLiteral(ORVCORE_VERSION_STRING));
     // Arguments and file names are UTF-8 in every locale, also in the plain one of build machines.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     takeOverLog();

@@ -1,0 +1,113 @@
+// A speech service in small: prompts come in on standard input, one a line, and their sentences go out,
+// where a real one would hand them to its engine. SIGTERM or SIGINT quits the event loop, and then its
+// parts go, the newest first. A second signal ends it at once.
+
+#include <core/orvcore.h>
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include <csignal>
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+namespace {
+
+/** Where sentences go. */
+class Audio : public AbstractSingleton
+{
+public:
+    Audio()
+    {
+        std::puts("audio is there");
+    }
+    ~Audio() override
+    {
+        std::puts("audio is gone");
+    }
+
+    static void say(const QString& text)
+    {
+        std::printf("say: %s\n", qUtf8Printable(text));
+        std::fflush(stdout);
+    }
+
+    static void play(const QString& path)
+    {
+        std::printf("play: %s\n", qUtf8Printable(path));
+        std::fflush(stdout);
+    }
+};
+
+/** What prompts come in by. Uses the audio, so it is made later and goes first. */
+class Dialog : public AbstractSingleton
+{
+public:
+    Dialog()
+        : input(fileno(stdin), QSocketNotifier::Read)
+    {
+        std::ios::sync_with_stdio(false); // so that std::cin knows what it has read ahead
+        std::puts("dialog is there");
+        std::fflush(stdout);
+        QObject::connect(&input, &QSocketNotifier::activated, [this] { readPrompt(); });
+    }
+    ~Dialog() override
+    {
+        std::puts("dialog is gone");
+    }
+
+private:
+    void readPrompt()
+    {
+        std::string line;
+        if (!std::getline(std::cin, line)) {
+            input.setEnabled(false);
+            return;
+        }
+        do {
+            speak(PromptData::parse(QString::fromStdString(line), GeneralContext));
+        } while (std::cin.rdbuf()->in_avail() > 0 && std::getline(std::cin, line));
+    }
+
+    static void speak(const PromptData& prompt)
+    {
+        if (prompt.mode == PromptAudio || prompt.mode == PromptFile) {
+            Audio::play(prompt.text);
+            return;
+        }
+        const QString code =
+            ApplicationSettings::value(QStringLiteral("speech/language"), QStringLiteral("en_GB"))
+                .toString();
+        const Language usual = convertIsoToLanguageId(code.toLatin1());
+        const Language language = prompt.language == InvalidLanguage ? usual : prompt.language;
+        for (const QString& sentence : SentenceTokenizer::split(prompt.text, language)) {
+            Audio::say(sentence);
+        }
+    }
+
+    QSocketNotifier input;
+};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("service-example")); // of its settings
+    PosixSignals& bridge = PosixSignals::instance;
+    bridge.setup(SIGTERM, &bridge, "applicationQuit");
+    bridge.setup(SIGINT, &bridge, "applicationQuit");
+
+    const QString brand =
+        ApplicationSettings::value(QStringLiteral("speech/brand"), QStringLiteral("TYX"))
+            .toString();
+    loadBrandSounds(brand);
+    SingletonTracker::insert("audio", new Audio);
+    SingletonTracker::insert("dialog", new Dialog);
+
+    const int exitCode = QCoreApplication::exec();
+    std::puts("the event loop has ended");
+    SingletonTracker::clear(); // while there still is an application, which notifiers need
+    return exitCode;
+}

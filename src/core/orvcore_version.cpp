@@ -1,0 +1,6 @@
+#include <core/orvcore_version.h>
+
+const char* orvCoreVersion()
+{
+    return ORVCORE_VERSION_STRING;
+}
