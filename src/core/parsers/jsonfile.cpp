@@ -38,7 +38,7 @@ QJsonDocument JsonFile::loadDocument(const QString& fileName)
     file.close();
 
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
+    QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (document.isNull()) {
         ORV_LOG(here).critical() << here << "Parsing" << fileName << "failed"
                                  << "due to" << error.errorString() << "at" << error.offset;
@@ -68,7 +68,7 @@ QJsonValue JsonPath::value(const QString& path, const QJsonValue& defaultValue) 
     const QChar* const pathEnd = key + path.size();
     for (;;) {
         const QChar* const keyEnd = std::find(key, pathEnd, QLatin1Char('/'));
-        const QJsonValue found = member(object, QStringView(key, keyEnd));
+        QJsonValue found = member(object, QStringView(key, keyEnd));
         if (found.isUndefined()) {
             return defaultValue;
         }

@@ -93,10 +93,10 @@ QString soundKey(const QString& input, const BracketPositions& brackets)
 /** Off-board markup, else a file, which may hold off-board markup in its turn. */
 std::optional<PromptData> parseA4A(const QString& input, const BracketPositions& brackets)
 {
-    if (const auto prompt = parseForms(offboardForms, input, brackets)) {
+    if (auto prompt = parseForms(offboardForms, input, brackets)) {
         return prompt;
     }
-    const auto prompt = parseForms(fileForms, input, brackets);
+    auto prompt = parseForms(fileForms, input, brackets);
     if (!prompt) {
         return std::nullopt;
     }
