@@ -79,7 +79,8 @@ QVector<Entry> readStore(const Task& task, bool mayBeMissing)
         throw Failure{QStringLiteral("\"%1\" is no checksum store").arg(task.storeFile)};
     }
     QVector<Entry> entries;
-    for (const QJsonValue& element : document.array()) {
+    const QJsonArray elements = document.array();
+    for (const QJsonValue& element : elements) {
         const QVariantMap map = element.toVariant().toMap();
         entries.append({{map.value(QStringLiteral("filePath")).toString(),
                             Language(map.value(QStringLiteral("language")).toInt()),
@@ -236,7 +237,8 @@ void verify(Task& task)
     // What is stored of the paths, or everything, is there or missing; folders may hold more.
     QSet<QString> missing;
     QStringList present;
-    for (const Entry& entry : readStore(task, false)) {
+    const QVector<Entry> stored = readStore(task, false);
+    for (const Entry& entry : stored) {
         const QString& path = entry.key.filePath;
         if (entry.key.language != task.language || entry.key.type != task.type
             || !(task.paths.isEmpty() || liesBelow(path, task.paths))) {
@@ -250,7 +252,8 @@ void verify(Task& task)
         }
     }
     QStringList paths;
-    for (const QString& path : task.paths.isEmpty() ? present : task.paths) {
+    const QStringList& wanted = task.paths.isEmpty() ? present : task.paths;
+    for (const QString& path : wanted) {
         if (!missing.contains(path) || QFileInfo::exists(path)) {
             paths.append(path);
         }

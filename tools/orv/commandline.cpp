@@ -49,7 +49,7 @@ void CommandLine::process(const QStringList& arguments, int mostArguments)
     }
     if (this->arguments().size() > mostArguments) {
         throw Failure{
-            QStringLiteral("too many arguments: \"%1\"").arg(this->arguments()[mostArguments])};
+            QStringLiteral("too many arguments: \"%1\"").arg(this->arguments().at(mostArguments))};
     }
     showLog(parser.isSet(QStringLiteral("verbose")));
 }

@@ -156,7 +156,8 @@ int runGenre(const QStringList& arguments)
     bool isAsked = false;
     int exitCode = 0;
     for (const char* vocabulary : vocabularies) {
-        for (const QString& word : commandLine.values(vocabulary)) {
+        const QStringList words = commandLine.values(vocabulary);
+        for (const QString& word : words) {
             const int count = meanings.size();
             appendMeanings(vocabulary, word, meanings);
             isAsked = true;

@@ -36,8 +36,8 @@ int runJson(const QStringList& arguments)
     if (commandLine.arguments().size() < 2) {
         throw Failure{QStringLiteral("a file and a path are needed (orv json --help)")};
     }
-    const QString fileName = commandLine.arguments()[0];
-    const QString path = commandLine.arguments()[1];
+    const QString fileName = commandLine.arguments().at(0);
+    const QString path = commandLine.arguments().at(1);
     const QJsonValue defaultValue = commandLine.isSet("default")
                                         ? valueFromText(commandLine.value("default"))
                                         : QJsonValue::Undefined;

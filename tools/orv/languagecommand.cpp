@@ -143,10 +143,11 @@ int runLanguage(const QStringList& arguments)
 
     int exitCode = 0;
     QVector<Language> languages;
-    if (commandLine.arguments().isEmpty()) {
+    const QStringList codes = commandLine.arguments();
+    if (codes.isEmpty()) {
         languages = languagesKnownAs(QString());
     }
-    for (const QString& code : commandLine.arguments()) {
+    for (const QString& code : codes) {
         const QVector<Language> found = languagesKnownAs(code);
         if (found.isEmpty()) {
             printError(unknownLanguage(code));

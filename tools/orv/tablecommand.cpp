@@ -19,7 +19,8 @@ void reportDropped(const QString& fileName, const QVector<int>& lines)
         return;
     }
     QStringList numbers;
-    for (const int line : lines.mid(0, shownLineNumbers)) {
+    const QVector<int> shownLines = lines.mid(0, shownLineNumbers);
+    for (const int line : shownLines) {
         numbers.append(QString::number(line));
     }
     if (lines.size() > shownLineNumbers) {
@@ -77,8 +78,9 @@ void printForPeople(const EcoFile& file, const QStringList& columns)
     QVector<QStringList> rows{QStringList(QStringLiteral("ENTRY")) + columns};
     for (const EcoFile::Row& row : file.rows()) {
         QStringList cells{QString::number(row.entryId())};
-        for (const QString& cell : cellsOf(row, columns)) {
-            cells.append(onOneLine(cell));
+        const QStringList texts = cellsOf(row, columns);
+        for (const QString& text : texts) {
+            cells.append(onOneLine(text));
         }
         rows.append(cells);
     }
@@ -102,7 +104,7 @@ int runTable(const QStringList& arguments)
     if (commandLine.isSet("json") && commandLine.isSet("csv")) {
         throw Failure{QStringLiteral("either --json or --csv")};
     }
-    QString fileName = commandLine.arguments()[0];
+    QString fileName = commandLine.arguments().at(0);
     QFile input;
     openInput(input, fileName);
     QVector<int> droppedLines;
