@@ -78,12 +78,9 @@ int runCase(int argc, char** argv)
     QTimer::singleShot(10'000, [] { _exit(77); });
     const auto later = [](auto function) { QTimer::singleShot(0, QCoreApplication::instance(), function); };
 
-    if (name == "quit") {
-        later([] { std::raise(SIGTERM); });
-    } else if (name == "twice at once") {
-        later([] {
-            std::raise(SIGTERM);
-            std::raise(SIGTERM);
+    if (name == "quit" || name == "twice at once") {
+        later([count = name == "quit" ? 1 : 2] {
+            for (int i = 0; i < count; ++i) { std::raise(SIGTERM); }
         });
     } else if (name == "while quitting" || name == "while quitting, unheard") {
         QObject::connect(&application, &QCoreApplication::aboutToQuit, [&name] {
@@ -91,10 +88,11 @@ int runCase(int argc, char** argv)
             std::raise(SIGTERM);
         });
         later([] { std::raise(SIGTERM); });
-    } else if (name == "no socket" || name == "no socket, unheard") {
-        later([&name] {
-            for (int descriptor = name == "no socket" ? 3 : 2; descriptor < 100; ++descriptor) { close(descriptor); }
-            std::raise(SIGTERM);
+    } else if (name.startsWith("no socket")) {
+        later([&name, unread = name == "no socket, one unread"] {
+            if (unread) { std::raise(SIGUSR1); }
+            for (int file = name.endsWith("unheard") ? 2 : 3; file < 100; ++file) { close(file); }
+            unread ? bridge.applicationQuit() : void(std::raise(SIGTERM));
         });
     } else if (name == "no descriptors") {
         const rlimit tight{3, 3};
@@ -149,9 +147,8 @@ private Q_SLOTS:
     void process()
     {
         const QByteArray start = "void PosixSignals::initialize()\n";
-        const QByteArray once = start
-                                + "void PosixSignals::signalHandle() Processing signal 15\n"
-                                  "void PosixSignals::applicationQuit() Cleaning up and terminating...\n";
+        const QByteArray quit = "void PosixSignals::applicationQuit() Cleaning up and terminating...\n";
+        const QByteArray once = start + "void PosixSignals::signalHandle() Processing signal 15\n" + quit;
         const QByteArray twice =
             once
             + "void PosixSignals::signalHandle() Processing signal 15\n"
@@ -172,6 +169,9 @@ private Q_SLOTS:
             {"no descriptors", 0,
                 start + "void PosixSignals::initialize() Creating Unix socket failed\n"
                     + "QSocketNotifier: Invalid socket specified\n",
+                "counted 0"},
+            {"no socket, one unread", 0,
+                start + quit + "void PosixSignals::signalHandle() Could not read signal number from socket, ignoring\n",
                 "counted 0"},
             {"changed later", -1, start + "void PosixSignals::signalHandle() Processing signal 10\n",
                 "errno 4711 counted 1000000"}, // and a new signal is not caught

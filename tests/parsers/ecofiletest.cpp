@@ -75,7 +75,7 @@ private Q_SLOTS:
         QVERIFY(writeFile(
             fileName, "\xEF\xBB\xBF#ECO 1.0 UTF-8;\r\nearly\r\n#Column id\n#Column name\r\n\r\n 1;x \r\n2;y;z\n3;y"));
         EcoFile file;
-        QVERIFY(!file.parse(folder.path()));
+        QVERIFY(!file.parse(folder.path()) && !file.parse(QString()));
         QVERIFY(file.parse(fileName));
         QCOMPARE(file.header().version(), u("1.0"));
         QCOMPARE(file.rows().size(), 2);
@@ -102,9 +102,9 @@ private Q_SLOTS:
         QCOMPARE(row.length(), 1);
         QString& kept = row[u("b")];
         row[u("c")] = row[u("d")] = u("z");
-        kept += u("y");
+        row[u("a")] = row[u("b")] += u("y");
         QCOMPARE(row.length(), 4);
-        QCOMPARE(qAsConst(row)[u("b")], u("y"));
+        QCOMPARE(qAsConst(row)[u("b")] + kept + qAsConst(row)[u("a")], u("yyy"));
         QCOMPARE(file.rows().first().length(), 1);
         QCOMPARE(EcoFile::Row().length(), 0);
     }

@@ -86,6 +86,9 @@ private Q_SLOTS:
             QCOMPARE(manager.checksum(u("f"), French, type), QByteArray("2"));
         }
         QVERIFY(!QFile::exists(store));
+        qunsetenv("ORV_SPEECH_CHECKSUM_FILE");
+        const Manager usual;
+        QVERIFY(log.takeTexts().last().contains(u("\"/mnt/share/speech/checksum.json\"")));
     }
 
     // Members of other types give what the variant conversions make of them.

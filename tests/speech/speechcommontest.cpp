@@ -99,7 +99,7 @@ private Q_SLOTS:
                 "a.=%2/br%1and/br%1and/%br%1and/% a=%2/br%1and/br%1and/%br%1and/%"},
             {"[{'id': 'a', 'value': '5%,%x,%L'}]", "a.=5%,%x,%L a=5%,%x,%L"},
             {"[{'id': 'a', 'value': '1'}, {'id': 'a', 'value': '2'}]", "a.=2 a=2"},
-            {"[{'id': 'a'}, 'a', 5, {'value': 'v'}, {'id': 'b', 'value': 'c'}]", "b.=c b=c"},
+            {"[{'id': 'a'}, 'a', 5, {'value': 'v'}, {'id': 'b', 'value': 'c%'}]", "b.=c% b=c%"},
             {"[{'id': 5, 'value': 'v'}, {'id': 'a', 'value': 5}]", ".=v =v a.= a="},
             {"{'id': 'a', 'value': 'v'}", ""},
         };
@@ -156,7 +156,7 @@ private Q_SLOTS:
         QStringList fragments = u("<audio path='|<audio language='|<file path='|<file language='|' path='|'/>|<text>|"
                                   "<text language='|'>|</text>|<phonetic>|<phonetic language='|</phonetic>|<offboard>|"
                                   "<offboard genre='|</offboard>|<tts lang='|'/><offboard>|'/><offboard genre='|de_DE|"
-                                  "ding|a b|<|'|/>| |\n|='x")
+                                  "ding|a b|<|>|'|/>| |\n|='x")
                                     .replace(QLatin1Char('\''), QLatin1Char('"'))
                                     .split(QLatin1Char('|'));
         for (const int odd : {0x00, 0x1C, 0x85, 0xA0, 0x180E, 0x2028, 0xD83D}) { fragments += QChar(odd); }

@@ -109,11 +109,14 @@ QStringList fieldsByPattern(const QString& line, char separator)
 QStringList fieldsOf(const QString& line, int separator, int count)
 {
     EcoFile file;
-    file.parseHeaderLine(u("#Separator %1").arg(separator, 0, 16));
     for (int i = 0; i < count; ++i) { file.parseHeaderLine(u("#Column %1").arg(i)); }
-    file.parseDataLine(line);
+    for (const int each : {int('^'), separator}) { // a line has no fields with the former
+        file.parseHeaderLine(u("#Separator %1").arg(each, 0, 16));
+        file.parseDataLine(line);
+        file.parseDataLine(line);
+    }
     QStringList fields;
-    for (int i = 0; i < count && !file.rows().isEmpty(); ++i) { fields += file.rows().first()[QString::number(i)]; }
+    for (int i = 0; i < count && file.rows().size() == 2; ++i) { fields += file.rows().last()[QString::number(i)]; }
     return fields;
 }
 
