@@ -15,6 +15,8 @@
 
 #include <algorithm>
 
+static_assert(sizeof(SpeechChecksumManager::ChecksumType) == 4, "the size is interface");
+
 namespace {
 
 // Of all instances, set by each construction.

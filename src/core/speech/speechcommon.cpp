@@ -12,6 +12,8 @@
 
 #include <optional>
 
+static_assert(sizeof(PromptMode) == 4 && sizeof(PromptContext) == 4, "sizes are interface");
+
 namespace {
 
 /** A form of markup and what its captures are, by number; 0 for none. */

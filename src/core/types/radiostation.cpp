@@ -37,7 +37,17 @@ Q_CONSTRUCTOR_FUNCTION(registerMetaTypes)
 
 } // namespace
 
-static_assert(sizeof(RadioType) == 4 && sizeof(RadioStation::Genre) == 4, "sizes are interface");
+static_assert(
+    sizeof(RadioType) == 4 && sizeof(RadioStation::Genre) == 4
+        && sizeof(WaveBand::programIdentification) == 2 && sizeof(WaveBand::programType) == 1
+        && sizeof(DabService::ensembleAux1) == 2 && sizeof(DabService::serviceAux1) == 2
+        && sizeof(DabService::componentAux1) == 2 && sizeof(DabService::componentId) == 2
+        && sizeof(DabService::programType) == 1 && sizeof(SatelliteRadioCategory::id) == 2
+        && sizeof(SatelliteRadioChannel::aux1) == 2
+        && sizeof(SatelliteRadioChannel::channelNumber) == 2
+        && sizeof(RadioStation::programIdentification) == 2
+        && sizeof(RadioStation::componentId) == 2 && sizeof(RadioStation::channelNumber) == 2,
+    "sizes are interface");
 
 bool WaveBand::operator==(const WaveBand& other) const
 {

@@ -2,6 +2,11 @@
 
 #include <tuple>
 
+static_assert(sizeof(Call::handle) == 2 && sizeof(Call::aux2) == 1 && sizeof(Call::aux3) == 2
+                  && sizeof(Call::aux4) == 1 && sizeof(Call::aux5) == 1
+                  && sizeof(DeviceMap::aux2) == 1 && sizeof(AppCode::HYBRID_SPEECH_APPCODE) == 1,
+    "sizes are interface");
+
 const char AppCode::HYBRID_SPEECH_APPCODE = '1';
 
 bool Call::operator==(const Call& other) const
