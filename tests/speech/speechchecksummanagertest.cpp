@@ -1,5 +1,6 @@
 #include <core/speech/speechchecksummanager.h>
 
+#include <support/childprocess.h>
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
@@ -7,7 +8,6 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -218,7 +218,7 @@ private Q_SLOTS:
         LogCapture log;
         QRandomGenerator random(1);
         for (int round = testRounds(2000); round > 0; --round) {
-            QProcess writer;
+            ChildProcess writer;
             writer.start(QCoreApplication::applicationFilePath(), {u("rewrite"), u("2000")});
             QTRY_VERIFY(QFile::exists(store));
             QTest::qWait(random.bounded(30));

@@ -1,6 +1,6 @@
+#include <support/childprocess.h>
 #include <support/helpers.h>
 
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -55,15 +55,11 @@ private Q_SLOTS:
         for (int at = 0; (at = lines['<'].indexOf("\\x", at)) >= 0; ++at) {
             lines['<'].replace(at, 4, QByteArray::fromHex(lines['<'].mid(at + 2, 2)));
         }
-        QProcess program;
-        program.setWorkingDirectory(folder.path());
-        program.start(u(ORV_PROGRAM), lines['$'].isEmpty() ? QStringList() : u(lines['$']).split(QLatin1Char(' ')));
-        program.write(lines['<']);
-        program.closeWriteChannel();
-        QVERIFY(program.waitForFinished());
-        QCOMPARE(program.readAllStandardOutput(), lines['>']);
-        QCOMPARE(program.readAllStandardError(), lines['!']);
-        QCOMPARE(program.exitCode(), lines['='].trimmed().toInt());
+        const QStringList arguments = lines['$'].isEmpty() ? QStringList() : u(lines['$']).split(QLatin1Char(' '));
+        const ChildResult result = runChild(arguments, u(ORV_PROGRAM), lines['<'], folder.path());
+        QCOMPARE(result.output, lines['>']);
+        QCOMPARE(result.error, lines['!']);
+        QCOMPARE(result.exitCode, lines['='].trimmed().toInt());
     }
 
     void helpAndVersion()
@@ -71,12 +67,10 @@ private Q_SLOTS:
         for (const char* command :
             {"check", "checksum", "genre", "inflate", "json", "language", "prompt", "sentences", "sound", "table"}) {
             for (const char* option : {"--help", "--version"}) {
-                QProcess program;
-                program.start(u(ORV_PROGRAM), {u(command), u(option)});
-                QVERIFY(program.waitForFinished());
+                const ChildResult result = runChild({u(command), u(option)}, u(ORV_PROGRAM));
                 const QByteArray help = QByteArray("Usage: orv ") + command + " [options]";
-                QVERIFY(program.readAllStandardOutput().startsWith(option[2] == 'h' ? help : "orv " ORV_VERSION "\n"));
-                QCOMPARE(program.exitCode(), 0);
+                QVERIFY(result.output.startsWith(option[2] == 'h' ? help : "orv " ORV_VERSION "\n"));
+                QCOMPARE(result.exitCode, 0);
             }
         }
     }
