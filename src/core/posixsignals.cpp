@@ -93,8 +93,8 @@ void PosixSignals::initialize()
     }
     notifier = std::make_unique<QSocketNotifier>(sockets[1], QSocketNotifier::Read);
     connect(notifier.get(), SIGNAL(activated(int)), this, SLOT(signalHandle()));
-    for (const auto& handler : handlers) {
-        std::signal(handler.first, rawSignalHandle);
+    for (auto handler = handlers.cbegin(); handler != handlers.cend(); ++handler) {
+        std::signal(handler.key(), rawSignalHandle);
     }
     initialized = true;
 }
@@ -113,9 +113,8 @@ void PosixSignals::signalHandle()
     }
     --waiting;
     ORV_LOG(here).debug() << here << "Processing signal" << signalNumber;
-    const auto handler = handlers.find(signalNumber);
-    if (handler != handlers.end()) {
-        QMetaObject::invokeMethod(
-            handler->second.first, handler->second.second, Qt::AutoConnection);
+    const auto handler = handlers.constFind(signalNumber);
+    if (handler != handlers.constEnd()) {
+        QMetaObject::invokeMethod(handler->first, handler->second, Qt::AutoConnection);
     }
 }

@@ -2,11 +2,11 @@
 
 #include <core/orvcore_export.h>
 
+#include <QHash>
 #include <QObject>
 
 #include <atomic>
 #include <memory>
-#include <unordered_map>
 #include <utility>
 
 class QSocketNotifier;
@@ -83,7 +83,7 @@ private:
     PosixSignals();
     ~PosixSignals() override;
 
-    std::unordered_map<int, std::pair<QObject*, const char*>> handlers;
+    QHash<int, std::pair<QObject*, const char*>> handlers;
     bool initialized = false;
     std::atomic<bool> quitting{false}; // the handler reads it
     std::atomic<int> waiting{0};       // numbers in the socket
