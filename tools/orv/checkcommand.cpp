@@ -91,14 +91,16 @@ int runCheck(const QStringList& arguments)
     commandLine.addArgument("kind", "What the files hold.", "KIND");
     commandLine.addArgument("file", "A file; - for standard input.", "FILE…");
     commandLine.process(arguments, arguments.size());
-    if (commandLine.arguments().size() < 2) {
+    const QStringList kindAndFiles = commandLine.arguments();
+    if (kindAndFiles.size() < 2) {
         throw Failure{QStringLiteral("a kind and a file are needed")};
     }
-    const Kind& kind = kindOf(commandLine.arguments()[0]);
+    const Kind& kind = kindOf(kindAndFiles[0]);
     const CheckOptions options{contextOf(commandLine.value("context")), commandLine.value("brand"),
         commandLine.value("root")};
     int exitCode = 0;
-    for (const QString& fileName : commandLine.arguments().mid(1)) {
+    const QStringList fileNames = kindAndFiles.mid(1);
+    for (const QString& fileName : fileNames) {
         try {
             const int count = check(kind, fileName, options, commandLine.isSet("json"));
             exitCode = std::max(exitCode, count > 0 ? 1 : 0);

@@ -9,18 +9,18 @@
 namespace {
 
 constexpr const char* forms[] = {
-    "<audio path=\"PATH\"/>",
-    "<audio language=\"ISO\" path=\"PATH\"/>",
-    "<file path=\"PATH\"/>",
-    "<file language=\"ISO\" path=\"PATH\"/>",
+    R"(<audio path="PATH"/>)",
+    R"(<audio language="ISO" path="PATH"/>)",
+    R"(<file path="PATH"/>)",
+    R"(<file language="ISO" path="PATH"/>)",
     "<text>TEXT</text>",
-    "<text language=\"ISO\">TEXT</text>",
+    R"(<text language="ISO">TEXT</text>)",
     "<phonetic>TEXT</phonetic>",
-    "<phonetic language=\"ISO\">TEXT</phonetic>",
+    R"(<phonetic language="ISO">TEXT</phonetic>)",
     "<offboard>TEXT</offboard>",
-    "<offboard genre=\"GENRE\">TEXT</offboard>",
-    "<tts lang=\"ISO\"/><offboard>TEXT</offboard>",
-    "<tts lang=\"ISO\"/><offboard genre=\"GENRE\">TEXT</offboard>",
+    R"(<offboard genre="GENRE">TEXT</offboard>)",
+    R"(<tts lang="ISO"/><offboard>TEXT</offboard>)",
+    R"(<tts lang="ISO"/><offboard genre="GENRE">TEXT</offboard>)",
 };
 
 QRegularExpression attributeValue()
@@ -159,7 +159,8 @@ Findings checkPrompts(const QByteArray& content, const CheckOptions& options)
     loadBrandSounds(options.brand);
     Findings findings;
     int line = 0;
-    for (QByteArray bytes : content.split('\n')) {
+    const QList<QByteArray> lines = content.split('\n');
+    for (QByteArray bytes : lines) {
         ++line;
         if (bytes.endsWith('\r')) {
             bytes.chop(1);
