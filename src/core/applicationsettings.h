@@ -4,6 +4,9 @@
 
 #include <QJsonValue>
 
+/** @addtogroup core
+ * @{ */
+
 class QString;
 
 /**
@@ -30,3 +33,5 @@ public:
      */
     static QJsonValue value(const QString& key, const QJsonValue& defaultValue);
 };
+
+/** @} */

@@ -5,6 +5,9 @@
 #include <cstddef>
 #include <memory>
 
+/** @addtogroup core
+ * @{ */
+
 class QByteArray;
 class QIODevice;
 
@@ -39,3 +42,5 @@ private:
     struct ORVCORE_NO_EXPORT Private; // hides zlib
     const std::unique_ptr<Private> d;
 };
+
+/** @} */

@@ -2,6 +2,9 @@
 
 #include <core/orvcore_export.h>
 
+/** @addtogroup core
+ * @{ */
+
 class SingletonTrackerPrivate;
 
 /** The base of every object that SingletonTracker owns; one type across all libraries. */
@@ -51,3 +54,5 @@ public:
 private:
     SingletonTrackerPrivate* const d;
 };
+
+/** @} */

@@ -9,6 +9,9 @@
 #include <memory>
 #include <utility>
 
+/** @addtogroup core
+ * @{ */
+
 class QSocketNotifier;
 
 /**
@@ -90,3 +93,5 @@ private:
     int sockets[2] = {-1, -1}; // the handler writes to the first, the notifier watches the second
     std::unique_ptr<QSocketNotifier> notifier;
 };
+
+/** @} */

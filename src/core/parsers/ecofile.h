@@ -10,6 +10,9 @@
 #include <QStringList>
 #include <QVector>
 
+/** @addtogroup parsers
+ * @{ */
+
 /**
  * Reads "#ECO" table files: lines that start with "#" declare the separator and the columns, all
  * others hold one row of separated fields, in double quotes where they hold a separator themselves.
@@ -34,10 +37,10 @@ public:
     class ORVCORE_EXPORT Header
     {
     public:
-        const QString& version() const;
+        const QString& version() const;  ///< empty until it is declared
         const QString& encoding() const; ///< as declared; the file is read in the locale's encoding
         char separator() const;          ///< one Latin-1 character
-        const QStringList& columns() const;
+        const QStringList& columns() const; ///< in the order of the fields, repeated ones too
 
     private:
         friend class EcoFile;
@@ -52,7 +55,7 @@ public:
     class ORVCORE_EXPORT Row
     {
     public:
-        Row();
+        Row(); ///< has no columns
         Row(const Row& other);
         Row& operator=(const Row& other);
         ~Row();
@@ -98,8 +101,8 @@ public:
     /** Takes in one row. */
     void parseDataLine(const QString& line);
 
-    const Header& header() const;
-    const QList<Row>& rows() const;
+    const Header& header() const;   ///< what is declared so far
+    const QList<Row>& rows() const; ///< in the order of the lines
 
 private:
     Header headerData;
@@ -111,3 +114,5 @@ private:
 };
 
 Q_DECLARE_TYPEINFO(EcoFile::Row, Q_MOVABLE_TYPE);
+
+/** @} */

@@ -6,6 +6,9 @@
 #include <QJsonObject>
 #include <QJsonValue>
 
+/** @addtogroup parsers
+ * @{ */
+
 class QString;
 
 /**
@@ -39,7 +42,7 @@ public:
 class ORVCORE_EXPORT JsonPath
 {
 public:
-    // Both convert: callers hand over an object or a document where a path is asked for.
+    /** Converts, as the other does: callers hand over an object or a document for a path. */
     JsonPath(const QJsonObject& object);
 
     /** The document's object; an empty one when the document is null or an array. */
@@ -62,3 +65,5 @@ public:
 private:
     QJsonObject root;
 };
+
+/** @} */

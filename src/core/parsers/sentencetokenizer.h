@@ -5,6 +5,9 @@
 
 #include <QStringList>
 
+/** @addtogroup parsers
+ * @{ */
+
 class QString;
 
 /**
@@ -39,3 +42,5 @@ public:
      */
     static QStringList split(const QString& text, Language language);
 };
+
+/** @} */

@@ -23,6 +23,9 @@
 #include <QList>
 #include <QMetaType>
 
+/** @addtogroup speech
+ * @{ */
+
 class QDebug;
 
 /** A language. Meta-type "Language", with "QList<Language>", registered when the library loads. */
@@ -76,25 +79,28 @@ enum LanguageGroup : int
     FrenchGroup = 2,
     ChineseGroup = 3, ///< Mandarin and Cantonese
     PortugueseGroup = 4,
-    NoLanguageGroup = 255,
+    NoLanguageGroup = 255, ///< the only variant, or no language
 };
 
 /** @name Fixed codes
- * From a language: an empty array where the language has no such code. From a code:
- * #InvalidLanguage for an unknown one.
  * @{ */
+
+/** The language of an ISO code; #InvalidLanguage for an unknown one. */
 ORVCORE_EXPORT Language convertIsoToLanguageId(const QByteArray& isoCode);
+
+/** The ISO code; as with the other codes, an empty array where the language has none. */
 ORVCORE_EXPORT QByteArray convertLanguageIdToIso(const Language& language);
 
 /** The ISO code, but "kt_JP" for Japanese and "zh_TW" or "zh_CN" for Mandarin and Cantonese. */
 ORVCORE_EXPORT QByteArray convertLanguageIdToIsoName(const Language& language);
 
+/** The code of the recogniser, which not every language has. */
 ORVCORE_EXPORT QByteArray convertLanguageIdToIso3(const Language& language);
 
 /** The ISO3 code where there is one; also known for most languages without. */
 ORVCORE_EXPORT QByteArray convertTtsLanguageIdToIso3(const Language& language);
 
-/** Knows the ISO3 codes, not the further ones of speech output. */
+/** Knows the ISO3 codes, not the further ones of speech output; else #InvalidLanguage. */
 ORVCORE_EXPORT Language convertIso3ToLanguageId(const QByteArray& iso3Code);
 /** @} */
 
@@ -108,7 +114,7 @@ ORVCORE_EXPORT QByteArray convertLanguageIdToString(const Language& language);
 /**
  * The language whose string id is @p string; any of them when several share it.
  *
- * @return #NoLanguage for an unknown string, unlike the fixed codes
+ * @return NoLanguage for an unknown string, unlike the fixed codes
  */
 ORVCORE_EXPORT Language convertStringToLanguageId(const QByteArray& string);
 
@@ -137,8 +143,10 @@ ORVCORE_EXPORT bool isGlsLanguage(const Language& language);
 /** Replaces the GLS languages, which are none until then. */
 ORVCORE_EXPORT void setGlsLanguages(const QList<Language>& languages);
 
+/** Whether the language is CantoneseHongKong or CantoneseChina. */
 ORVCORE_EXPORT bool isCantoneseLanguage(const Language& language);
 
+/** The variants that the language is one of; #NoLanguageGroup for most. */
 ORVCORE_EXPORT LanguageGroup languageGroup(const Language& language);
 /** @} */
 
@@ -154,3 +162,5 @@ inline QDebug& operator<<(QDebug&& stream, Language language)
 {
     return stream << language;
 }
+
+/** @} */

@@ -7,6 +7,9 @@
 #include <QHash>
 #include <QString>
 
+/** @addtogroup speech
+ * @{ */
+
 /**
  * Remembers a checksum of each speech data file, by language and kind, in a JSON file that survives
  * restarts.
@@ -22,6 +25,7 @@
 class ORVCORE_EXPORT SpeechChecksumManager
 {
 public:
+    /** Which of the two checksums that a file may have. */
     enum ChecksumType : int
     {
         AlternateChecksum = 0, ///< a second checksum of the same file
@@ -32,6 +36,7 @@ public:
     struct ORVCORE_EXPORT ChecksumKey
     {
         ChecksumKey() = default;
+        /** Checks none of them. */
         ChecksumKey(const QString& filePath, Language language, ChecksumType type);
 
         /**
@@ -94,3 +99,5 @@ public:
 private:
     QHash<QString, QByteArray> checksums; // by ChecksumKey::toString()
 };
+
+/** @} */

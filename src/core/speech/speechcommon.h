@@ -16,6 +16,9 @@
 #include <QMetaType>
 #include <QString>
 
+/** @addtogroup speech
+ * @{ */
+
 /** What a prompt asks for. */
 enum PromptMode : int
 {
@@ -42,6 +45,7 @@ class ORVCORE_EXPORT PromptData
 {
 public:
     PromptData() = default;
+    /** A prompt without language and genre. */
     PromptData(const QString& text, PromptMode mode);
 
     /**
@@ -120,3 +124,5 @@ ORVCORE_EXPORT QHash<QString, QString> loadBrandSounds(const QString& brand);
  * loadBrandSounds().
  */
 ORVCORE_EXPORT QString soundPath(const QString& id);
+
+/** @} */

@@ -9,6 +9,9 @@
 
 #include <QString>
 
+/** @addtogroup types
+ * @{ */
+
 class QDebug;
 
 /** Under which addresses and for which features the online speech functions may use the network. */
@@ -47,6 +50,7 @@ struct NetworkPermission
  */
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const NetworkPermission& permission);
 
+/** For a temporary stream. */
 inline QDebug& operator<<(QDebug&& stream, const NetworkPermission& permission)
 {
     return stream << permission;
@@ -69,8 +73,10 @@ public:
     /** Nothing reported yet. */
     SignalQuality() = default;
 
+    /** What was reported, unchecked. */
     SignalQuality(SignalStrength strength, int errorRate);
 
+    /** As reported: any number may come. */
     SignalStrength strength() const;
 
     /** Positive is a rate of errors; 0 or less means none, or none reported. */
@@ -79,6 +85,7 @@ public:
     bool operator==(const SignalQuality& other) const;
     bool operator!=(const SignalQuality& other) const;
 
+    /** Whether the strength is Invalid; one not reported or not known is not. */
     bool isInvalid() const;
 
     /** Whether online speech is not to be used: no usable strength, or errors. */
@@ -88,3 +95,5 @@ private:
     SignalStrength signalStrength = NotReported;
     int rateOfErrors = -1;
 };
+
+/** @} */

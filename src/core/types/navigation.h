@@ -18,6 +18,9 @@
 #include <QString>
 #include <QStringList>
 
+/** @addtogroup types
+ * @{ */
+
 class QDebug;
 
 /**
@@ -29,6 +32,7 @@ class QDebug;
  */
 struct ORVCORE_EXPORT LocationDescriptor
 {
+    /** The payload of the data types 27 and 54. */
     struct ORVCORE_EXPORT SelectionItemData
     {
         bool operator==(const SelectionItemData& other) const;
@@ -38,6 +42,7 @@ struct ORVCORE_EXPORT LocationDescriptor
         QString text;
     };
 
+    /** The payload of the data type 33. */
     struct ORVCORE_EXPORT PoiLocationData
     {
         bool operator==(const PoiLocationData& other) const;
@@ -47,6 +52,7 @@ struct ORVCORE_EXPORT LocationDescriptor
         QList<LocationDescriptor> descriptors;
     };
 
+    /** The payload of the data type 37. */
     struct ORVCORE_EXPORT PoiCategoryItemData
     {
         bool operator==(const PoiCategoryItemData& other) const;
@@ -145,12 +151,14 @@ struct NavigationRequest
 /** A package of the map database. */
 struct DatabaseVersionResult
 {
+    /** What is to be done with the package. */
     enum UpdateAction : quint8
     {
         NoAction = 0,
         Install = 1,
         Remove = 2,
     };
+    /** Where the package comes from or goes to. */
     enum NaviDataImExportDevice : quint8
     {
         Reserved = 0,
@@ -160,6 +168,7 @@ struct DatabaseVersionResult
         Online = 4,
         Dxs = 5,
     };
+    /** What the package updates. */
     enum TypeOfUpdateData : quint8
     {
         BasicDatabase = 0,
@@ -181,8 +190,9 @@ struct DatabaseVersionResult
 };
 
 /** @name Names
- * The name of the enumerator; "Unknown" for any other value.
  * @{ */
+
+/** The name of the enumerator; "Unknown" for any other value. */
 ORVCORE_EXPORT QString convert(DatabaseVersionResult::UpdateAction action);
 ORVCORE_EXPORT QString convert(DatabaseVersionResult::NaviDataImExportDevice device);
 ORVCORE_EXPORT QString convert(DatabaseVersionResult::TypeOfUpdateData type);
@@ -197,8 +207,9 @@ ORVCORE_EXPORT void extractOneShotFilterIds(const QHash<unsigned short, QByteArr
     QByteArray& firstFilterId, QByteArray& secondFilterId);
 
 /** @name Printers
- * They leave the stream in spacing mode, with a blank written.
  * @{ */
+
+/** Leaves the stream in spacing mode, with a blank written. */
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const NavigationContext::Mode& mode);
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const DatabaseVersionResult& result);
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const NavigationRequest& request);
@@ -215,4 +226,6 @@ inline QDebug& operator<<(QDebug&& stream, const NavigationRequest& request)
 {
     return stream << request;
 }
+/** @} */
+
 /** @} */

@@ -15,6 +15,9 @@
 #include <QHash>
 #include <QString>
 
+/** @addtogroup types
+ * @{ */
+
 /** By PTY code, 0 to 31; value() of any other code is RadioStation::Unknown. */
 extern ORVCORE_EXPORT const QHash<int, RadioStation::Genre> rdsGenreToTyxGenreHash;
 
@@ -23,3 +26,5 @@ extern ORVCORE_EXPORT const QHash<int, RadioStation::Genre> rbdsGenreToTyxGenreH
 
 /** By category name in lower case; some names have two genres. */
 extern ORVCORE_EXPORT const QMultiHash<QString, RadioStation::Genre> sdarsGenreToTyxGenreHash;
+
+/** @} */

@@ -17,6 +17,9 @@
 #include <QStringList>
 #include <QVector>
 
+/** @addtogroup types
+ * @{ */
+
 class QDebug;
 
 /** The source that filled a station. Meta-type "RadioType", registered when the library loads. */
@@ -201,7 +204,10 @@ Q_DECLARE_METATYPE(RadioStation::Genre)
 /** Writes all fields, and leaves the stream without spacing. */
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const RadioStation& station);
 
+/** For a temporary stream. */
 inline QDebug& operator<<(QDebug&& stream, const RadioStation& station)
 {
     return stream << station;
 }
+
+/** @} */

@@ -14,6 +14,9 @@
 #include <QDateTime>
 #include <QString>
 
+/** @addtogroup types
+ * @{ */
+
 namespace AppCode {
 
 /** The application code of the hybrid speech application: the digit 1, as a character. */
@@ -52,3 +55,5 @@ struct ORVCORE_EXPORT DeviceMap
     uint aux1 = 0;
     quint8 aux2 = 0;
 };
+
+/** @} */
