@@ -21,6 +21,7 @@ private Q_SLOTS:
         write("files/a", "a\n");
         write("files/deep/b", "b\n");
         write("a;b", "a\n");
+        QVERIFY(QDir(folder.path()).mkdir(u("bin")) && QFile::copy(u(ORV_PROGRAM), folder.filePath(u("bin/orv"))));
         write("changed.json", R"([{"filePath": "files/a", "type": 1, "checksum": "x"}, {"filePath": "gone", "type": 1},
             {"filePath": "files", "type": 1}])");
     }
@@ -35,7 +36,7 @@ private Q_SLOTS:
             lines.clear();
         };
         int lineNumber = 0;
-        for (const QByteArray& line : readData("orv.txt").split('\n')) {
+        for (const QByteArray& line : (readData("orv.txt") + transcripts("../../docs/formats.md")).split('\n')) {
             ++lineNumber;
             if (line.startsWith('$')) {
                 finishCase();
@@ -55,8 +56,9 @@ private Q_SLOTS:
         for (int at = 0; (at = lines['<'].indexOf("\\x", at)) >= 0; ++at) {
             lines['<'].replace(at, 4, QByteArray::fromHex(lines['<'].mid(at + 2, 2)));
         }
-        const QStringList arguments = lines['$'].isEmpty() ? QStringList() : u(lines['$']).split(QLatin1Char(' '));
-        const ChildResult result = runChild(arguments, u(ORV_PROGRAM), lines['<'], folder.path());
+        QStringList words = lines['$'].isEmpty() ? QStringList() : u(lines['$']).split(QLatin1Char(' '));
+        const QString program = words.removeOne(u("orv")) ? folder.filePath(u("bin/orv")) : u(ORV_PROGRAM);
+        const ChildResult result = runChild(words, program, lines['<'], folder.path());
         QCOMPARE(result.output, lines['>']);
         QCOMPARE(result.error, lines['!']);
         QCOMPARE(result.exitCode, lines['='].trimmed().toInt());
@@ -76,6 +78,19 @@ private Q_SLOTS:
     }
 
 private:
+    /** The transcripts of a page; its other samples have names, behind their language, and are written as files. */
+    QByteArray transcripts(const char* page)
+    {
+        QByteArray result;
+        const QStringList pieces = u(readData(page)).split(u("\n```"));
+        for (int i = 1; i < pieces.size(); i += 2) { // between them stands text
+            const QString name = pieces[i].section(QLatin1Char('\n'), 0, 0).section(QLatin1Char(' '), 1);
+            const QByteArray content = pieces[i].section(QLatin1Char('\n'), 1).toUtf8() + '\n';
+            name.isEmpty() ? void(result += content) : void(writeFile(folder.filePath(name), content));
+        }
+        return result;
+    }
+
     QTemporaryDir folder;
 };
 
