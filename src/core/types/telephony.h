@@ -17,6 +17,7 @@
 /** @addtogroup types
  * @{ */
 
+/** Codes by which applications are told apart. */
 namespace AppCode {
 
 /** The application code of the hybrid speech application: the digit 1, as a character. */
