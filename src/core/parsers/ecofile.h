@@ -25,8 +25,8 @@
  *
  * Reading forgives: what cannot be used is skipped, without a word in the log. A line is judged by
  * the declarations above it; one with more or fewer fields than columns is dropped. A field loses
- * the white space and the quotes around it; with a separator other than ";" it keeps the separator
- * in front of it, but for the first.
+ * the white space and the quotes around it; with a separator other than ";" all but the first keep
+ * the separator in front of them, and an opening quote behind it.
  *
  * A value type. Thread-safety: reentrant.
  */
