@@ -335,7 +335,7 @@ constexpr Action actions[] = {
 int runChecksum(const QStringList& arguments)
 {
     CommandLine commandLine("checksum",
-        "Keeps checksums of speech data files:\n"
+        "Keeps checksums of speech data files.\n\nActions:\n"
         "  update  stores the checksums that the files have now\n"
         "  verify  shows the files that are new, changed or missing; all stored ones without PATH\n"
         "  list    shows what is stored\n"

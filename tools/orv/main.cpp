@@ -43,9 +43,11 @@ QString usage()
                     .arg(QLatin1String(command.summary));
     }
     return text
-           + QStringLiteral(
-               "\norv COMMAND --help tells more. Exit codes: 0 done, 1 a negative finding,\n"
-               "2 wrong use or unreadable input.\n");
+           + QStringLiteral("\norv COMMAND --help tells more.\n"
+                            "\nExit codes:\n"
+                            "  0  done\n"
+                            "  1  a negative finding\n"
+                            "  2  wrong use or unreadable input\n");
 }
 
 int run(QStringList words)
