@@ -1,0 +1,74 @@
+# Debian packages, one per install component: the shared library, what programs are built with,
+# and the command-line client. They lie right only below the prefix /usr; scripts/package sees to it.
+
+set(ORV_PACKAGE_MAINTAINER "libOrvCore maintainers <maintainers@orvcore.example>"
+    CACHE STRING "Name and mail address that the Debian packages carry")
+
+include(GNUInstallDirs)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR})
+set(CPACK_PACKAGE_NAME orvcore)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
+set(CPACK_PACKAGE_CONTACT "${ORV_PACKAGE_MAINTAINER}")
+set(CPACK_COMPONENTS_ALL library development orv)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# orv is linked to the library of the package beside it, which no installed package knows yet.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
+
+set(runTimePackage liborvcore${PROJECT_VERSION_MAJOR})
+set(packageVersion ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
+
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${runTimePackage})
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_MULTIARCH same)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/packages/triggers)
+set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "core library of speech and voice-control services
+What the speech services of a vehicle head unit share: languages and their
+codes, domain records, JSON and settings, table files, prompt markup, brand
+sounds, sentence splitting, a checksum store, a registry of singletons, POSIX
+signals and an inflater.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME liborvcore-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
+    "${runTimePackage} (= ${packageVersion}), qtbase5-dev (>= 5.12)")
+set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+    "core library of speech and voice-control services - development files
+The headers of libOrvCore, its CMake package and its pkg-config module.")
+
+set(CPACK_DEBIAN_ORV_PACKAGE_NAME orv)
+set(CPACK_DEBIAN_ORV_PACKAGE_SECTION utils)
+set(CPACK_DEBIAN_ORV_PACKAGE_DEPENDS "${runTimePackage} (>= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_ORV_DESCRIPTION "command-line client of the speech core library
+Shows what prompts ask for, how texts are cut into sentences, languages, brand
+sounds, radio genres and table files; keeps checksums of speech data files.")
+
+# Every package carries the change log and the terms.
+configure_file(${CMAKE_CURRENT_LIST_DIR}/packages/changelog.in
+    ${PROJECT_BINARY_DIR}/changelog.Debian @ONLY)
+execute_process(COMMAND gzip -9nkf ${PROJECT_BINARY_DIR}/changelog.Debian
+    RESULT_VARIABLE gzipResult)
+if(gzipResult)
+    message(FATAL_ERROR "The change log of the packages cannot be compressed")
+endif()
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+    string(TOUPPER ${component} COMPONENT)
+    install(FILES ${CMAKE_CURRENT_LIST_DIR}/packages/copyright
+        ${PROJECT_BINARY_DIR}/changelog.Debian.gz
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${COMPONENT}_PACKAGE_NAME}
+        COMPONENT ${component})
+endforeach()
+
+include(CPack)
