@@ -72,6 +72,8 @@ private Q_SLOTS:
                 const ChildResult result = runChild({u(command), u(option)}, u(ORV_PROGRAM));
                 const QByteArray help = QByteArray("Usage: orv ") + command + " [options]";
                 QVERIFY(result.output.startsWith(option[2] == 'h' ? help : "orv " ORV_VERSION "\n"));
+                const QByteArray example = QByteArray("\nExamples:\n  orv ") + command + ' ';
+                QCOMPARE(result.output.contains(example), option[2] == 'h');
                 QCOMPARE(result.exitCode, 0);
             }
         }

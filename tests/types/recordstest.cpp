@@ -1,3 +1,4 @@
+#include <core/orvcore_version.h>
 #include <core/types/connectivity.h>
 #include <core/types/telephony.h>
 
@@ -14,6 +15,12 @@ class RecordsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void version()
+    {
+        QCOMPARE(orvCoreVersion(), ORVCORE_VERSION_STRING);
+        QVERIFY(ORVCORE_VERSION >= ORVCORE_VERSION_CHECK(1, 0, 0));
+    }
+
     void calls()
     {
         QCOMPARE(countingFields<Call>(&Call::handle, &Call::primaryText, &Call::secondaryText, &Call::aux1, &Call::time,

@@ -77,9 +77,13 @@ void checkFile(Findings& findings, int line, const QString& path, const CheckOpt
 int runCheck(const QStringList& arguments)
 {
     CommandLine commandLine("check",
-        "Tells what the library would silently speak whole, drop, skip or overwrite, by file, "
-        "line\n"
-        "and reason. KIND is prompts, settings, sounds, store or table.");
+        "Tells what the library would silently speak whole, drop, skip or overwrite, by file,\n"
+        "line and reason.\n\nKinds:\n"
+        "  prompts   prompt markup, one prompt per line\n"
+        "  settings  the JSON file of an application's settings\n"
+        "  sounds    a JSON table of brand sounds\n"
+        "  store     a checksum store\n"
+        "  table     an \"#ECO\" table file");
     commandLine.addOption("context",
         "For prompts: the caller's situation: general (without it), brandsound, a4a or a number.",
         "NAME|N", "general");
@@ -90,6 +94,8 @@ int runCheck(const QStringList& arguments)
     commandLine.addOption("json", "Writes one JSON object per finding.");
     commandLine.addArgument("kind", "What the files hold.", "KIND");
     commandLine.addArgument("file", "A file; - for standard input.", "FILE…");
+    commandLine.addExample("prompts examples/prompts/mistakes.txt");
+    commandLine.addExample("table --json stations.eco | jq .reason");
     commandLine.process(arguments, arguments.size());
     const QStringList kindAndFiles = commandLine.arguments();
     if (kindAndFiles.size() < 2) {

@@ -353,6 +353,8 @@ int runChecksum(const QStringList& arguments)
     commandLine.addArgument("path",
         "Files, or folders with all that lies in them; stored without \"./\" and the like.",
         "[PATH…]");
+    commandLine.addExample("update --language de_DE speech/de_DE");
+    commandLine.addExample("verify");
     commandLine.process(arguments, arguments.size());
 
     const QStringList words = commandLine.arguments();

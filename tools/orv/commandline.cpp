@@ -30,6 +30,11 @@ void CommandLine::addArgument(const char* name, const char* description, const c
         QString::fromUtf8(name), QString::fromUtf8(description), QString::fromUtf8(syntax));
 }
 
+void CommandLine::addExample(const char* words)
+{
+    examples += QStringLiteral("  orv %1 %2\n").arg(command, QString::fromUtf8(words));
+}
+
 void CommandLine::process(const QStringList& arguments, int mostArguments)
 {
     if (!parser.parse(QStringList(QCoreApplication::applicationName()) + arguments)) {
@@ -39,7 +44,7 @@ void CommandLine::process(const QStringList& arguments, int mostArguments)
         QString help = parser.helpText(); // names the program by its path, and no command
         help.replace(0, help.indexOf(QLatin1String("[options]")),
             QStringLiteral("Usage: orv %1 ").arg(command));
-        print(help);
+        print(help + QStringLiteral("\nExamples:\n") + examples);
         throw Answered();
     }
     if (parser.isSet(QStringLiteral("version"))) {

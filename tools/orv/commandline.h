@@ -26,6 +26,9 @@ public:
         const char* defaultValue = "");
     void addArgument(const char* name, const char* description, const char* syntax);
 
+    /** Words behind the command's name that the help is to show. */
+    void addExample(const char* words);
+
     /** Reads the words; answers --help and --version. @throw Failure for wrong use, Answered */
     void process(const QStringList& arguments, int mostArguments);
 
@@ -41,5 +44,6 @@ public:
 
 private:
     QString command;
+    QString examples;
     QCommandLineParser parser;
 };

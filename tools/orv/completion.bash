@@ -25,7 +25,7 @@ _orv()
         --language) choices=languages ;;
         --context) choices='general brandsound a4a' ;;
         --type) choices='default alternate' ;;
-        --store | -o)
+        --store | --root | -o)
             _filedir
             return
             ;;
@@ -38,8 +38,8 @@ _orv()
             elif [[ $command == language ]]; then
                 choices=languages
             elif [[ $command != @(genre|sound) ]]; then
-                # Where a command lists actions, the first argument is one of them.
-                choices=$(_orv_listed Actions "$program" "$command")
+                # Where a command lists actions or kinds, the first argument is one of them.
+                choices=$(_orv_listed '\(Actions\|Kinds\)' "$program" "$command")
                 if [[ ! $choices || " ${words[*]:2:cword-2} " == *" "@(${choices//$'\n'/|})" "* ]]; then
                     _filedir
                     return

@@ -150,6 +150,7 @@ int runGenre(const QStringList& arguments)
     commandLine.addOption("rbds", "Programme types of RBDS, 0 to 31.", "N…");
     commandLine.addOption("satellite", "Category names, in any letter case.", "NAME…");
     commandLine.addOption("json", "Writes one JSON object per genre.");
+    commandLine.addExample("--rds 10 --satellite \"Latino\"");
     commandLine.process(spelledOut(arguments), 0);
 
     QVector<Meaning> meanings;

@@ -153,6 +153,8 @@ int runInflate(const QStringList& arguments)
     commandLine.addOption("o", "The file to write; it appears only if the data is whole.", "FILE");
     commandLine.addOption("force", "Overwrites the file if it exists.");
     commandLine.addArgument("file", "The compressed file; standard input without it.", "[FILE]");
+    commandLine.addExample("-o voice.dat voice.dat.gz");
+    commandLine.addExample("voice.dat.gz | head");
     commandLine.process(arguments, 1);
 
     QString inputName = commandLine.arguments().value(0);

@@ -32,6 +32,7 @@ int runJson(const QStringList& arguments)
     commandLine.addOption("default", "What to show when the path leads to no value.", "JSON");
     commandLine.addArgument("file", "A JSON file.", "FILE");
     commandLine.addArgument("path", "The keys that lead to the value, joined by \"/\".", "PATH");
+    commandLine.addExample("service.json audio/volume --default 70");
     commandLine.process(arguments, 2);
     if (commandLine.arguments().size() < 2) {
         throw Failure{QStringLiteral("a file and a path are needed (orv json --help)")};

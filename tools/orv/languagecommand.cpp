@@ -139,6 +139,8 @@ int runLanguage(const QStringList& arguments)
     commandLine.addOption("json", "Writes one JSON object per language.");
     commandLine.addArgument(
         "code", "A code of any family, such as de_DE or deu-DEU, or a value.", "[CODE…]");
+    commandLine.addExample("de_DE zh_TW");
+    commandLine.addExample("--json");
     commandLine.process(arguments, arguments.size());
 
     int exitCode = 0;

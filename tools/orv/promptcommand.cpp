@@ -75,6 +75,8 @@ int runPrompt(const QStringList& arguments)
         "language", "Also cuts spoken text into sentences of this language.", "ISO");
     commandLine.addOption("json", "Writes one JSON object per prompt.");
     commandLine.addArgument("file", "A file of prompts; standard input without it.", "[FILE]");
+    commandLine.addExample("--context a4a prompts.txt");
+    commandLine.addExample("--language de_DE --json prompts.txt");
     commandLine.process(arguments, 1);
     const PromptContext context = contextOf(commandLine.value("context"));
     const bool wantsSentences = commandLine.isSet("language");

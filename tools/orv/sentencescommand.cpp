@@ -15,6 +15,7 @@ int runSentences(const QStringList& arguments)
     commandLine.addOption("language", "The language of the texts, such as de_DE. Required.", "ISO");
     commandLine.addOption("json", "Writes one JSON object per text.");
     commandLine.addArgument("file", "A file of texts; standard input without it.", "[FILE]");
+    commandLine.addExample("--language ja_JP texts.txt");
     commandLine.process(arguments, 1);
     if (!commandLine.isSet("language")) {
         throw Failure{QStringLiteral("the option --language is missing")};

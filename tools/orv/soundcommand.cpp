@@ -15,6 +15,7 @@ int runSound(const QStringList& arguments)
         "brand", "The car brand whose sounds are meant; TYX without it.", "NAME", "TYX");
     commandLine.addOption("json", "Writes one JSON object per sound.");
     commandLine.addArgument("id", "The id of a sound.", "[ID…]");
+    commandLine.addExample("--brand Nova welcome");
     commandLine.process(arguments, arguments.size());
 
     const QHash<QString, QString> sounds = loadBrandSounds(commandLine.value("brand"));

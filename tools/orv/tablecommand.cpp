@@ -97,6 +97,8 @@ int runTable(const QStringList& arguments)
     commandLine.addOption("json", "Writes the header and each row as a JSON object.");
     commandLine.addOption("csv", "Writes the column names and the rows as comma-separated values.");
     commandLine.addArgument("file", "A table file; - for standard input.", "FILE");
+    commandLine.addExample("stations.eco");
+    commandLine.addExample("--csv stations.eco > stations.csv");
     commandLine.process(arguments, 1);
     if (commandLine.arguments().isEmpty()) {
         throw Failure{QStringLiteral("a table file is needed")};
