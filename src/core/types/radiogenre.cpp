@@ -53,6 +53,7 @@ static_assert(std::size(programTypes) == 32, "a PTY code has 5 bits");
 QHash<int, Genre> genresByCode(Genre ProgramType::*vocabulary)
 {
     QHash<int, Genre> genres;
+    genres.reserve(int(std::size(programTypes)));
     int code = 0;
     for (const ProgramType& programType : programTypes) {
         genres.insert(code++, programType.*vocabulary);
