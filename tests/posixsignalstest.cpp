@@ -167,10 +167,12 @@ private Q_SLOTS:
             {"while quitting, unheard", 1, once, ""},
             {"no socket", 4, start + lost, ""},
             {"no socket, unheard", 3, start, ""},
+#ifndef __SANITIZE_ADDRESS__ // needs a pipe to look at an object
             {"one descriptor", 0,
                 start + "void PosixSignals::initialize() Creating Unix socket failed\n"
                     + "QSocketNotifier: Invalid socket specified\n",
                 "counted 0"},
+#endif
             {"no socket, one unread", 0,
                 start + quit + "void PosixSignals::signalHandle() Could not read signal number from socket, ignoring\n",
                 "counted 0"},
