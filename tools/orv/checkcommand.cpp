@@ -1,9 +1,9 @@
 #include "checks.h"
 #include "commandline.h"
 #include "commands.h"
-#include "context.h"
 #include "input.h"
 #include "output.h"
+#include "promptoptions.h"
 #include "suggestion.h"
 
 #include <QFileInfo>
@@ -57,8 +57,9 @@ int check(const Kind& kind, QString fileName, const CheckOptions& options, bool 
             printJson({{QStringLiteral("file"), fileName}, {QStringLiteral("line"), finding.line},
                 {QStringLiteral("reason"), finding.reason}});
         } else {
-            print(QStringLiteral("%1:%2: ").arg(fileName).arg(finding.line)
-                  + onOneLine(finding.reason) + QLatin1Char('\n'));
+            print(onOneLine(QStringLiteral("%1:%2: %3")
+                                .arg(fileName, QString::number(finding.line), finding.reason))
+                  + QLatin1Char('\n'));
         }
     }
     return findings.size();
@@ -104,6 +105,12 @@ int runCheck(const QStringList& arguments)
     const Kind& kind = kindOf(kindAndFiles[0]);
     const CheckOptions options{contextOf(commandLine.value("context")), commandLine.value("brand"),
         commandLine.value("root")};
+    if (!options.root.isEmpty() && !QFileInfo(options.root).isDir()) {
+        throw Failure{QStringLiteral("no such folder: \"%1\"").arg(options.root)};
+    }
+    if (kind.check == checkPrompts) {
+        loadSounds(commandLine);
+    }
     int exitCode = 0;
     const QStringList fileNames = kindAndFiles.mid(1);
     for (const QString& fileName : fileNames) {

@@ -23,7 +23,8 @@ struct CheckOptions
     QString root; ///< the folder that stands for the target's root folder; empty for this machine's
 };
 
-// Each judges the content of one file by what the library itself makes of it.
+// Each judges the content of one file by what the library itself makes of it; prompts with the brand
+// sounds that are loaded.
 Findings checkPrompts(const QByteArray& content, const CheckOptions& options);
 Findings checkSounds(const QByteArray& content, const CheckOptions& options);
 Findings checkTable(const QByteArray& content, const CheckOptions& options);

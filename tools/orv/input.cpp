@@ -22,6 +22,13 @@ void openInput(QFile& file, QString& name)
     }
 }
 
+bool decodeUtf8(const QByteArray& bytes, QString& text)
+{
+    QTextCodec::ConverterState state;
+    text = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
+
 LineReader::LineReader(const QString& fileName)
     : name(fileName)
 {
@@ -42,9 +49,7 @@ bool LineReader::readLine(QString& line)
     if (bytes.endsWith('\n')) {
         bytes.chop(bytes.endsWith("\r\n") ? 2 : 1);
     }
-    QTextCodec::ConverterState state;
-    line = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0) {
+    if (!decodeUtf8(bytes, line)) {
         throw Failure{QStringLiteral("%1:%2: not valid UTF-8").arg(name, QString::number(number))};
     }
     return true;

@@ -10,6 +10,9 @@
  */
 void openInput(QFile& file, QString& name);
 
+/** @return false when @p bytes are not valid UTF-8. A byte order mark is left out. */
+bool decodeUtf8(const QByteArray& bytes, QString& text);
+
 /** Reads the lines of a UTF-8 file, or of standard input, one at a time. */
 class LineReader
 {

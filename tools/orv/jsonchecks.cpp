@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QJsonArray>
 #include <QRegularExpression>
+#include <QVariantMap>
 
 #include <optional>
 
@@ -28,9 +29,9 @@ public:
         places.emplace(content);
         for (const JsonPlaces::Member& member : places->members()) {
             if (member.overwrittenLine > 0) {
-                findings.append({member.line, QStringLiteral("\"%1\" overwrites that of line %2")
-                                                  .arg(member.key)
-                                                  .arg(member.overwrittenLine)});
+                findings.append(
+                    {member.line, QStringLiteral("\"%1\" overwrites that of line %2")
+                                      .arg(member.key, QString::number(member.overwrittenLine))});
             }
         }
     }
@@ -41,7 +42,8 @@ public:
 
 /** Calls @p check with each object of the outermost array and its line. */
 template <typename Check>
-void checkElements(const QByteArray& content, Findings& findings, Check check)
+void checkElements(
+    const QByteArray& content, Findings& findings, const char* whenNoObject, Check check)
 {
     const JsonText text(content, findings);
     if (text.document.isObject()) {
@@ -54,9 +56,14 @@ void checkElements(const QByteArray& content, Findings& findings, Check check)
         if (elements[i].isObject()) {
             check(elements[i].toObject(), line);
         } else {
-            findings.append({line, QStringLiteral("skipped: no object")});
+            findings.append({line, QString::fromUtf8(whenNoObject)});
         }
     }
+}
+
+bool isEntered(const QJsonObject& sound)
+{
+    return sound.contains(QStringLiteral("id")) && sound.contains(QStringLiteral("value"));
 }
 
 /** What keeps a sound from being entered, or makes it useless; or nothing. */
@@ -73,30 +80,35 @@ QString checkSound(const QJsonObject& sound)
     return QString();
 }
 
-/** What keeps an entry of a checksum store from being found; or nothing. */
+/** What keeps an entry of a checksum store from being found; or nothing. @p key is the entry's. */
 QString checkEntry(const QJsonObject& entry, SpeechChecksumManager::ChecksumKey& key)
 {
     using Manager = SpeechChecksumManager;
-    key.filePath = entry.value(QStringLiteral("filePath")).toString();
+    // As the library reads them: whatever their types are.
+    const QVariantMap members = entry.toVariantMap();
+    key = {members[QStringLiteral("filePath")].toString(),
+        Language(members[QStringLiteral("language")].toInt()),
+        Manager::ChecksumType(members[QStringLiteral("type")].toInt())};
     if (key.filePath.isEmpty()) {
-        return QStringLiteral("\"filePath\" is no text, or an empty one");
+        return QStringLiteral("\"filePath\" is missing or empty");
     }
     if (key.filePath.contains(QLatin1Char(';'))) {
         return QStringLiteral("lost when the store is written: a path with \";\": \"%1\"")
             .arg(key.filePath);
     }
-    const QJsonValue language = entry.value(QStringLiteral("language"));
-    key.language = Language(language.toInt(InvalidLanguage));
     if (convertLanguageIdToIso(key.language).isEmpty()) {
         return QStringLiteral("\"language\" is the value of no language");
     }
-    const int type = entry.value(QStringLiteral("type")).toInt(-1);
-    key.type = Manager::ChecksumType(type);
     if (key.type != Manager::DefaultChecksum && key.type != Manager::AlternateChecksum) {
         return QStringLiteral("\"type\" is neither 0 nor 1");
     }
-    static const QRegularExpression digest(QStringLiteral("^[0-9a-f]{32}$"));
-    if (!digest.match(entry.value(QStringLiteral("checksum")).toString()).hasMatch()) {
+    for (const char* name : {"language", "type", "checksum"}) {
+        if (!entry.contains(QLatin1String(name))) {
+            return QStringLiteral("no \"%1\"").arg(QLatin1String(name));
+        }
+    }
+    static const QRegularExpression digest(QStringLiteral("^[0-9a-f]{32}\\z"));
+    if (!digest.match(members[QStringLiteral("checksum")].toString()).hasMatch()) {
         return QStringLiteral(
             "\"checksum\" is not of 32 digits 0-9 and a-f, and never equals one that is computed");
     }
@@ -109,25 +121,30 @@ Findings checkSounds(const QByteArray& content, const CheckOptions& options)
 {
     Findings findings;
     QHash<QString, int> lines; // by everything that is entered
-    checkElements(content, findings, [&](const QJsonObject& sound, int line) {
+    checkElements(content, findings, "skipped: no object", [&](const QJsonObject& sound, int line) {
         const QString reason = checkSound(sound);
         if (!reason.isEmpty()) {
             findings.append({line, reason});
+        }
+        if (!isEntered(sound)) {
             return;
         }
         const QString id = sound.value(QStringLiteral("id")).toString();
         for (const QString& entered : {id, id + QLatin1Char('.')}) {
             if (lines.contains(entered)) {
                 findings.append({line, QStringLiteral("\"%1\" overwrites that of line %2")
-                                           .arg(entered)
-                                           .arg(lines[entered])});
+                                           .arg(entered, QString::number(lines[entered]))});
                 break;
             }
         }
         lines[id] = line;
         lines[id + QLatin1Char('.')] = line;
-        checkFile(findings, line,
-            sound.value(QStringLiteral("value")).toString().arg(options.brand.toLower()), options);
+        if (!reason.isEmpty()) {
+            return;
+        }
+        const QString path = sound.value(QStringLiteral("value")).toString();
+        const bool hasMarker = path.contains(QLatin1Char('%'));
+        checkFile(findings, line, hasMarker ? path.arg(options.brand.toLower()) : path, options);
     });
     return findings;
 }
@@ -136,21 +153,22 @@ Findings checkStore(const QByteArray& content, const CheckOptions&)
 {
     Findings findings;
     QHash<QString, int> lines; // by the keys of the entries
-    checkElements(content, findings, [&](const QJsonObject& entry, int line) {
-        SpeechChecksumManager::ChecksumKey key;
-        const QString reason = checkEntry(entry, key);
-        if (!reason.isEmpty()) {
-            findings.append({line, reason});
-        }
-        const int earlier = lines.value(key.toString());
-        if (earlier > 0) {
-            findings.append(
-                {line, QStringLiteral(
-                           "overwrites the entry of line %1, which has its path, language and type")
-                           .arg(earlier)});
-        }
-        lines[key.toString()] = line;
-    });
+    checkElements(content, findings, "no object: becomes an entry without a path",
+        [&](const QJsonObject& entry, int line) {
+            SpeechChecksumManager::ChecksumKey key;
+            const QString reason = checkEntry(entry, key);
+            if (!reason.isEmpty()) {
+                findings.append({line, reason});
+            }
+            const int earlier = lines.value(key.toString());
+            if (earlier > 0) {
+                findings.append({line,
+                    QStringLiteral(
+                        "overwrites the entry of line %1, which has its path, language and type")
+                        .arg(earlier)});
+            }
+            lines[key.toString()] = line;
+        });
     return findings;
 }
 

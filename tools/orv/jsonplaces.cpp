@@ -9,7 +9,10 @@
 JsonPlaces::JsonPlaces(const QByteArray& json)
     : text(json)
 {
-    readValue(QString(), 0);
+    if (text.startsWith("\xEF\xBB\xBF")) {
+        at = 3; // the parser skips the mark, too
+    }
+    readValue(0);
 }
 
 const QVector<int>& JsonPlaces::elementLines() const
@@ -35,28 +38,28 @@ QString JsonPlaces::readString()
 {
     const int begin = at++;
     while (at < text.size() && text[at] != '"') {
-        line += text[at] == '\n' ? 1 : 0;
-        at += text[at] == '\\' ? 2 : 1;
+        at += text[at] == '\\' ? 1 : 0; // what is escaped may be a quote, or a line break
+        line += at < text.size() && text[at] == '\n' ? 1 : 0;
+        ++at;
     }
     ++at;
     const QByteArray array = '[' + text.mid(begin, at - begin) + ']';
     return QJsonDocument::fromJson(array).array().at(0).toString();
 }
 
-void JsonPlaces::readValue(const QString& path, int depth)
+void JsonPlaces::readValue(int depth)
 {
     const char first = next();
     if (first == '{' || first == '[') {
         std::map<QString, int> lines;
-        int index = 0;
         for (++at; next() != '}' && next() != ']' && next() != '\0';) {
             if (first == '{') {
-                readMember(path, depth, lines);
+                readMember(depth, lines);
             } else {
                 if (depth == 0) {
                     elements.append(line);
                 }
-                readValue(path + QString::number(index++) + QLatin1Char('/'), depth + 1);
+                readValue(depth + 1);
             }
             at += next() == ',' ? 1 : 0;
         }
@@ -70,15 +73,15 @@ void JsonPlaces::readValue(const QString& path, int depth)
     }
 }
 
-void JsonPlaces::readMember(const QString& path, int depth, std::map<QString, int>& lines)
+void JsonPlaces::readMember(int depth, std::map<QString, int>& lines)
 {
     const int keyLine = line;
     const QString key = readString();
-    memberList.append({path + key, key, keyLine, lines[key]});
+    memberList.append({key, keyLine, lines[key]});
     lines[key] = keyLine;
     next();
     ++at; // the colon
-    readValue(path + key + QLatin1Char('/'), depth + 1);
+    readValue(depth + 1);
 }
 
 int lineAt(const QByteArray& text, int offset)

@@ -14,7 +14,6 @@ public:
     /** A member of an object. */
     struct Member
     {
-        QString path; ///< the keys and indices that lead to it, with "/" between
         QString key;
         int line;
         int overwrittenLine = 0; ///< where the object has a member of the same key before; or 0
@@ -32,8 +31,8 @@ public:
 private:
     char next();
     QString readString();
-    void readValue(const QString& path, int depth);
-    void readMember(const QString& path, int depth, std::map<QString, int>& lines);
+    void readValue(int depth);
+    void readMember(int depth, std::map<QString, int>& lines);
 
     const QByteArray& text;
     int at = 0;

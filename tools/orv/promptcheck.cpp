@@ -1,9 +1,10 @@
 #include "checks.h"
-#include "output.h"
+#include "input.h"
 #include "suggestion.h"
 
 #include <QRegularExpression>
 
+#include <algorithm>
 #include <limits>
 
 namespace {
@@ -39,12 +40,21 @@ QString skeletonOf(const QString& prompt)
     return skeleton.replace(attributeValue(), QStringLiteral("=\"\""));
 }
 
-QString nearestForm(const QString& prompt)
+bool isSpokenWhole(const QString& prompt, PromptContext context)
+{
+    const PromptData parsed = PromptData::parse(prompt, context);
+    return parsed.mode == PromptText && parsed.text == prompt;
+}
+
+QString nearestForm(const QString& prompt, PromptContext context)
 {
     const QString skeleton = skeletonOf(prompt);
     QString nearest;
     int least = std::numeric_limits<int>::max();
     for (const char* form : forms) {
+        if (isSpokenWhole(QLatin1String(form), context)) {
+            continue;
+        }
         const int distance = editDistance(skeleton, skeletonOf(QLatin1String(form)));
         if (distance < least) {
             nearest = QLatin1String(form);
@@ -54,24 +64,19 @@ QString nearestForm(const QString& prompt)
     return nearest;
 }
 
-bool isSpokenWhole(const QString& prompt, PromptContext context)
+QString withoutBlanksInValues(const QString& prompt)
 {
-    const PromptData parsed = PromptData::parse(prompt, context);
-    return parsed.mode == PromptText && parsed.text == prompt;
-}
-
-QString withoutBlanksInValues(QString prompt)
-{
-    const QRegularExpression value = attributeValue();
-    for (int at = 0;;) {
-        const QRegularExpressionMatch match = value.match(prompt, at);
-        if (!match.hasMatch()) {
-            return prompt;
-        }
-        const QString joined = match.captured().remove(QLatin1Char(' '));
-        prompt.replace(match.capturedStart(), match.capturedLength(), joined);
-        at = match.capturedStart() + joined.size();
+    static const QRegularExpression blank(
+        QStringLiteral("\\s"), QRegularExpression::UseUnicodePropertiesOption);
+    QString joined;
+    int from = 0;
+    for (auto match = attributeValue().globalMatch(prompt); match.hasNext();) {
+        const QRegularExpressionMatch value = match.next();
+        joined += prompt.midRef(from, value.capturedStart() - from);
+        joined += value.captured().remove(blank);
+        from = value.capturedEnd();
     }
+    return joined + prompt.midRef(from);
 }
 
 QString whySpokenWhole(const QString& prompt, PromptContext context)
@@ -85,7 +90,7 @@ QString whySpokenWhole(const QString& prompt, PromptContext context)
     if (context != A4AContext && !isSpokenWhole(prompt, A4AContext)) {
         return QStringLiteral("this form counts in the context a4a alone");
     }
-    return QStringLiteral("nearest form: ") + nearestForm(prompt);
+    return QStringLiteral("nearest form: ") + nearestForm(prompt, context);
 }
 
 /** What a prompt would still mean the same without, in front and behind. */
@@ -95,30 +100,46 @@ struct Outside
     QString behind;
 };
 
+QVector<int> positionsOf(QChar character, const QString& text)
+{
+    QVector<int> positions;
+    for (int at = -1; (at = text.indexOf(character, at + 1)) >= 0;) {
+        positions.append(at);
+    }
+    return positions;
+}
+
 Outside outsideOf(const QString& prompt, PromptContext context, const PromptData& meaning)
 {
     const auto meansTheSame = [context, &meaning](const QString& part) {
         const PromptData other = PromptData::parse(part, context);
-        return other.text == meaning.text && other.mode == meaning.mode
+        const bool isWhole = other.mode == PromptText && other.text == part;
+        return !isWhole && other.text == meaning.text && other.mode == meaning.mode
                && other.language == meaning.language && other.genre == meaning.genre;
     };
-    int begin = 0;
-    for (int at = 0; (at = prompt.indexOf(QLatin1Char('<'), at + 1)) >= 0;) {
-        begin = meansTheSame(prompt.mid(at)) ? at : begin;
-    }
-    int end = prompt.size();
-    for (int at = end; at > begin && (at = prompt.lastIndexOf(QLatin1Char('>'), at - 1)) > begin;) {
-        end = meansTheSame(prompt.mid(begin, at + 1 - begin)) ? at + 1 : end;
-    }
-    return {prompt.left(begin).trimmed(), prompt.mid(end).trimmed()};
+    // The same as long as the markup is in the part, so that halving finds where it starts and
+    // ends, and a prompt of many brackets is not parsed for each of them.
+    const QVector<int> opening = positionsOf(QLatin1Char('<'), prompt);
+    const auto behindBegin = std::partition_point(
+        opening.begin(), opening.end(), [&](int at) { return meansTheSame(prompt.mid(at)); });
+    const int begin = behindBegin == opening.begin() ? 0 : behindBegin[-1];
+    const QVector<int> closing = positionsOf(QLatin1Char('>'), prompt);
+    const auto end = std::partition_point(closing.begin(), closing.end(),
+        [&](int at) { return at < begin || !meansTheSame(prompt.mid(begin, at + 1 - begin)); });
+    return {prompt.left(begin).trimmed(),
+        end == closing.end() ? QString() : prompt.mid(*end + 1).trimmed()};
 }
 
 void checkPrompt(Findings& findings, int line, const QString& prompt, const CheckOptions& options)
 {
     const auto find = [&findings, line](const QString& reason) { findings.append({line, reason}); };
     const PromptData parsed = PromptData::parse(prompt, options.context);
-    if (parsed.mode == PromptAudio || parsed.mode == PromptFile) {
-        checkFile(findings, line, parsed.text, options);
+    // Off-board markup of a file would have been read from this machine, whatever stands for root.
+    const bool namesFile =
+        options.context == A4AContext && !prompt.contains(QLatin1String("<offboard"));
+    const PromptData named = namesFile ? PromptData::parse(prompt, GeneralContext) : parsed;
+    if (named.mode == PromptAudio || named.mode == PromptFile) {
+        checkFile(findings, line, named.text, options);
     }
     if (!prompt.contains(QLatin1Char('<'))) {
         return;
@@ -128,7 +149,9 @@ void checkPrompt(Findings& findings, int line, const QString& prompt, const Chec
              + whySpokenWhole(prompt, options.context));
         return;
     }
-    static const QRegularExpression languageCode(QStringLiteral(" lang(?:uage)?=\"(\\S+?)\""));
+    static const QRegularExpression languageCode(
+        QStringLiteral(R"~(<[a-z]+ lang(?:uage)?="([^"]*)")~"));
+    static const QRegularExpression tag(QStringLiteral("</?[a-z]"));
     bool areLanguagesKnown = true;
     for (auto match = languageCode.globalMatch(prompt); match.hasNext();) {
         const QString code = match.next().captured(1);
@@ -138,8 +161,9 @@ void checkPrompt(Findings& findings, int line, const QString& prompt, const Chec
         }
     }
     // A language that nobody knows means nothing, so that its tag would seem to be outside.
-    const Outside outside =
-        areLanguagesKnown ? outsideOf(prompt, options.context, parsed) : Outside();
+    const Outside outside = areLanguagesKnown || parsed.mode != PromptOffboard
+                                ? outsideOf(prompt, options.context, parsed)
+                                : Outside();
     for (const QString& part : {outside.before, outside.behind}) {
         if (!part.isEmpty()) {
             find(QStringLiteral("dropped, since it is outside the markup: \"%1\"").arg(part));
@@ -147,7 +171,7 @@ void checkPrompt(Findings& findings, int line, const QString& prompt, const Chec
     }
     if (parsed.text.isEmpty()) {
         find(QStringLiteral("nothing is spoken"));
-    } else if (parsed.mode == PromptText && parsed.text.contains(QLatin1Char('<'))) {
+    } else if (parsed.mode == PromptText && parsed.text.contains(tag)) {
         find(QStringLiteral("markup within the text is spoken as it stands"));
     }
 }
@@ -156,7 +180,6 @@ void checkPrompt(Findings& findings, int line, const QString& prompt, const Chec
 
 Findings checkPrompts(const QByteArray& content, const CheckOptions& options)
 {
-    loadBrandSounds(options.brand);
     Findings findings;
     int line = 0;
     const QList<QByteArray> lines = content.split('\n');
@@ -165,8 +188,8 @@ Findings checkPrompts(const QByteArray& content, const CheckOptions& options)
         if (bytes.endsWith('\r')) {
             bytes.chop(1);
         }
-        const QString prompt = QString::fromUtf8(bytes.constData(), bytes.size());
-        if (prompt.toUtf8() == bytes) {
+        QString prompt;
+        if (decodeUtf8(bytes, prompt)) {
             checkPrompt(findings, line, prompt, options);
         } else {
             findings.append({line, QStringLiteral("not valid UTF-8")});

@@ -1,8 +1,8 @@
 #include "commandline.h"
 #include "commands.h"
-#include "context.h"
 #include "input.h"
 #include "output.h"
+#include "promptoptions.h"
 
 #include <core/parsers/sentencetokenizer.h>
 #include <core/speech/speechcommon.h>
@@ -83,14 +83,7 @@ int runPrompt(const QStringList& arguments)
     const Language language = wantsSentences ? commandLine.language() : InvalidLanguage;
 
     LineReader reader(commandLine.arguments().value(0));
-    loadBrandSounds(commandLine.value("brand"));
-    const QString failure = takeLoggedFailure();
-    if (!failure.isEmpty()) {
-        if (commandLine.isSet("brand")) {
-            throw Failure{failure};
-        }
-        printError(QStringLiteral("no brand sounds are known: ") + failure);
-    }
+    loadSounds(commandLine);
     QString line;
     while (reader.readLine(line)) {
         const PromptData prompt = PromptData::parse(line, context);

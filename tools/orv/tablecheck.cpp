@@ -2,6 +2,7 @@
 #include "tablereader.h"
 
 #include <QBuffer>
+#include <QRegularExpression>
 
 namespace {
 
@@ -27,6 +28,11 @@ QString fieldCount(const QString& line, char separator)
     return QStringLiteral("too many");
 }
 
+bool hasLoneQuote(const QString& line)
+{
+    return line.count(QLatin1Char('"')) % 2 != 0;
+}
+
 QString whyDropped(const QString& line, const EcoFile::Header& header)
 {
     if (header.columns().isEmpty()) {
@@ -35,23 +41,23 @@ QString whyDropped(const QString& line, const EcoFile::Header& header)
     QString reason =
         QStringLiteral("%1 fields for %2 columns")
             .arg(fieldCount(line, header.separator()), QString::number(header.columns().size()));
-    if (line.count(QLatin1Char('"')) % 2 != 0) {
+    if (hasLoneQuote(line)) {
         reason += QStringLiteral(", with a quote that has no partner");
     }
     return reason;
 }
 
 /** What is wrong with a line that starts as a declaration does; nothing for a mere remark. */
-QString checkDeclaration(const QString& line, const EcoFile& before, const EcoFile& after)
+QString checkDeclaration(const QString& line, const EcoFile::Header& before, const EcoFile& after)
 {
-    const QString word = line.section(QLatin1Char(' '), 0, 0).toLower();
+    const QString word = line.section(QRegularExpression(QStringLiteral("\\s")), 0, 0).toLower();
     const EcoFile::Header& header = after.header();
     if (word == QLatin1String("#column")) {
-        if (header.columns().size() == before.header().columns().size()) {
+        if (header.columns().size() == before.columns().size()) {
             return QStringLiteral(
                 "declares no column: \"#Column NAME\" is needed, with single blanks");
         }
-        if (before.header().columns().contains(header.columns().last())) {
+        if (before.columns().contains(header.columns().last())) {
             return QStringLiteral("column \"%1\" again: of its fields the last one counts")
                 .arg(header.columns().last());
         }
@@ -84,24 +90,24 @@ QString checkDeclaration(const QString& line, const EcoFile& before, const EcoFi
 Findings checkTable(const QByteArray& content, const CheckOptions&)
 {
     Findings findings;
-    EcoFile before;
+    EcoFile::Header before; // not the rows: they would be copied at every remark
     QBuffer buffer;
     buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
-    const EcoFile table = readTable(buffer, [&](const TableLine& line, const EcoFile& after) {
+    readTable(buffer, [&](const TableLine& line, const EcoFile& after) {
         if (line.isDeclaration) {
             const QString reason = checkDeclaration(line.text, before, after);
             if (!reason.isEmpty()) {
                 findings.append({line.number, reason});
             }
-            before = after;
+            before = after.header();
         } else if (line.isDropped) {
             findings.append(
                 {line.number, QStringLiteral("dropped: ") + whyDropped(line.text, after.header())});
+        } else if (hasLoneQuote(line.text)) {
+            findings.append({line.number,
+                QStringLiteral("a quote that has no partner is lost, and ends its field")});
         }
     });
-    if (!isDeclared(table)) {
-        findings.append({1, QStringLiteral("no line \"#ECO VERSION ENCODING\"")});
-    }
     return findings;
 }

@@ -1,6 +1,7 @@
-#include "context.h"
+#include "promptoptions.h"
 
 #include "commandline.h"
+#include "output.h"
 
 namespace {
 
@@ -33,4 +34,16 @@ PromptContext contextOf(const QString& text)
                 .arg(text)};
     }
     return PromptContext(number);
+}
+
+void loadSounds(const CommandLine& commandLine)
+{
+    loadBrandSounds(commandLine.value("brand"));
+    const QString failure = takeLoggedFailure();
+    if (!failure.isEmpty()) {
+        if (commandLine.isSet("brand")) {
+            throw Failure{failure};
+        }
+        printError(QStringLiteral("no brand sounds are known: ") + failure);
+    }
 }
