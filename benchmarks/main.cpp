@@ -39,9 +39,10 @@ public:
 
 std::string keyOf(std::size_t index, const std::string& contender) { return std::to_string(index) + '|' + contender; }
 
-void registerContender(
-    std::size_t index, const std::string& name, const std::function<double()>& run, bool isSelfTimed, bool isBrief)
+void registerContender(std::size_t index, const std::string& name, const std::function<double()>& run, bool isBrief)
 {
+    const Comparison& comparison = comparisons[index];
+    const bool isSelfTimed = comparison.isSelfTimed;
     const std::string key = keyOf(index, name);
     auto* const registered = benchmark::RegisterBenchmark(key.c_str(), [run, isSelfTimed](benchmark::State& state) {
         for (auto _ : state) {
@@ -55,7 +56,7 @@ void registerContender(
     } else if (isSelfTimed) {
         registered->Iterations(5);
     } else {
-        registered->MinTime(0.02);
+        registered->MinTime(comparison.leastTime);
     }
     if (isSelfTimed) {
         registered->UseManualTime();
@@ -69,10 +70,8 @@ void registerAll(const std::regex& filter, bool isBrief)
     for (std::size_t i = 0; i < comparisons.size(); ++i) {
         const Comparison& comparison = comparisons[i];
         if (std::regex_search(comparison.operation + ' ' + comparison.series + ' ' + comparison.input, filter)) {
-            registerContender(i, "orv", comparison.ours, comparison.isSelfTimed, isBrief);
-            for (const Contender& peer : comparison.peers) {
-                registerContender(i, peer.name, peer.run, comparison.isSelfTimed, isBrief);
-            }
+            registerContender(i, "orv", comparison.ours, isBrief);
+            for (const Contender& peer : comparison.peers) { registerContender(i, peer.name, peer.run, isBrief); }
         }
     }
 }
