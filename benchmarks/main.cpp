@@ -54,7 +54,7 @@ void registerContender(std::size_t index, const std::string& name, const std::fu
     if (isBrief) {
         registered->Iterations(1);
     } else if (isSelfTimed) {
-        registered->Iterations(5);
+        registered->Iterations(40);
     } else {
         registered->MinTime(comparison.leastTime);
     }

@@ -184,8 +184,8 @@ QList<Language> glsLanguages;
 
 void registerMetaTypes()
 {
-    qRegisterMetaType<Language>("Language");
-    qRegisterMetaType<QList<Language>>("QList<Language>");
+    qRegisterMetaType<Language>();
+    qRegisterMetaType<QList<Language>>();
 }
 Q_CONSTRUCTOR_FUNCTION(registerMetaTypes)
 

@@ -142,7 +142,7 @@ QString brandSoundsFileName()
 
 void registerMetaTypes()
 {
-    qRegisterMetaType<PromptData>("PromptData");
+    qRegisterMetaType<PromptData>();
 }
 Q_CONSTRUCTOR_FUNCTION(registerMetaTypes)
 

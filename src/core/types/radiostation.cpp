@@ -29,9 +29,9 @@ void appendOnce(QVector<RadioStation::Genre>& genres, RadioStation::Genre genre)
 
 void registerMetaTypes()
 {
-    qRegisterMetaType<RadioType>("RadioType");
-    qRegisterMetaType<RadioStation>("RadioStation");
-    qRegisterMetaType<RadioStation::Genre>("RadioStation::Genre");
+    qRegisterMetaType<RadioType>();
+    qRegisterMetaType<RadioStation>();
+    qRegisterMetaType<RadioStation::Genre>();
 }
 Q_CONSTRUCTOR_FUNCTION(registerMetaTypes)
 
