@@ -20,7 +20,7 @@ struct Comparison {
     long allocationLimit = -1; ///< heap allocations of one call at most; -1 where any number will do
     bool isSelfTimed = false;
 
-    double leastTime = 0.02; ///< of one repetition, in seconds; longer for what memory makes unsteady
+    int repetitions = 15; ///< more for what memory makes unsteady
 
     // Where the same thing is done with inputs of several sizes:
     std::string series = {};

@@ -50,13 +50,13 @@ void registerContender(std::size_t index, const std::string& name, const std::fu
             if (isSelfTimed) { state.SetIterationTime(seconds); }
         }
     });
-    registered->Unit(benchmark::kNanosecond)->Repetitions(isBrief ? 1 : 15);
+    registered->Unit(benchmark::kNanosecond)->Repetitions(isBrief ? 1 : comparison.repetitions);
     if (isBrief) {
         registered->Iterations(1);
     } else if (isSelfTimed) {
         registered->Iterations(40);
     } else {
-        registered->MinTime(comparison.leastTime);
+        registered->MinTime(0.02);
     }
     if (isSelfTimed) {
         registered->UseManualTime();
