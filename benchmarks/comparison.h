@@ -20,8 +20,6 @@ struct Comparison {
     long allocationLimit = -1; ///< heap allocations of one call at most; -1 where any number will do
     bool isSelfTimed = false;
 
-    int repetitions = 15; ///< more for what memory makes unsteady
-
     // Where the same thing is done with inputs of several sizes:
     std::string series = {};
     double work = 0;    ///< in characters, rows and the like

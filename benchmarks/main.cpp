@@ -50,13 +50,13 @@ void registerContender(std::size_t index, const std::string& name, const std::fu
             if (isSelfTimed) { state.SetIterationTime(seconds); }
         }
     });
-    registered->Unit(benchmark::kNanosecond)->Repetitions(isBrief ? 1 : comparison.repetitions);
+    registered->Unit(benchmark::kNanosecond)->Repetitions(isBrief ? 1 : 45);
     if (isBrief) {
         registered->Iterations(1);
     } else if (isSelfTimed) {
-        registered->Iterations(40);
+        registered->Iterations(15);
     } else {
-        registered->MinTime(0.02);
+        registered->MinTime(0.01);
     }
     if (isSelfTimed) {
         registered->UseManualTime();

@@ -46,7 +46,6 @@ void add(Language language, int kilobytes, bool isTagged)
         SentenceTokenizer::split(text, language).size() + 8});
     added.series = iso.toStdString();
     added.work = text.size();
-    added.repetitions = kilobytes > 1024 ? 45 : added.repetitions;
 }
 
 } // namespace
