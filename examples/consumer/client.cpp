@@ -4,8 +4,8 @@
 
 int main()
 {
-    const QString markup = QStringLiteral("<text>Turn left in 300 metres. Then follow the "
-                                          "main road for about two miles.</text>");
+    const QString markup = QStringLiteral("<text>Turn left after three hundred metres. "
+                                          "Then follow the main road for two miles.</text>");
     const PromptData prompt = PromptData::parse(markup, GeneralContext);
     const Language language = convertIsoToLanguageId("en_GB");
     for (const QString& sentence : SentenceTokenizer::split(prompt.text, language)) {
