@@ -14,9 +14,10 @@ page() {
     printf '[see also]\n%s\n' "$3" >"$folder/include"
     help2man --no-info --locale=C.UTF-8 --name="$2" --source="orv $version" \
         --version-string="$name $version" --include="$folder/include" --output="$folder/$name.1" "$1"
-    # The program's own lists are sections, as its options are; and the synopsis names the command in bold.
+    # The program's own lists are sections, as its options are; the synopsis names the command in bold, and each
+    # example has a line of its own.
     sed -i -e 's/^\.SS "\(Commands\|Actions\|Kinds\|Arguments\|Examples\):"$/.SH \U\1/' \
-        -e 's/^\.SS "Exit codes:"$/.SH "EXIT STATUS"/' \
+        -e 's/^\.SS "Exit codes:"$/.SH "EXIT STATUS"/' -e '/^\.SH EXAMPLES$/,$s/^orv .*/&\n.br/' \
         -e "s/^\.B orv\$/.B $1/; s/^\\\\fI\\\\,${1#orv } \\\\\\/\\\\fR//" "$folder/$name.1"
     gzip -9n "$folder/$name.1"
     rm "$folder/include"
