@@ -21,6 +21,10 @@ private Q_SLOTS:
         write("files/a", "a\n");
         write("files/deep/b", "b\n");
         write("a;b", "a\n");
+        write("offboard/one.xml", R"(<tts lang="de_ED"/><offboard>News</offboard>)");
+        write("offboard/two.xml", "<offboard>News\n");
+        write("offboard/three.xml", "<offboard>\xFF</offboard>");
+        write("gone.json", R"([{"filePath": "gone/a", "type": 1}])");
         QVERIFY(QDir(folder.path()).mkdir(u("bin")) && QFile::copy(u(ORV_PROGRAM), folder.filePath(u("bin/orv"))));
         write("changed.json", R"([{"filePath": "files/a", "type": 1, "checksum": "x"}, {"filePath": "gone", "type": 1},
             {"filePath": "files", "type": 1}])");
@@ -62,6 +66,28 @@ private Q_SLOTS:
         QCOMPARE(result.output, lines['>']);
         QCOMPARE(result.error, lines['!']);
         QCOMPARE(result.exitCode, lines['='].trimmed().toInt());
+    }
+
+    void checksumsOfTheCurrentFolder()
+    {
+        for (const char* path : {"a", "."}) {
+            const QStringList words{u("checksum"), u("update"), u("--json"), u("--store"), u("../here.json"), u(path)};
+            const ChildResult result = runChild(words, u(ORV_PROGRAM), {}, folder.filePath(u("files")));
+            const QByteArray unchanged = path[0] == '.' ? "1" : "0"; // for the second time
+            QCOMPARE(result.output, R"({"changed":0,"new":1,"unchanged":)" + unchanged + "}\n");
+        }
+    }
+
+    void outputThatCannotBeWritten()
+    {
+        ChildProcess child;
+        child.setWorkingDirectory(folder.path());
+        child.setStandardOutputFile(u("/dev/full"));
+        child.start(u(ORV_PROGRAM), {u("table"), u("table.eco")});
+        QVERIFY(child.waitForFinished());
+        QCOMPARE(child.readAllStandardError(),
+            QByteArray("orv: table.eco: lines dropped: 1 (4)\norv: cannot write to standard output\n"));
+        QCOMPARE(child.exitCode(), 2);
     }
 
     void helpAndVersion()

@@ -67,10 +67,14 @@ int check(const Kind& kind, QString fileName, const CheckOptions& options, bool 
 
 } // namespace
 
+QString onThisMachine(const QString& path, const CheckOptions& options)
+{
+    return path.startsWith(QLatin1Char('/')) ? options.root + path : path;
+}
+
 void checkFile(Findings& findings, int line, const QString& path, const CheckOptions& options)
 {
-    const bool isBelowRoot = !options.root.isEmpty() && path.startsWith(QLatin1Char('/'));
-    if (!QFileInfo(isBelowRoot ? options.root + path : path).isFile()) {
+    if (!QFileInfo(onThisMachine(path, options)).isFile()) {
         findings.append({line, QStringLiteral("no such file: \"%1\"").arg(path)});
     }
 }
@@ -79,8 +83,12 @@ int runCheck(const QStringList& arguments)
 {
     CommandLine commandLine("check",
         "Tells what the library would silently speak whole, drop, skip or overwrite, by file,\n"
-        "line and reason.\n\nKinds:\n"
-        "  prompts   prompt markup, one prompt per line\n"
+        "line and reason. Exit code: 0 without a finding, 1 with any, 2 when a file cannot be "
+        "read.\n"
+        "Brand sounds are read from share/tts/common.json beside the program's bin "
+        "folder.\n\nKinds:\n"
+        "  prompts   prompt markup, one prompt per line, with the off-board markup of files it "
+        "names\n"
         "  settings  the JSON file of an application's settings\n"
         "  sounds    a JSON table of brand sounds\n"
         "  store     a checksum store\n"
@@ -91,7 +99,9 @@ int runCheck(const QStringList& arguments)
     commandLine.addOption(
         "brand", "For prompts and sounds: the car brand; TYX without it.", "NAME", "TYX");
     commandLine.addOption("root",
-        "The folder that stands for the target's root folder: files are looked for there.", "DIR");
+        "The folder that stands for the target's root folder: absolute paths are looked for below\n"
+        "it, others in the working folder.",
+        "DIR");
     commandLine.addOption("json", "Writes one JSON object per finding.");
     commandLine.addArgument("kind", "What the files hold.", "KIND");
     commandLine.addArgument("file", "A file; - for standard input.", "FILE…");

@@ -31,5 +31,8 @@ Findings checkTable(const QByteArray& content, const CheckOptions& options);
 Findings checkStore(const QByteArray& content, const CheckOptions& options);
 Findings checkSettings(const QByteArray& content, const CheckOptions& options);
 
+/** Where a file of the target is on this machine. */
+QString onThisMachine(const QString& path, const CheckOptions& options);
+
 /** Adds a finding when the file that a path leads to is missing. */
 void checkFile(Findings& findings, int line, const QString& path, const CheckOptions& options);

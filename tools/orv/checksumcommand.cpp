@@ -11,7 +11,6 @@
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonObject>
-#include <QSet>
 
 #include <algorithm>
 
@@ -111,7 +110,7 @@ void refuse(Task& task, const QString& path, const QString& reason)
 
 void collectFile(Task& task, const QFileInfo& info, QVector<DataFile>& files)
 {
-    const QString path = info.filePath();
+    const QString path = QDir::cleanPath(info.filePath()); // within "." it starts with "./"
     if (!info.exists()) {
         refuse(task, path, QStringLiteral("no such file"));
     } else if (path.contains(QLatin1Char(';'))) {
@@ -198,6 +197,9 @@ void hashFiles(Task& task, const QVector<DataFile>& files, Function take)
 bool liesBelow(const QString& path, const QStringList& roots)
 {
     return std::any_of(roots.begin(), roots.end(), [&path](const QString& root) {
+        if (root == QLatin1String(".")) {
+            return QDir::isRelativePath(path) && !path.startsWith(QLatin1String("../"));
+        }
         const QString folder = root.endsWith(QLatin1Char('/')) ? root : root + QLatin1Char('/');
         return path == root || path.startsWith(folder);
     });
@@ -217,10 +219,15 @@ void update(Task& task)
     };
     hashFiles(task, collectFiles(task, task.paths), store);
     writeStore(manager);
-    print(QStringLiteral("%1 new, %2 changed, %3 unchanged\n")
-              .arg(added)
-              .arg(changed)
-              .arg(unchanged));
+    if (task.isJson) {
+        printJson({{QStringLiteral("new"), added}, {QStringLiteral("changed"), changed},
+            {QStringLiteral("unchanged"), unchanged}});
+    } else {
+        print(QStringLiteral("%1 new, %2 changed, %3 unchanged\n")
+                  .arg(added)
+                  .arg(changed)
+                  .arg(unchanged));
+    }
 }
 
 void verify(Task& task)
@@ -235,7 +242,7 @@ void verify(Task& task)
         task.exitCode = std::max(task.exitCode, 1);
     };
     // What is stored of the paths, or everything, is there or missing; folders may hold more.
-    QSet<QString> missing;
+    QStringList missing;
     QStringList present;
     const QVector<Entry> stored = readStore(task, false);
     for (const Entry& entry : stored) {
@@ -247,14 +254,18 @@ void verify(Task& task)
         if (QFileInfo(path).isFile()) {
             present.append(path);
         } else {
-            missing.insert(path);
+            missing.append(path);
             report("missing", path);
         }
     }
     QStringList paths;
     const QStringList& wanted = task.paths.isEmpty() ? present : task.paths;
     for (const QString& path : wanted) {
-        if (!missing.contains(path) || QFileInfo::exists(path)) {
+        const auto isPartMissing = [&] {
+            return std::any_of(missing.begin(), missing.end(),
+                [&path](const QString& file) { return liesBelow(file, {path}); });
+        };
+        if (QFileInfo::exists(path) || !isPartMissing()) {
             paths.append(path);
         }
     }
@@ -269,8 +280,15 @@ void verify(Task& task)
         });
 }
 
+void refuseUnknownPaths(Task& task)
+{
+    printError(QStringLiteral("nothing of that is stored"));
+    task.exitCode = 1;
+}
+
 void list(Task& task)
 {
+    int listed = 0;
     QVector<QStringList> rows;
     const QVector<Entry> entries = readStore(task, false);
     for (const Entry& entry : entries) {
@@ -279,6 +297,7 @@ void list(Task& task)
             || (!task.paths.isEmpty() && !liesBelow(entry.key.filePath, task.paths))) {
             continue;
         }
+        ++listed;
         const QString language = QString::fromLatin1(convertLanguageIdToIso(entry.key.language));
         if (task.isJson) {
             printJson({{QStringLiteral("checksum"), entry.checksum},
@@ -291,6 +310,9 @@ void list(Task& task)
         }
     }
     printTable(rows);
+    if (listed == 0 && !task.paths.isEmpty()) {
+        refuseUnknownPaths(task);
+    }
 }
 
 void remove(Task& task)
@@ -308,12 +330,15 @@ void remove(Task& task)
         }
     }
     if (removed == 0) {
-        printError(QStringLiteral("nothing of that is stored"));
-        task.exitCode = 1;
+        refuseUnknownPaths(task);
         return;
     }
     writeStore(manager);
-    print(QStringLiteral("%1 removed\n").arg(removed));
+    if (task.isJson) {
+        printJson({{QStringLiteral("removed"), removed}});
+    } else {
+        print(QStringLiteral("%1 removed\n").arg(removed));
+    }
 }
 
 struct Action
@@ -348,7 +373,7 @@ int runChecksum(const QStringList& arguments)
         "The store; without it the one that ORV_SPEECH_CHECKSUM_FILE names, or\n"
         "/mnt/share/speech/checksum.json.",
         "FILE");
-    commandLine.addOption("json", "Writes one JSON object per file (verify, list).");
+    commandLine.addOption("json", "Writes JSON objects: of counts, or one per file.");
     commandLine.addArgument("action", "update, verify, list or remove.", "ACTION");
     commandLine.addArgument("path",
         "Files, or folders with all that lies in them; stored without \"./\" and the like.",
@@ -376,6 +401,9 @@ int runChecksum(const QStringList& arguments)
             qEnvironmentVariable(storeVariable, QStringLiteral("/mnt/share/speech/checksum.json"));
     }
     for (QString& path : task.paths) {
+        if (path.isEmpty()) {
+            throw Failure{QStringLiteral("a path is empty")};
+        }
         path = QDir::cleanPath(path); // one spelling of a path, as it is looked up by it
     }
     action->run(task);

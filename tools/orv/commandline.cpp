@@ -5,6 +5,27 @@
 
 #include <QCoreApplication>
 
+namespace {
+
+/** What Qt says of wrong use, in the form of all the other messages. */
+QString misuse(
+    const QCommandLineParser& parser, const QStringList& arguments, const QStringList& options)
+{
+    const QString name = parser.unknownOptionNames().value(0);
+    for (const QString& argument : arguments) {
+        const int dashes = argument.startsWith(QLatin1String("--")) ? 2 : 1;
+        if (!name.isEmpty() && argument.startsWith(QLatin1Char('-'))
+            && argument.midRef(dashes).startsWith(name)) {
+            return unknown("option", argument.section(QLatin1Char('='), 0, 0), options);
+        }
+    }
+    QString text = parser.errorText(); // such as "Missing value after '--brand'."
+    text.replace(QLatin1Char('\''), QLatin1Char('"')).chop(1);
+    return text.left(1).toLower() + text.mid(1);
+}
+
+} // namespace
+
 CommandLine::CommandLine(const char* command, const char* description)
     : command(QString::fromUtf8(command))
 {
@@ -20,6 +41,7 @@ CommandLine::CommandLine(const char* command, const char* description)
 void CommandLine::addOption(
     const char* name, const char* description, const char* valueName, const char* defaultValue)
 {
+    options += QLatin1String(name[1] == '\0' ? "-" : "--") + QString::fromUtf8(name);
     parser.addOption(QCommandLineOption(QString::fromUtf8(name), QString::fromUtf8(description),
         QString::fromUtf8(valueName), QString::fromUtf8(defaultValue)));
 }
@@ -38,7 +60,7 @@ void CommandLine::addExample(const char* words)
 void CommandLine::process(const QStringList& arguments, int mostArguments)
 {
     if (!parser.parse(QStringList(QCoreApplication::applicationName()) + arguments)) {
-        throw Failure{parser.errorText()};
+        throw Failure{misuse(parser, arguments, options)};
     }
     if (parser.isSet(QStringLiteral("help"))) {
         QString help = parser.helpText(); // names the program by its path, and no command
@@ -77,6 +99,11 @@ QStringList CommandLine::values(const char* option) const
 QStringList CommandLine::arguments() const
 {
     return parser.positionalArguments();
+}
+
+QString CommandLine::fileName() const
+{
+    return arguments().value(0, QStringLiteral("-"));
 }
 
 Language CommandLine::language() const

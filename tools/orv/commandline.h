@@ -39,11 +39,16 @@ public:
     /** The arguments that are no options. */
     QStringList arguments() const;
 
+    /** The first argument, else "-", which stands for standard input. */
+    QString fileName() const;
+
     /** The language of the option "language". @throw Failure for an unknown ISO code */
     Language language() const;
 
 private:
     QString command;
     QString examples;
+    QStringList options{
+        QStringLiteral("--help"), QStringLiteral("--version"), QStringLiteral("--verbose")};
     QCommandLineParser parser;
 };

@@ -152,12 +152,12 @@ int runInflate(const QStringList& arguments)
         "What follows the end of the stream is ignored.");
     commandLine.addOption("o", "The file to write; it appears only if the data is whole.", "FILE");
     commandLine.addOption("force", "Overwrites the file if it exists.");
-    commandLine.addArgument("file", "The compressed file; standard input without it.", "[FILE]");
+    commandLine.addArgument("file", "The compressed file; - or none for standard input.", "[FILE]");
     commandLine.addExample("-o voice.dat voice.dat.gz");
     commandLine.addExample("voice.dat.gz | head");
     commandLine.process(arguments, 1);
 
-    QString inputName = commandLine.arguments().value(0);
+    QString inputName = commandLine.fileName();
     QFile input;
     openInput(input, inputName);
     const auto output = openOutput(commandLine);

@@ -9,7 +9,10 @@
 void openInput(QFile& file, QString& name)
 {
     bool isOpen = false;
-    if (name.isEmpty() || name == QLatin1String("-")) {
+    if (name.isEmpty()) { // of a variable that is not set, say: to wait for input would puzzle
+        throw Failure{QStringLiteral("the name of a file is empty")};
+    }
+    if (name == QLatin1String("-")) {
         name = QStringLiteral("standard input");
         // By its descriptor: the stream would be read up to the NULs of its lines.
         isOpen = file.open(STDIN_FILENO, QIODevice::ReadOnly);

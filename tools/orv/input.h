@@ -4,7 +4,7 @@
 #include <QString>
 
 /**
- * Opens a file, or standard input for an empty name or "-", which is then called so in @p name.
+ * Opens a file, or standard input for "-", which is then called so in @p name.
  *
  * @throw Failure when it cannot be opened
  */

@@ -69,10 +69,13 @@ bool isEntered(const QJsonObject& sound)
 /** What keeps a sound from being entered, or makes it useless; or nothing. */
 QString checkSound(const QJsonObject& sound)
 {
-    for (const QString& name : {QStringLiteral("id"), QStringLiteral("value")}) {
+    const QString names[] = {QStringLiteral("id"), QStringLiteral("value")};
+    for (const QString& name : names) {
         if (!sound.contains(name)) {
             return QStringLiteral("skipped: no \"%1\"").arg(name);
         }
+    }
+    for (const QString& name : names) {
         if (sound.value(name).toString().isEmpty()) {
             return QStringLiteral("\"%1\" is no text, or an empty one").arg(name);
         }

@@ -67,7 +67,7 @@ int run(QStringList words)
     const auto* const command = std::find_if(std::begin(commands), std::end(commands),
         [&name](const Command& candidate) { return name == QLatin1String(candidate.name); });
     if (command == std::end(commands)) {
-        QStringList names;
+        QStringList names{QStringLiteral("--help"), QStringLiteral("--version")};
         for (const Command& candidate : commands) {
             names += QLatin1String(candidate.name);
         }

@@ -67,7 +67,8 @@ void printTable(const QVector<QStringList>& rows)
 
 void finishOutput()
 {
-    if (std::fflush(stdout) != 0) {
+    // What a remark on standard error had flushed in vain before is gone, but noted.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
         throw Failure{QStringLiteral("cannot write to standard output")};
     }
 }

@@ -2,10 +2,11 @@
 #include "input.h"
 #include "suggestion.h"
 
+#include <QFileInfo>
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <limits>
+#include <utility>
 
 namespace {
 
@@ -46,22 +47,25 @@ bool isSpokenWhole(const QString& prompt, PromptContext context)
     return parsed.mode == PromptText && parsed.text == prompt;
 }
 
+/** How far a prompt is from the start of a form, as which it may be meant, then from all of it. */
+std::pair<int, int> distanceBetween(const QString& prompt, const QString& form)
+{
+    const QVector<int> distances = editDistances(prompt, form);
+    return {*std::min_element(distances.begin(), distances.end()), distances.last()};
+}
+
 QString nearestForm(const QString& prompt, PromptContext context)
 {
-    const QString skeleton = skeletonOf(prompt);
-    QString nearest;
-    int least = std::numeric_limits<int>::max();
-    for (const char* form : forms) {
-        if (isSpokenWhole(QLatin1String(form), context)) {
-            continue;
-        }
-        const int distance = editDistance(skeleton, skeletonOf(QLatin1String(form)));
-        if (distance < least) {
-            nearest = QLatin1String(form);
-            least = distance;
-        }
-    }
-    return nearest;
+    const QString skeleton = skeletonOf(prompt).toLower();
+    const auto* const nearest = std::min_element(
+        std::begin(forms), std::end(forms), [&skeleton](const char* a, const char* b) {
+            return distanceBetween(skeleton, skeletonOf(QLatin1String(a)))
+                   < distanceBetween(skeleton, skeletonOf(QLatin1String(b)));
+        });
+    const QString form = QLatin1String(*nearest);
+    return isSpokenWhole(form, context)
+               ? form + QStringLiteral(", which does not count in this context")
+               : form;
 }
 
 QString withoutBlanksInValues(const QString& prompt)
@@ -130,49 +134,135 @@ Outside outsideOf(const QString& prompt, PromptContext context, const PromptData
         end == closing.end() ? QString() : prompt.mid(*end + 1).trimmed()};
 }
 
-void checkPrompt(Findings& findings, int line, const QString& prompt, const CheckOptions& options)
+/** Where a finding is: a line, and the file that is named there, if it is within that. */
+struct Place
 {
-    const auto find = [&findings, line](const QString& reason) { findings.append({line, reason}); };
-    const PromptData parsed = PromptData::parse(prompt, options.context);
-    // Off-board markup of a file would have been read from this machine, whatever stands for root.
-    const bool namesFile =
-        options.context == A4AContext && !prompt.contains(QLatin1String("<offboard"));
-    const PromptData named = namesFile ? PromptData::parse(prompt, GeneralContext) : parsed;
-    if (named.mode == PromptAudio || named.mode == PromptFile) {
-        checkFile(findings, line, named.text, options);
+    int line;
+    QString inFile;
+};
+
+void add(Findings& findings, const Place& place, const QString& reason)
+{
+    findings.append({place.line, place.inFile + reason});
+}
+
+void checkInlineTags(Findings& findings, const Place& place, const QString& text)
+{
+    static const QRegularExpression brokenTag(QStringLiteral(R"(\\!\\(?!\S+=\S+\\\s|rst\\\s))"));
+    if (text.contains(brokenTag)) {
+        add(findings, place,
+            QStringLiteral(
+                "an inline tag without its form or the blank behind it is spoken as it stands"));
     }
-    if (!prompt.contains(QLatin1Char('<'))) {
-        return;
+}
+
+/** Checks what is spoken of markup that is understood. */
+void checkSpokenText(Findings& findings, const Place& place, const PromptData& prompt)
+{
+    // An off-board service has markup of its own; but not this library's.
+    static const QRegularExpression tag(QStringLiteral("</?[a-z]"));
+    static const QRegularExpression offboardTag(QStringLiteral("</?(offboard|tts)\\b"));
+    if (prompt.text.trimmed().isEmpty()) {
+        add(findings, place, QStringLiteral("nothing is spoken"));
+    } else if (prompt.text.contains(prompt.mode == PromptOffboard ? offboardTag : tag)) {
+        add(findings, place, QStringLiteral("markup within the text is spoken as it stands"));
     }
-    if (isSpokenWhole(prompt, options.context)) {
-        find(QStringLiteral("spoken whole, markup included: ")
-             + whySpokenWhole(prompt, options.context));
-        return;
-    }
+    checkInlineTags(findings, place, prompt.text);
+}
+
+/** Checks markup that is understood. */
+void checkMarkup(
+    Findings& findings, const Place& place, const QString& markup, PromptContext context)
+{
+    const PromptData parsed = PromptData::parse(markup, context);
     static const QRegularExpression languageCode(
         QStringLiteral(R"~(<[a-z]+ lang(?:uage)?="([^"]*)")~"));
-    static const QRegularExpression tag(QStringLiteral("</?[a-z]"));
     bool areLanguagesKnown = true;
-    for (auto match = languageCode.globalMatch(prompt); match.hasNext();) {
+    for (auto match = languageCode.globalMatch(markup); match.hasNext();) {
         const QString code = match.next().captured(1);
         if (convertIsoToLanguageId(code.toUtf8()) == InvalidLanguage) {
-            find(unknownLanguage(code));
+            add(findings, place, unknownLanguage(code));
             areLanguagesKnown = false;
         }
     }
     // A language that nobody knows means nothing, so that its tag would seem to be outside.
     const Outside outside = areLanguagesKnown || parsed.mode != PromptOffboard
-                                ? outsideOf(prompt, options.context, parsed)
+                                ? outsideOf(markup, context, parsed)
                                 : Outside();
     for (const QString& part : {outside.before, outside.behind}) {
         if (!part.isEmpty()) {
-            find(QStringLiteral("dropped, since it is outside the markup: \"%1\"").arg(part));
+            add(findings, place,
+                QStringLiteral("dropped, since it is outside the markup: \"%1\"").arg(part));
         }
     }
-    if (parsed.text.isEmpty()) {
-        find(QStringLiteral("nothing is spoken"));
-    } else if (parsed.mode == PromptText && parsed.text.contains(tag)) {
-        find(QStringLiteral("markup within the text is spoken as it stands"));
+}
+
+/**
+ * The file that a prompt names in the context A4A, where files come right after off-board markup;
+ * without letting the library read it, as another folder may stand for the target's root.
+ */
+QString fileNamedBy(QString prompt)
+{
+    const QString rest = QString(prompt).remove(QStringLiteral("<file "));
+    if (PromptData::parse(rest, A4AContext).mode == PromptOffboard) {
+        return QString();
+    }
+    static const QRegularExpression soundTag(QStringLiteral("<(?:audio|text) "));
+    const PromptData named = PromptData::parse(prompt.remove(soundTag), GeneralContext);
+    return named.mode == PromptFile ? named.text : QString();
+}
+
+/** Checks a file of off-board markup that a prompt names. */
+void checkOffboardFile(
+    Findings& findings, int line, const QString& path, const CheckOptions& options)
+{
+    QFile file(onThisMachine(path, options));
+    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        return;
+    }
+    const Place place{line, QStringLiteral("in \"%1\": ").arg(path)};
+    const QByteArray content = file.readAll();
+    QString markup;
+    if (!decodeUtf8(content.constData(), markup)) { // up to the first NUL, as it is read
+        add(findings, place, QStringLiteral("not valid UTF-8"));
+        return;
+    }
+    if (!markup.contains(QLatin1String("<offboard"))) {
+        return; // of another kind
+    }
+    const PromptData parsed = PromptData::parse(markup, A4AContext);
+    if (parsed.mode == PromptOffboard) {
+        checkMarkup(findings, place, markup, A4AContext);
+        checkSpokenText(findings, place, parsed);
+    } else {
+        add(findings, place,
+            QStringLiteral("no off-board markup is found: ") + whySpokenWhole(markup, A4AContext));
+    }
+}
+
+void checkPrompt(Findings& findings, int line, const QString& prompt, const CheckOptions& options)
+{
+    const Place place{line, QString()};
+    const QString file = options.context == A4AContext ? fileNamedBy(prompt) : QString();
+    const PromptData parsed =
+        file.isEmpty() ? PromptData::parse(prompt, options.context) : PromptData(file, PromptFile);
+    if (parsed.mode == PromptText && parsed.text == prompt) {
+        if (prompt.contains(QLatin1Char('<'))) {
+            add(findings, place,
+                QStringLiteral("spoken whole, markup included: ")
+                    + whySpokenWhole(prompt, options.context));
+        }
+        checkInlineTags(findings, place, prompt);
+        return;
+    }
+    checkMarkup(findings, place, prompt, options.context);
+    if (parsed.mode == PromptText || parsed.mode == PromptOffboard) {
+        checkSpokenText(findings, place, parsed);
+        return;
+    }
+    checkFile(findings, line, parsed.text, options);
+    if (!file.isEmpty()) {
+        checkOffboardFile(findings, line, file, options);
     }
 }
 

@@ -65,7 +65,10 @@ void printPrompt(int line, const PromptData& prompt)
 int runPrompt(const QStringList& arguments)
 {
     CommandLine commandLine("prompt",
-        "Shows what prompts ask for, one prompt per line of the file or of standard input.");
+        "Shows what prompts ask for, one prompt per line of the file or of standard input. MP3 "
+        "files\n"
+        "that are there are marked for conversion to WAV. Brand sounds are read from\n"
+        "share/tts/common.json beside the program's bin folder.");
     commandLine.addOption("context",
         "The caller's situation: general (without it), brandsound, a4a or a number.", "NAME|N",
         "general");
@@ -74,7 +77,7 @@ int runPrompt(const QStringList& arguments)
     commandLine.addOption(
         "language", "Also cuts spoken text into sentences of this language.", "ISO");
     commandLine.addOption("json", "Writes one JSON object per prompt.");
-    commandLine.addArgument("file", "A file of prompts; standard input without it.", "[FILE]");
+    commandLine.addArgument("file", "A file of prompts; - or none for standard input.", "[FILE]");
     commandLine.addExample("--context a4a prompts.txt");
     commandLine.addExample("--language de_DE --json prompts.txt");
     commandLine.process(arguments, 1);
@@ -82,7 +85,7 @@ int runPrompt(const QStringList& arguments)
     const bool wantsSentences = commandLine.isSet("language");
     const Language language = wantsSentences ? commandLine.language() : InvalidLanguage;
 
-    LineReader reader(commandLine.arguments().value(0));
+    LineReader reader(commandLine.fileName());
     loadSounds(commandLine);
     QString line;
     while (reader.readLine(line)) {

@@ -14,7 +14,7 @@ int runSentences(const QStringList& arguments)
         "Cuts texts into sentences, one text per line of the file or of standard input.");
     commandLine.addOption("language", "The language of the texts, such as de_DE. Required.", "ISO");
     commandLine.addOption("json", "Writes one JSON object per text.");
-    commandLine.addArgument("file", "A file of texts; standard input without it.", "[FILE]");
+    commandLine.addArgument("file", "A file of texts; - or none for standard input.", "[FILE]");
     commandLine.addExample("--language ja_JP texts.txt");
     commandLine.process(arguments, 1);
     if (!commandLine.isSet("language")) {
@@ -22,7 +22,7 @@ int runSentences(const QStringList& arguments)
     }
     const Language language = commandLine.language();
 
-    LineReader reader(commandLine.arguments().value(0));
+    LineReader reader(commandLine.fileName());
     QString line;
     while (reader.readLine(line)) {
         const QStringList sentences = SentenceTokenizer::split(line, language);

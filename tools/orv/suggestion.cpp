@@ -2,14 +2,12 @@
 
 #include <core/speech/language.h>
 
-#include <QVector>
-
 #include <algorithm>
 #include <numeric>
 
-int editDistance(const QString& a, const QString& b)
+QVector<int> editDistances(const QString& a, const QString& b)
 {
-    QVector<int> row(b.size() + 1); // for a growing start of a: the distance to each start of b
+    QVector<int> row(b.size() + 1); // for a growing start of a
     std::iota(row.begin(), row.end(), 0);
     for (int i = 0; i < a.size(); ++i) {
         int diagonal = row[0];
@@ -20,13 +18,18 @@ int editDistance(const QString& a, const QString& b)
             row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
         }
     }
-    return row.last();
+    return row;
+}
+
+int editDistance(const QString& a, const QString& b)
+{
+    return editDistances(a, b).last();
 }
 
 QString unknown(const char* what, const QString& word, const QStringList& candidates)
 {
     QString nearest;
-    int least = 2 + word.size() / 3; // beyond that it is another word
+    int least = (word.size() + 1) / 2; // from there on it is another word
     for (const QString& candidate : candidates) {
         const int distance = editDistance(word.toLower(), candidate.toLower());
         if (distance < least) {

@@ -1,4 +1,6 @@
 #include "checks.h"
+#include "input.h"
+#include "suggestion.h"
 #include "tablereader.h"
 
 #include <QBuffer>
@@ -33,14 +35,20 @@ bool hasLoneQuote(const QString& line)
     return line.count(QLatin1Char('"')) % 2 != 0;
 }
 
+QString counted(const QString& count, const char* what)
+{
+    const char* const ending = count == QLatin1String("1") ? "" : "s";
+    return QStringLiteral("%1 %2%3").arg(count, QLatin1String(what), QLatin1String(ending));
+}
+
 QString whyDropped(const QString& line, const EcoFile::Header& header)
 {
     if (header.columns().isEmpty()) {
         return QStringLiteral("no columns are declared above it");
     }
-    QString reason =
-        QStringLiteral("%1 fields for %2 columns")
-            .arg(fieldCount(line, header.separator()), QString::number(header.columns().size()));
+    QString reason = counted(fieldCount(line, header.separator()), "field")
+                     + QStringLiteral(" for ")
+                     + counted(QString::number(header.columns().size()), "column");
     if (hasLoneQuote(line)) {
         reason += QStringLiteral(", with a quote that has no partner");
     }
@@ -74,12 +82,26 @@ QString checkDeclaration(const QString& line, const EcoFile::Header& before, con
             return QStringLiteral(
                 "declares no separator: \"#Separator HEX\" is needed, such as 3B");
         }
+        bool isLatin1 = false;
+        const int code = line.section(QLatin1Char(' '), 1).toInt(&isLatin1, 16);
+        if (!isLatin1 || code < 0 || code > 0xFF) {
+            return QStringLiteral("no code of two digits, and taken for %1, \"%2\"")
+                .arg(uchar(header.separator()), 2, 16, QLatin1Char('0'))
+                .arg(QLatin1Char(header.separator()));
+        }
     } else if (word == QLatin1String("#eco")) {
         EcoFile probe;
         probe.parseHeaderLine(line);
         if (!isDeclared(probe)) {
             return QStringLiteral(
                 "declares no version: \"#ECO VERSION ENCODING\" is needed, with single blanks");
+        }
+    } else {
+        for (const char* declaration : {"#Column", "#Separator", "#ECO"}) {
+            const QString meant = QString::fromLatin1(declaration);
+            if (editDistance(word, meant.toLower()) <= meant.size() / 3) { // for a slip of the pen
+                return QStringLiteral("a comment, did you mean \"%1\"?").arg(meant);
+            }
         }
     }
     return QString();
@@ -90,6 +112,15 @@ QString checkDeclaration(const QString& line, const EcoFile::Header& before, con
 Findings checkTable(const QByteArray& content, const CheckOptions&)
 {
     Findings findings;
+    int number = 0;
+    const QList<QByteArray> lines = content.split('\n');
+    for (const QByteArray& line : lines) {
+        ++number;
+        QString text;
+        if (!decodeUtf8(line, text)) {
+            findings.append({number, QStringLiteral("not valid UTF-8")});
+        }
+    }
     EcoFile::Header before; // not the rows: they would be copied at every remark
     QBuffer buffer;
     buffer.setData(content);
