@@ -23,7 +23,8 @@ QVector<int> editDistances(const QString& a, const QString& b)
 
 int editDistance(const QString& a, const QString& b)
 {
-    return editDistances(a, b).last();
+    const QVector<int> distances = editDistances(a, b);
+    return distances.last();
 }
 
 QString unknown(const char* what, const QString& word, const QStringList& candidates)
