@@ -22,8 +22,11 @@ private Q_SLOTS:
         write("files/deep/b", "b\n");
         write("a;b", "a\n");
         write("offboard/one.xml", R"(<tts lang="de_ED"/><offboard>News</offboard>)");
-        write("offboard/two.xml", "<offboard>News\n");
+        write("offboard/two.xml", R"(<offboard>News <file path="offboard/one.xml"/>)");
         write("offboard/three.xml", "<offboard>\xFF</offboard>");
+        write("spelling.json", R"([
+            {"filePath": "./files/a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"},
+            {"filePath": "files/./a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"}])");
         write("gone.json", R"([{"filePath": "gone/a", "type": 1}])");
         QVERIFY(QDir(folder.path()).mkdir(u("bin")) && QFile::copy(u(ORV_PROGRAM), folder.filePath(u("bin/orv"))));
         write("changed.json", R"([{"filePath": "files/a", "type": 1, "checksum": "x"}, {"filePath": "gone", "type": 1},

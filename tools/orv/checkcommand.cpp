@@ -115,7 +115,7 @@ int runCheck(const QStringList& arguments)
     const Kind& kind = kindOf(kindAndFiles[0]);
     const CheckOptions options{contextOf(commandLine.value("context")), commandLine.value("brand"),
         commandLine.value("root")};
-    if (!options.root.isEmpty() && !QFileInfo(options.root).isDir()) {
+    if (commandLine.isSet("root") && !QFileInfo(options.root).isDir()) {
         throw Failure{QStringLiteral("no such folder: \"%1\"").arg(options.root)};
     }
     if (kind.check == checkPrompts) {

@@ -108,9 +108,9 @@ void refuse(Task& task, const QString& path, const QString& reason)
     task.exitCode = 2;
 }
 
-void collectFile(Task& task, const QFileInfo& info, QVector<DataFile>& files)
+void collectFile(Task& task, const QString& path, QVector<DataFile>& files)
 {
-    const QString path = QDir::cleanPath(info.filePath()); // within "." it starts with "./"
+    const QFileInfo info(path);
     if (!info.exists()) {
         refuse(task, path, QStringLiteral("no such file"));
     } else if (path.contains(QLatin1Char(';'))) {
@@ -132,10 +132,12 @@ void collectFolder(Task& task, const QString& path, QVector<DataFile>& files)
     const QFileInfoList entries = folder.entryInfoList(
         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     for (const QFileInfo& entry : entries) {
+        const QString entryPath =
+            path == QLatin1String(".") ? entry.fileName() : entry.filePath(); // and not "./name"
         if (!entry.isDir()) {
-            collectFile(task, entry, files);
+            collectFile(task, entryPath, files);
         } else if (!entry.isSymLink()) {
-            collectFolder(task, entry.filePath(), files);
+            collectFolder(task, entryPath, files);
         }
     }
 }
@@ -145,11 +147,10 @@ QVector<DataFile> collectFiles(Task& task, const QStringList& paths)
 {
     QVector<DataFile> files;
     for (const QString& path : paths) {
-        const QFileInfo info(path);
-        if (info.isDir()) {
+        if (QFileInfo(path).isDir()) {
             collectFolder(task, path, files);
         } else {
-            collectFile(task, info, files);
+            collectFile(task, path, files);
         }
     }
     return files;
@@ -194,11 +195,14 @@ void hashFiles(Task& task, const QVector<DataFile>& files, Function take)
     }
 }
 
-bool liesBelow(const QString& path, const QStringList& roots)
+/** However services spell what they store. */
+bool liesBelow(const QString& storedPath, const QStringList& roots)
 {
+    const QString path = QDir::cleanPath(storedPath);
     return std::any_of(roots.begin(), roots.end(), [&path](const QString& root) {
         if (root == QLatin1String(".")) {
-            return QDir::isRelativePath(path) && !path.startsWith(QLatin1String("../"));
+            return QDir::isRelativePath(path) && path != QLatin1String("..")
+                   && !path.startsWith(QLatin1String("../"));
         }
         const QString folder = root.endsWith(QLatin1Char('/')) ? root : root + QLatin1Char('/');
         return path == root || path.startsWith(folder);

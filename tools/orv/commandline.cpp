@@ -13,15 +13,17 @@ QString misuse(
 {
     const QString name = parser.unknownOptionNames().value(0);
     for (const QString& argument : arguments) {
-        const int dashes = argument.startsWith(QLatin1String("--")) ? 2 : 1;
-        if (!name.isEmpty() && argument.startsWith(QLatin1Char('-'))
-            && argument.midRef(dashes).startsWith(name)) {
-            return unknown("option", argument.section(QLatin1Char('='), 0, 0), options);
+        const QString word = argument.section(QLatin1Char('='), 0, 0);
+        const bool isShort = argument.startsWith(QLatin1Char('-'))
+                             && !argument.startsWith(QLatin1String("--")) && name.size() == 1
+                             && argument.contains(name);
+        if (!name.isEmpty() && (isShort || word == QLatin1String("--") + name)) {
+            return unknown("option", word, options);
         }
     }
     QString text = parser.errorText(); // such as "Missing value after '--brand'."
     text.replace(QLatin1Char('\''), QLatin1Char('"')).chop(1);
-    return text.left(1).toLower() + text.mid(1);
+    return text.replace(0, 1, text.at(0).toLower());
 }
 
 } // namespace

@@ -120,6 +120,9 @@ std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
 {
     const QString fileName = commandLine.value("o");
     const QFileInfo info(fileName);
+    if (commandLine.isSet("o") && fileName.isEmpty()) {
+        throw Failure{QStringLiteral("the name of a file is empty")};
+    }
     if (!commandLine.isSet("o")) {
         auto file = std::make_unique<QFile>();
         if (!file->open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered)) {

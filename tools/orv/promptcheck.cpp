@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace {
@@ -25,9 +26,39 @@ constexpr const char* forms[] = {
     R"(<tts lang="ISO"/><offboard genre="GENRE">TEXT</offboard>)",
 };
 
-QRegularExpression attributeValue()
+constexpr int firstOffboardForm = 8; // the last ones of these
+
+/**
+ * What the library makes of a prompt, but without a file being read where one is named: which folder
+ * stands for the target's root is for this program to say.
+ */
+PromptData parsed(QString prompt, PromptContext context)
 {
-    return QRegularExpression(QStringLiteral("=\"[^\"]*\""));
+    if (context != A4AContext) {
+        return PromptData::parse(prompt, context);
+    }
+    // Below what is no folder there are no files.
+    const QString attribute = QStringLiteral("path=\"");
+    const QString nowhere = QStringLiteral("/dev/null/");
+    PromptData result = PromptData::parse(prompt.replace(attribute, attribute + nowhere), context);
+    const bool isPath = result.mode == PromptAudio || result.mode == PromptFile;
+    if (isPath && result.text.startsWith(nowhere)) {
+        result.text.remove(0, nowhere.size());
+    }
+    result.text.replace(attribute + nowhere, attribute); // markup that was taken for text or path
+    return result;
+}
+
+bool isSpokenWhole(const QString& prompt, PromptContext context)
+{
+    const PromptData result = parsed(prompt, context);
+    return result.mode == PromptText && result.text == prompt;
+}
+
+const QRegularExpression& attributeValue()
+{
+    static const QRegularExpression pattern(QStringLiteral("=\"[^\"]*\""));
+    return pattern;
 }
 
 /** The tags of a prompt without what authors fill in. */
@@ -38,34 +69,32 @@ QString skeletonOf(const QString& prompt)
     for (auto match = tag.globalMatch(prompt); match.hasNext();) {
         skeleton += match.next().captured();
     }
-    return skeleton.replace(attributeValue(), QStringLiteral("=\"\""));
+    return skeleton.replace(attributeValue(), QStringLiteral("=\"\"")).toLower();
 }
 
-bool isSpokenWhole(const QString& prompt, PromptContext context)
+QString nearestForm(const QString& prompt, int firstForm = 0)
 {
-    const PromptData parsed = PromptData::parse(prompt, context);
-    return parsed.mode == PromptText && parsed.text == prompt;
-}
-
-/** How far a prompt is from the start of a form, as which it may be meant, then from all of it. */
-std::pair<int, int> distanceBetween(const QString& prompt, const QString& form)
-{
-    const QVector<int> distances = editDistances(prompt, form);
-    return {*std::min_element(distances.begin(), distances.end()), distances.last()};
-}
-
-QString nearestForm(const QString& prompt, PromptContext context)
-{
-    const QString skeleton = skeletonOf(prompt).toLower();
-    const auto* const nearest = std::min_element(
-        std::begin(forms), std::end(forms), [&skeleton](const char* a, const char* b) {
-            return distanceBetween(skeleton, skeletonOf(QLatin1String(a)))
-                   < distanceBetween(skeleton, skeletonOf(QLatin1String(b)));
-        });
-    const QString form = QLatin1String(*nearest);
-    return isSpokenWhole(form, context)
-               ? form + QStringLiteral(", which does not count in this context")
-               : form;
+    static const QStringList formSkeletons = [] {
+        QStringList skeletons;
+        for (const char* form : forms) {
+            skeletons.append(skeletonOf(QLatin1String(form)));
+        }
+        return skeletons;
+    }();
+    const QString skeleton = skeletonOf(prompt);
+    // First by the start of a form, as the end may be what is missing.
+    std::pair<int, int> least(std::numeric_limits<int>::max(), 0);
+    QString nearest;
+    for (int i = firstForm; i < formSkeletons.size(); ++i) {
+        const QVector<int> distances = editDistances(skeleton, formSkeletons[i]);
+        const std::pair<int, int> distance(
+            *std::min_element(distances.begin(), distances.end()), distances.last());
+        if (distance < least) {
+            least = distance;
+            nearest = QLatin1String(forms[i]);
+        }
+    }
+    return nearest;
 }
 
 QString withoutBlanksInValues(const QString& prompt)
@@ -94,7 +123,11 @@ QString whySpokenWhole(const QString& prompt, PromptContext context)
     if (context != A4AContext && !isSpokenWhole(prompt, A4AContext)) {
         return QStringLiteral("this form counts in the context a4a alone");
     }
-    return QStringLiteral("nearest form: ") + nearestForm(prompt, context);
+    const QString form = nearestForm(prompt);
+    return QStringLiteral("nearest form: ")
+           + (isSpokenWhole(form, context)
+                   ? form + QStringLiteral(", which does not count in this context")
+                   : form);
 }
 
 /** What a prompt would still mean the same without, in front and behind. */
@@ -116,7 +149,7 @@ QVector<int> positionsOf(QChar character, const QString& text)
 Outside outsideOf(const QString& prompt, PromptContext context, const PromptData& meaning)
 {
     const auto meansTheSame = [context, &meaning](const QString& part) {
-        const PromptData other = PromptData::parse(part, context);
+        const PromptData other = parsed(part, context);
         const bool isWhole = other.mode == PromptText && other.text == part;
         return !isWhole && other.text == meaning.text && other.mode == meaning.mode
                && other.language == meaning.language && other.genre == meaning.genre;
@@ -146,10 +179,32 @@ void add(Findings& findings, const Place& place, const QString& reason)
     findings.append({place.line, place.inFile + reason});
 }
 
+/** Whether a text holds what starts as an inline tag, but is none. */
+bool holdsBrokenInlineTag(const QString& text)
+{
+    const QString opening = QStringLiteral("\\!\\");
+    const QLatin1Char closing('\\');
+    int end = 0;
+    for (int at = 0; (at = text.indexOf(opening, end)) >= 0;) {
+        const int begin = at + opening.size();
+        end = begin;
+        while (end < text.size() && !text[end].isSpace()) {
+            ++end;
+        }
+        const QStringRef tag = text.midRef(begin, end - begin); // as far as a tag may reach
+        const int equals = tag.indexOf(QLatin1Char('='), 1);
+        const bool isAssignment = equals > 0 && equals < tag.size() - 2;
+        if (end == text.size() || !tag.endsWith(closing) || tag.contains(opening)
+            || !(isAssignment || tag == QLatin1String("rst\\"))) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void checkInlineTags(Findings& findings, const Place& place, const QString& text)
 {
-    static const QRegularExpression brokenTag(QStringLiteral(R"(\\!\\(?!\S+=\S+\\\s|rst\\\s))"));
-    if (text.contains(brokenTag)) {
+    if (holdsBrokenInlineTag(text)) {
         add(findings, place,
             QStringLiteral(
                 "an inline tag without its form or the blank behind it is spoken as it stands"));
@@ -170,25 +225,30 @@ void checkSpokenText(Findings& findings, const Place& place, const PromptData& p
     checkInlineTags(findings, place, prompt.text);
 }
 
-/** Checks markup that is understood. */
-void checkMarkup(
-    Findings& findings, const Place& place, const QString& markup, PromptContext context)
+/** Checks markup that is understood, as @p meaning. */
+void checkMarkup(Findings& findings, const Place& place, const QString& markup,
+    PromptContext context, const PromptData& meaning)
 {
-    const PromptData parsed = PromptData::parse(markup, context);
+    // Off-board text may be in markup of its own, with languages of its own.
     static const QRegularExpression languageCode(
-        QStringLiteral(R"~(<[a-z]+ lang(?:uage)?="([^"]*)")~"));
-    bool areLanguagesKnown = true;
-    for (auto match = languageCode.globalMatch(markup); match.hasNext();) {
+        QStringLiteral(R"~(<(?:audio|file|text|phonetic) language="([^"]*)")~"));
+    static const QRegularExpression offboardLanguage(QStringLiteral(R"~(<tts lang="([^"]*)"/>)~"));
+    const bool isOffboard = meaning.mode == PromptOffboard;
+    auto match = (isOffboard ? offboardLanguage : languageCode).globalMatch(markup);
+    bool isLanguageKnown = true;
+    while (match.hasNext()) {
         const QString code = match.next().captured(1);
         if (convertIsoToLanguageId(code.toUtf8()) == InvalidLanguage) {
             add(findings, place, unknownLanguage(code));
-            areLanguagesKnown = false;
+            isLanguageKnown = false;
         }
     }
-    // A language that nobody knows means nothing, so that its tag would seem to be outside.
-    const Outside outside = areLanguagesKnown || parsed.mode != PromptOffboard
-                                ? outsideOf(markup, context, parsed)
-                                : Outside();
+    Outside outside = outsideOf(markup, context, meaning);
+    if (isOffboard && !isLanguageKnown) {
+        // Its tag means nothing, and so seems to be outside.
+        const int tag = outside.before.lastIndexOf(QLatin1String("<tts "));
+        outside.before = outside.before.left(tag).trimmed();
+    }
     for (const QString& part : {outside.before, outside.behind}) {
         if (!part.isEmpty()) {
             add(findings, place,
@@ -197,56 +257,48 @@ void checkMarkup(
     }
 }
 
-/**
- * The file that a prompt names in the context A4A, where files come right after off-board markup;
- * without letting the library read it, as another folder may stand for the target's root.
- */
-QString fileNamedBy(QString prompt)
-{
-    const QString rest = QString(prompt).remove(QStringLiteral("<file "));
-    if (PromptData::parse(rest, A4AContext).mode == PromptOffboard) {
-        return QString();
-    }
-    static const QRegularExpression soundTag(QStringLiteral("<(?:audio|text) "));
-    const PromptData named = PromptData::parse(prompt.remove(soundTag), GeneralContext);
-    return named.mode == PromptFile ? named.text : QString();
-}
-
 /** Checks a file of off-board markup that a prompt names. */
 void checkOffboardFile(
     Findings& findings, int line, const QString& path, const CheckOptions& options)
 {
     QFile file(onThisMachine(path, options));
-    if (!QFileInfo(file).isFile() || !file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        return;
+    if (!QFileInfo(file).isFile()) {
+        return; // which is told already
     }
     const Place place{line, QStringLiteral("in \"%1\": ").arg(path)};
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+        add(findings, place, file.errorString());
+        return;
+    }
     const QByteArray content = file.readAll();
+    if (!content.contains("<offboard")) {
+        return; // of another kind
+    }
+    const QByteArray bytes = content.constData(); // up to the first NUL, as it is read
+    if (bytes.size() < content.size()) {
+        add(findings, place, QStringLiteral("lost from the first NUL on"));
+    }
     QString markup;
-    if (!decodeUtf8(content.constData(), markup)) { // up to the first NUL, as it is read
+    if (!decodeUtf8(bytes, markup)) {
         add(findings, place, QStringLiteral("not valid UTF-8"));
         return;
     }
-    if (!markup.contains(QLatin1String("<offboard"))) {
-        return; // of another kind
-    }
-    const PromptData parsed = PromptData::parse(markup, A4AContext);
-    if (parsed.mode == PromptOffboard) {
-        checkMarkup(findings, place, markup, A4AContext);
-        checkSpokenText(findings, place, parsed);
+    const PromptData meaning = parsed(markup, A4AContext);
+    if (meaning.mode == PromptOffboard) {
+        checkMarkup(findings, place, markup, A4AContext, meaning);
+        checkSpokenText(findings, place, meaning);
     } else {
         add(findings, place,
-            QStringLiteral("no off-board markup is found: ") + whySpokenWhole(markup, A4AContext));
+            QStringLiteral("no off-board markup is found, nearest form: ")
+                + nearestForm(markup, firstOffboardForm));
     }
 }
 
 void checkPrompt(Findings& findings, int line, const QString& prompt, const CheckOptions& options)
 {
     const Place place{line, QString()};
-    const QString file = options.context == A4AContext ? fileNamedBy(prompt) : QString();
-    const PromptData parsed =
-        file.isEmpty() ? PromptData::parse(prompt, options.context) : PromptData(file, PromptFile);
-    if (parsed.mode == PromptText && parsed.text == prompt) {
+    const PromptData meaning = parsed(prompt, options.context);
+    if (meaning.mode == PromptText && meaning.text == prompt) {
         if (prompt.contains(QLatin1Char('<'))) {
             add(findings, place,
                 QStringLiteral("spoken whole, markup included: ")
@@ -255,14 +307,14 @@ void checkPrompt(Findings& findings, int line, const QString& prompt, const Chec
         checkInlineTags(findings, place, prompt);
         return;
     }
-    checkMarkup(findings, place, prompt, options.context);
-    if (parsed.mode == PromptText || parsed.mode == PromptOffboard) {
-        checkSpokenText(findings, place, parsed);
+    checkMarkup(findings, place, prompt, options.context, meaning);
+    if (meaning.mode == PromptText || meaning.mode == PromptOffboard) {
+        checkSpokenText(findings, place, meaning);
         return;
     }
-    checkFile(findings, line, parsed.text, options);
-    if (!file.isEmpty()) {
-        checkOffboardFile(findings, line, file, options);
+    checkFile(findings, line, meaning.text, options);
+    if (options.context == A4AContext && meaning.mode == PromptFile) {
+        checkOffboardFile(findings, line, meaning.text, options);
     }
 }
 

@@ -55,63 +55,79 @@ QString whyDropped(const QString& line, const EcoFile::Header& header)
     return reason;
 }
 
-/** What is wrong with a line that starts as a declaration does; nothing for a mere remark. */
-QString checkDeclaration(const QString& line, const EcoFile::Header& before, const EcoFile& after)
+QString checkColumn(const EcoFile::Header& before, const EcoFile& after)
 {
-    const QString word = line.section(QRegularExpression(QStringLiteral("\\s")), 0, 0).toLower();
-    const EcoFile::Header& header = after.header();
-    if (word == QLatin1String("#column")) {
-        if (header.columns().size() == before.columns().size()) {
-            return QStringLiteral(
-                "declares no column: \"#Column NAME\" is needed, with single blanks");
-        }
-        if (before.columns().contains(header.columns().last())) {
-            return QStringLiteral("column \"%1\" again: of its fields the last one counts")
-                .arg(header.columns().last());
-        }
-        if (!after.rows().isEmpty()) {
-            return QStringLiteral("a column below the first row, which lacks it");
-        }
-    } else if (word == QLatin1String("#separator")) {
-        // Setting another one first shows whether the line sets any.
-        EcoFile probe;
-        const char other = header.separator() == 'x' ? 'y' : 'x';
-        probe.parseHeaderLine(QStringLiteral("#Separator %1").arg(uchar(other), 0, 16));
-        probe.parseHeaderLine(line);
-        if (probe.header().separator() == other) {
-            return QStringLiteral(
-                "declares no separator: \"#Separator HEX\" is needed, such as 3B");
-        }
-        bool isLatin1 = false;
-        const int code = line.section(QLatin1Char(' '), 1).toInt(&isLatin1, 16);
-        if (!isLatin1 || code < 0 || code > 0xFF) {
-            return QStringLiteral("no code of two digits, and taken for %1, \"%2\"")
-                .arg(uchar(header.separator()), 2, 16, QLatin1Char('0'))
-                .arg(QLatin1Char(header.separator()));
-        }
-    } else if (word == QLatin1String("#eco")) {
-        EcoFile probe;
-        probe.parseHeaderLine(line);
-        if (!isDeclared(probe)) {
-            return QStringLiteral(
-                "declares no version: \"#ECO VERSION ENCODING\" is needed, with single blanks");
-        }
-    } else {
-        for (const char* declaration : {"#Column", "#Separator", "#ECO"}) {
-            const QString meant = QString::fromLatin1(declaration);
-            if (editDistance(word, meant.toLower()) <= meant.size() / 3) { // for a slip of the pen
-                return QStringLiteral("a comment, did you mean \"%1\"?").arg(meant);
-            }
-        }
+    const QString column = after.header().columns().last();
+    if (before.columns().contains(column)) {
+        return QStringLiteral("column \"%1\" again: of its fields the last one counts").arg(column);
+    }
+    if (!after.rows().isEmpty()) {
+        return QStringLiteral("a column below the first row, which lacks it");
     }
     return QString();
 }
 
-} // namespace
-
-Findings checkTable(const QByteArray& content, const CheckOptions&)
+QString checkSeparator(const QString& line, const EcoFile::Header& header)
 {
-    Findings findings;
+    const int code = line.section(QLatin1Char(' '), 1).toInt(nullptr, 16);
+    if (code >= 0 && code <= 0xFF) {
+        return QString();
+    }
+    return QStringLiteral("no code of two digits, and taken for %1, \"%2\"")
+        .arg(uchar(header.separator()), 2, 16, QLatin1Char('0'))
+        .arg(QLatin1Char(header.separator()));
+}
+
+/** What is wrong with a line that declares something, or seems to; nothing for a mere remark. */
+QString checkDeclaration(const QString& line, const EcoFile::Header& before, const EcoFile& after)
+{
+    // Setting another separator first shows whether the line sets any.
+    const EcoFile::Header& header = after.header();
+    EcoFile probe;
+    const char other = header.separator() == 'x' ? 'y' : 'x';
+    probe.parseHeaderLine(QStringLiteral("#Separator %1").arg(uchar(other), 0, 16));
+    probe.parseHeaderLine(line);
+    struct Declaration
+    {
+        QString name;
+        bool isMade;
+        QString whenNot;
+    };
+    const Declaration declarations[] = {
+        {QStringLiteral("#Column"), !probe.header().columns().isEmpty(),
+            QStringLiteral("declares no column: \"#Column NAME\" is needed, with single blanks")},
+        {QStringLiteral("#Separator"), probe.header().separator() != other,
+            QStringLiteral("declares no separator: \"#Separator HEX\" is needed, such as 3B")},
+        {QStringLiteral("#ECO"), isDeclared(probe),
+            QStringLiteral(
+                "declares no version: \"#ECO VERSION ENCODING\" is needed, with single blanks")},
+    };
+    static const QRegularExpression blank(QStringLiteral("\\s"));
+    const QString word = line.section(blank, 0, 0);
+    for (const Declaration& declaration : declarations) {
+        const QString& name = declaration.name;
+        if (declaration.isMade && line.section(QLatin1Char(' '), 0, 0) != name) {
+            return QStringLiteral("counts as \"%1\", as it starts so").arg(name);
+        }
+        if (!declaration.isMade && word.compare(name, Qt::CaseInsensitive) == 0) {
+            return declaration.whenNot;
+        }
+        // For a slip of the pen; but hardly anything depends on the version.
+        if (!declaration.isMade && name.size() > 4
+            && editDistance(word.toLower(), name.toLower()) == 1) {
+            return QStringLiteral("a comment, did you mean \"%1\"?").arg(name);
+        }
+    }
+    return declarations[0].isMade   ? checkColumn(before, after)
+           : declarations[1].isMade ? checkSeparator(line, header)
+                                    : QString();
+}
+
+void checkEncoding(Findings& findings, const QByteArray& content)
+{
+    if (content.startsWith("\xFF\xFE") || content.startsWith("\xFE\xFF")) {
+        return; // UTF-16, which is read as such
+    }
     int number = 0;
     const QList<QByteArray> lines = content.split('\n');
     for (const QByteArray& line : lines) {
@@ -121,6 +137,14 @@ Findings checkTable(const QByteArray& content, const CheckOptions&)
             findings.append({number, QStringLiteral("not valid UTF-8")});
         }
     }
+}
+
+} // namespace
+
+Findings checkTable(const QByteArray& content, const CheckOptions&)
+{
+    Findings findings;
+    checkEncoding(findings, content);
     EcoFile::Header before; // not the rows: they would be copied at every remark
     QBuffer buffer;
     buffer.setData(content);
