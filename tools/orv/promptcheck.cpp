@@ -148,7 +148,10 @@ QVector<int> positionsOf(QChar character, const QString& text)
 
 Outside outsideOf(const QString& prompt, PromptContext context, const PromptData& meaning)
 {
-    const auto meansTheSame = [context, &meaning](const QString& part) {
+    const auto meansTheSame = [context, &meaning](QString part) {
+        if (meaning.mode == PromptFile) { // and no part becomes a sound that stood beside it
+            part.replace(QLatin1String("<text "), QLatin1String("<- "));
+        }
         const PromptData other = parsed(part, context);
         const bool isWhole = other.mode == PromptText && other.text == part;
         return !isWhole && other.text == meaning.text && other.mode == meaning.mode
