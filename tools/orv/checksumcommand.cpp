@@ -132,8 +132,7 @@ void collectFolder(Task& task, const QString& path, QVector<DataFile>& files)
     const QFileInfoList entries = folder.entryInfoList(
         QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
     for (const QFileInfo& entry : entries) {
-        const QString entryPath =
-            path == QLatin1String(".") ? entry.fileName() : entry.filePath(); // and not "./name"
+        const QString entryPath = QDir::cleanPath(entry.filePath()); // within "." without "./"
         if (!entry.isDir()) {
             collectFile(task, entryPath, files);
         } else if (!entry.isSymLink()) {

@@ -1,6 +1,7 @@
 #include "jsonplaces.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 
 #include <algorithm>
 #include <cctype>
@@ -34,7 +35,8 @@ char JsonPlaces::next()
     return at < text.size() ? text[at] : '\0';
 }
 
-QString JsonPlaces::readString()
+/** Goes behind a string, and returns it as it is written. */
+QByteArray JsonPlaces::readString()
 {
     const int begin = at++;
     while (at < text.size() && text[at] != '"') {
@@ -43,15 +45,14 @@ QString JsonPlaces::readString()
         ++at;
     }
     ++at;
-    const QByteArray array = '[' + text.mid(begin, at - begin) + ']';
-    return QJsonDocument::fromJson(array).array().at(0).toString();
+    return text.mid(begin, at - begin);
 }
 
 void JsonPlaces::readValue(int depth)
 {
     const char first = next();
     if (first == '{' || first == '[') {
-        std::map<QString, int> lines;
+        QHash<QString, int> lines;
         for (++at; next() != '}' && next() != ']' && next() != '\0';) {
             if (first == '{') {
                 readMember(depth, lines);
@@ -73,10 +74,11 @@ void JsonPlaces::readValue(int depth)
     }
 }
 
-void JsonPlaces::readMember(int depth, std::map<QString, int>& lines)
+void JsonPlaces::readMember(int depth, QHash<QString, int>& lines)
 {
     const int keyLine = line;
-    const QString key = readString();
+    const QByteArray array = '[' + readString() + ']';
+    const QString key = QJsonDocument::fromJson(array).array().at(0).toString();
     memberList.append({key, keyLine, lines[key]});
     lines[key] = keyLine;
     next();

@@ -1,11 +1,9 @@
 #pragma once
 
 #include <QByteArray>
-#include <QJsonDocument>
+#include <QHash>
 #include <QString>
 #include <QVector>
-
-#include <map>
 
 /** Where things stand in a JSON text, which a parsed document does not tell. Lines count from 1. */
 class JsonPlaces
@@ -30,9 +28,9 @@ public:
 
 private:
     char next();
-    QString readString();
+    QByteArray readString();
     void readValue(int depth);
-    void readMember(int depth, std::map<QString, int>& lines);
+    void readMember(int depth, QHash<QString, int>& lines);
 
     const QByteArray& text;
     int at = 0;

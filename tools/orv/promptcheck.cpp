@@ -26,8 +26,6 @@ constexpr const char* forms[] = {
     R"(<tts lang="ISO"/><offboard genre="GENRE">TEXT</offboard>)",
 };
 
-constexpr int firstOffboardForm = 8; // the last ones of these
-
 /**
  * What the library makes of a prompt, but without a file being read where one is named: which folder
  * stands for the target's root is for this program to say.
@@ -72,26 +70,24 @@ QString skeletonOf(const QString& prompt)
     return skeleton.replace(attributeValue(), QStringLiteral("=\"\"")).toLower();
 }
 
-QString nearestForm(const QString& prompt, int firstForm = 0)
+/** The form that a prompt resembles most, of those with @p tag in them. */
+QString nearestForm(const QString& prompt, const char* tag)
 {
-    static const QStringList formSkeletons = [] {
-        QStringList skeletons;
-        for (const char* form : forms) {
-            skeletons.append(skeletonOf(QLatin1String(form)));
-        }
-        return skeletons;
-    }();
     const QString skeleton = skeletonOf(prompt);
     // First by the start of a form, as the end may be what is missing.
     std::pair<int, int> least(std::numeric_limits<int>::max(), 0);
     QString nearest;
-    for (int i = firstForm; i < formSkeletons.size(); ++i) {
-        const QVector<int> distances = editDistances(skeleton, formSkeletons[i]);
+    for (const char* text : forms) {
+        const QString form = QLatin1String(text);
+        if (!form.contains(QLatin1String(tag))) {
+            continue;
+        }
+        const QVector<int> distances = editDistances(skeleton, skeletonOf(form));
         const std::pair<int, int> distance(
             *std::min_element(distances.begin(), distances.end()), distances.last());
         if (distance < least) {
             least = distance;
-            nearest = QLatin1String(forms[i]);
+            nearest = form;
         }
     }
     return nearest;
@@ -123,7 +119,7 @@ QString whySpokenWhole(const QString& prompt, PromptContext context)
     if (context != A4AContext && !isSpokenWhole(prompt, A4AContext)) {
         return QStringLiteral("this form counts in the context a4a alone");
     }
-    const QString form = nearestForm(prompt);
+    const QString form = nearestForm(prompt, "<");
     return QStringLiteral("nearest form: ")
            + (isSpokenWhole(form, context)
                    ? form + QStringLiteral(", which does not count in this context")
@@ -293,7 +289,7 @@ void checkOffboardFile(
     } else {
         add(findings, place,
             QStringLiteral("no off-board markup is found, nearest form: ")
-                + nearestForm(markup, firstOffboardForm));
+                + nearestForm(markup, "<offboard"));
     }
 }
 
