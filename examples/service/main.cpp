@@ -27,13 +27,13 @@ public:
         std::puts("audio is gone");
     }
 
-    static void say(const QString& text)
+    void say(const QString& text)
     {
         std::printf("say: %s\n", qUtf8Printable(text));
         std::fflush(stdout);
     }
 
-    static void play(const QString& path)
+    void play(const QString& path)
     {
         std::printf("play: %s\n", qUtf8Printable(path));
         std::fflush(stdout);
@@ -44,8 +44,9 @@ public:
 class Dialog : public AbstractSingleton
 {
 public:
-    Dialog()
-        : input(fileno(stdin), QSocketNotifier::Read)
+    explicit Dialog(Audio& audio)
+        : audio(audio)
+        , input(fileno(stdin), QSocketNotifier::Read)
     {
         std::ios::sync_with_stdio(false); // so that std::cin knows what it has read ahead
         std::puts("dialog is there");
@@ -70,10 +71,10 @@ private:
         } while (std::cin.rdbuf()->in_avail() > 0 && std::getline(std::cin, line));
     }
 
-    static void speak(const PromptData& prompt)
+    void speak(const PromptData& prompt)
     {
         if (prompt.mode == PromptAudio || prompt.mode == PromptFile) {
-            Audio::play(prompt.text);
+            audio.play(prompt.text);
             return;
         }
         const QString code =
@@ -82,10 +83,11 @@ private:
         const Language usual = convertIsoToLanguageId(code.toLatin1());
         const Language language = prompt.language == InvalidLanguage ? usual : prompt.language;
         for (const QString& sentence : SentenceTokenizer::split(prompt.text, language)) {
-            Audio::say(sentence);
+            audio.say(sentence);
         }
     }
 
+    Audio& audio;
     QSocketNotifier input;
 };
 
@@ -103,8 +105,9 @@ int main(int argc, char** argv)
         ApplicationSettings::value(QStringLiteral("speech/brand"), QStringLiteral("TYX"))
             .toString();
     loadBrandSounds(brand);
-    SingletonTracker::insert("audio", new Audio);
-    SingletonTracker::insert("dialog", new Dialog);
+    auto* const audio = new Audio;
+    SingletonTracker::insert("audio", audio);
+    SingletonTracker::insert("dialog", new Dialog(*audio));
 
     const int exitCode = QCoreApplication::exec();
     std::puts("the event loop has ended");
