@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <utility>
 
 #include <sys/socket.h>
 #include <unistd.h>
@@ -34,6 +35,16 @@ bool writeWhole(int descriptor, const void* data, std::size_t size)
     return written == ssize_t(size);
 }
 
+/** One read, begun again likewise; false when no whole number came. */
+bool readNumber(int descriptor, int& number)
+{
+    ssize_t length = 0;
+    do {
+        length = read(descriptor, &number, sizeof number);
+    } while (length < 0 && errno == EINTR);
+    return length == ssize_t(sizeof number);
+}
+
 } // namespace
 
 PosixSignals PosixSignals::instance;
@@ -44,6 +55,9 @@ PosixSignals::~PosixSignals() = default;
 
 void PosixSignals::setup(int signalNumber, QObject* receiver, const char* method)
 {
+    Q_ASSERT_X(receiver != nullptr, "PosixSignals::setup", "no receiver for the signal");
+    Q_ASSERT_X(receiver->metaObject()->indexOfMethod(QByteArray(method) + "()") >= 0,
+        "PosixSignals::setup", "the receiver has no such method without arguments");
     handlers[signalNumber] = {receiver, method};
     QTimer::singleShot(0, this, SLOT(initialize()));
 }
@@ -54,10 +68,10 @@ void PosixSignals::rawSignalHandle(int signalNumber)
     if (instance.quitting) {
         _exit(writeWhole(STDERR_FILENO, quittingText, sizeof quittingText) ? 2 : 1);
     }
-    ++instance.waiting; // first, so that none is in the socket without being counted
     if (!writeWhole(instance.sockets[0], &signalNumber, sizeof signalNumber)) {
         _exit(writeWhole(STDERR_FILENO, lostSignalText, sizeof lostSignalText) ? 4 : 3);
     }
+    ++instance.waiting; // last, so that a number that is counted is in the socket
     errno = interruptedErrno;
 }
 
@@ -71,12 +85,6 @@ void PosixSignals::applicationQuit()
     ORV_LOG(here).debug() << here << "Cleaning up and terminating...";
     QCoreApplication::quit();
     quitting = true;
-    // The event loop ends here. A signal that waits already is not to be lost with it: a second
-    // request to quit is obeyed at once. A slot that runs events may read further ones, and a read
-    // that fails takes none away.
-    for (int left = waiting; left > 0 && waiting > 0; --left) {
-        signalHandle();
-    }
 }
 
 void PosixSignals::initialize()
@@ -102,19 +110,31 @@ void PosixSignals::initialize()
 void PosixSignals::signalHandle()
 {
     static constexpr char here[] = "void PosixSignals::signalHandle()";
+    // The notifier may be due in the same pass of the event loop in which the program itself asked
+    // to quit. The loop ends after this pass. If it goes on all the same, the notifier comes again.
+    const bool wasQuitting = quitting;
+    if (wasQuitting && !std::exchange(hasLetLoopEnd, true)) {
+        return;
+    }
     int signalNumber = -1;
-    ssize_t length = 0;
-    do {
-        length = read(sockets[1], &signalNumber, sizeof signalNumber);
-    } while (length < 0 && errno == EINTR);
-    if (length < ssize_t(sizeof signalNumber)) {
+    // A call that does not come from the notifier must not wait for a number.
+    if ((sender() != notifier.get() && waiting <= 0) || !readNumber(sockets[1], signalNumber)) {
         ORV_LOG(here).warning() << here << "Could not read signal number from socket, ignoring";
         return;
     }
     --waiting;
     ORV_LOG(here).debug() << here << "Processing signal" << signalNumber;
-    const auto handler = handlers.constFind(signalNumber);
-    if (handler != handlers.constEnd()) {
-        QMetaObject::invokeMethod(handler->first, handler->second, Qt::AutoConnection);
+    const auto [receiver, method] = handlers.value(signalNumber);
+    QMetaObject::invokeMethod(receiver, method, Qt::AutoConnection);
+
+    // If this number began the quitting, the event loop will read none of those that wait behind
+    // it. Among them, a second request to quit is obeyed.
+    while (!wasQuitting && quitting && waiting > 0 && readNumber(sockets[1], signalNumber)) {
+        --waiting;
+        const auto [receiver, method] = handlers.value(signalNumber);
+        if (receiver == this && qstrcmp(method, "applicationQuit") == 0) {
+            ORV_LOG(here).debug() << here << "Processing signal" << signalNumber;
+            applicationQuit();
+        }
     }
 }

@@ -4,6 +4,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 
 #include <atomic>
 #include <memory>
@@ -15,7 +16,7 @@
 class QSocketNotifier;
 
 /**
- * Brings POSIX signals to slots on the event loop, and ends the process in two stages.
+ * Delivers POSIX signals to slots on the event loop, and ends the process in two stages.
  *
  *     int main(int argc, char** argv)
  *     {
@@ -26,20 +27,20 @@ class QSocketNotifier;
  *         return application.exec();
  *     }
  *
- * The signal handler writes the signal's number to a socket pair, in any thread; it calls nothing
- * but write and _exit, and leaves errno as it was. The event loop reads the numbers one at a time,
- * in their order, and invokes what was set up for them. The application thus handles a signal like
- * any other event.
+ * The signal handler writes the signal's number to a socket pair. It runs in any thread, calls only
+ * write and _exit, reads and counts in lock-free atomics, and leaves errno as it was. The event loop
+ * reads one number at a time, in their order, and invokes what was set up for it. So the application
+ * handles a signal like any other event.
  *
- * All signals are set up before the event loop first runs: the handlers are installed then. Later,
- * setup() only changes the target of a signal that was set up in time. Signals that come before are
- * not caught.
+ * All signals must be set up before the event loop first runs, which installs the handlers. Later,
+ * setup() only changes the target of a signal that was set up in time. Signals that come before the
+ * handlers are installed are not caught.
  *
  * The socket holds a few hundred numbers. When it is full, the interrupted thread waits in the
- * handler until the event loop has read one. Where that is the event loop's own thread, nobody
- * reads: the process hangs, and only SIGKILL ends it. So no signal is to be set up that may come in
- * hundreds while the event loop is busy. The sockets are inherited by child processes, as the calls
- * that would prevent it are not available everywhere, and stay open until the process ends; a child
+ * handler until the event loop has read one. If that thread is the event loop's own, nobody reads:
+ * the process hangs, and only SIGKILL ends it. So do not set up a signal that may come in hundreds
+ * while the event loop is busy. Child processes inherit the sockets, because the calls that would
+ * prevent it are not available everywhere. The sockets stay open until the process ends. A child
  * that goes on without exec must not use the bridge.
  *
  * Exit codes: 1 after a second request to quit, with a warning in the log; 2 after a signal when
@@ -48,7 +49,7 @@ class QSocketNotifier;
  * line could be written; a broken pipe there ends the process by SIGPIPE instead.
  *
  * Thread-safety: apart from the handler, everything belongs to the thread that loaded the library,
- * which is the main thread as a rule.
+ * usually the main thread.
  */
 class ORVCORE_EXPORT PosixSignals : public QObject
 {
@@ -63,8 +64,10 @@ public:
      * arguments, by its bare name, at once if the receiver lives in this thread, else from its own
      * event loop.
      *
-     * The name is not copied, and neither it nor the receiver may go away before the last signal.
-     * May be called before there is a QCoreApplication.
+     * The name is not copied and must outlive the registration. A receiver that is deleted, in the
+     * thread of the bridge, gets no more signals. Debug builds stop at a null receiver and at a name
+     * that is none of the receiver's methods without arguments; in other builds such a signal does
+     * nothing. May be called before there is a QCoreApplication.
      */
     void setup(int signalNumber, QObject* receiver, const char* method);
 
@@ -73,8 +76,10 @@ public:
 
 public Q_SLOTS:
     /**
-     * The usual target of SIGTERM and SIGINT: quits the event loop, and hands out at once the
-     * signals that wait already. A second call, when that takes too long, exits with code 1.
+     * The usual target of SIGTERM and SIGINT: quits the event loop. A second call exits with code 1.
+     *
+     * If a signal began the quitting and a second request waits behind it, that is a second call.
+     * No other signal that waits is handled any more, because the event loop ends.
      */
     void applicationQuit();
 
@@ -86,10 +91,11 @@ private:
     PosixSignals();
     ~PosixSignals() override;
 
-    QHash<int, std::pair<QObject*, const char*>> handlers;
+    QHash<int, std::pair<QPointer<QObject>, const char*>> handlers;
     bool initialized = false;
+    bool hasLetLoopEnd = false;        // one activation was left out after the quitting began
     std::atomic<bool> quitting{false}; // the handler reads it
-    std::atomic<int> waiting{0};       // numbers in the socket
+    std::atomic<int> waiting{0};       // numbers in the socket, or fewer; the handler counts up
     int sockets[2] = {-1, -1}; // the handler writes to the first, the notifier watches the second
     std::unique_ptr<QSocketNotifier> notifier;
 };
