@@ -37,6 +37,7 @@ void call(const QByteArray& operation)
     if (operation == "insert") { SingletonTracker::insert("other", nullptr); }
     if (operation == "erase") { SingletonTracker::erase("other"); }
     if (operation == "clear") { SingletonTracker::clear(); }
+    if (operation == "at null") { SingletonTracker::at(nullptr); }
 }
 
 /** One case, in a process of its own. */
@@ -110,6 +111,18 @@ private Q_SLOTS:
         QCOMPARE(deleted, QByteArray("abAc"));
     }
 
+    void aNameThatGoesWithTheInstance()
+    {
+        char name[] = "n";
+        SingletonTracker::insert("a", new Singleton('a'));
+        SingletonTracker::insert(name, new Singleton('n', [&name] { *name = 'a'; }));
+        SingletonTracker::erase(name);
+        SingletonTracker::insert(nullptr, new Singleton('0'));
+        QVERIFY(SingletonTracker::at("") != nullptr);
+        SingletonTracker::clear();
+        QCOMPARE(deleted, QByteArray("n0a"));
+    }
+
     void lookUpsNeverCollide()
     {
         auto* const singleton = new Singleton('a');
@@ -139,6 +152,7 @@ private Q_SLOTS:
                 "Deadlock: in void SingletonTrackerPrivate::insert(const char*, AbstractSingleton*) with other\n"},
             {"erase", "Deadlock: in void SingletonTrackerPrivate::erase(const char*) with other\n"},
             {"clear", "Deadlock: in void SingletonTrackerPrivate::clear()\n"},
+            {"at null", "Deadlock: in AbstractSingleton* SingletonTrackerPrivate::at(const char*) with \n"},
         };
         for (const auto& row : rows) {
             for (const char* situation : {"re-entry", "re-entry at exit", "other thread"}) {

@@ -10,13 +10,10 @@
 
 namespace {
 
-/** Ends the process: the signature and the name, if there is one, tell where it would have hung. */
-[[noreturn]] void reportDeadlock(const char* signature, const char* name = nullptr)
+/** Ends the process: the signature and the name tell where it would have hung. */
+[[noreturn]] void reportDeadlock(const char* signature, const QByteArray& name)
 {
-    if (name == nullptr) {
-        ORV_LOG(signature).fatal("Deadlock: in %s", signature);
-    }
-    ORV_LOG(signature).fatal("Deadlock: in %s with %s", signature, name);
+    ORV_LOG(signature).fatal("Deadlock: in %s with %s", signature, name.constData());
 }
 
 } // namespace
@@ -26,9 +23,10 @@ class SingletonTrackerPrivate
 public:
     virtual ~SingletonTrackerPrivate();
 
-    void insert(const char* name, AbstractSingleton* instance);
-    AbstractSingleton* at(const char* name);
-    void erase(const char* name);
+    // Each has its own copy of the name, which may be a part of the instance that it deletes.
+    void insert(const QByteArray& name, AbstractSingleton* instance);
+    AbstractSingleton* at(const QByteArray& name);
+    void erase(const QByteArray& name);
     void clear();
     bool isEmpty() const;
 
@@ -43,7 +41,7 @@ SingletonTrackerPrivate::~SingletonTrackerPrivate()
     clear();
 }
 
-void SingletonTrackerPrivate::insert(const char* name, AbstractSingleton* instance)
+void SingletonTrackerPrivate::insert(const QByteArray& name, AbstractSingleton* instance)
 {
     if (!lock.tryLockForWrite()) {
         reportDeadlock(
@@ -54,7 +52,7 @@ void SingletonTrackerPrivate::insert(const char* name, AbstractSingleton* instan
     lock.unlock();
 }
 
-AbstractSingleton* SingletonTrackerPrivate::at(const char* name)
+AbstractSingleton* SingletonTrackerPrivate::at(const QByteArray& name)
 {
     if (!lock.tryLockForRead()) {
         reportDeadlock("AbstractSingleton* SingletonTrackerPrivate::at(const char*)", name);
@@ -64,7 +62,7 @@ AbstractSingleton* SingletonTrackerPrivate::at(const char* name)
     return instance;
 }
 
-void SingletonTrackerPrivate::erase(const char* name)
+void SingletonTrackerPrivate::erase(const QByteArray& name)
 {
     if (!lock.tryLockForWrite()) {
         reportDeadlock("void SingletonTrackerPrivate::erase(const char*)", name);
@@ -81,7 +79,8 @@ void SingletonTrackerPrivate::erase(const char* name)
 void SingletonTrackerPrivate::clear()
 {
     if (!lock.tryLockForWrite()) {
-        reportDeadlock("void SingletonTrackerPrivate::clear()");
+        static constexpr char here[] = "void SingletonTrackerPrivate::clear()";
+        ORV_LOG(here).fatal("Deadlock: in %s", here);
     }
     while (!registry.isEmpty()) {
         const QByteArray name = order.top();
