@@ -260,11 +260,18 @@ private Q_SLOTS:
             QCOMPARE(
                 Manager::generateChecksum(store), QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex());
         }
+        QCOMPARE(Manager::generateChecksum(u("/proc/self/mem")), nothing); // cannot be read, but states no size
         QVERIFY(log.takeLines().isEmpty());
-        QCOMPARE(Manager::generateChecksum(u("/proc/self/mem")), nothing); // opens, but cannot be read
+
+        const QString shorter = u("/sys/kernel/mm/transparent_hugepage/enabled"); // than the page that it states
+        QFile file(shorter);
+        if (!file.open(QIODevice::ReadOnly)) { QSKIP("this system has no sysfs"); }
+        QCryptographicHash hash(QCryptographicHash::Md5);
+        const bool isWhole = hash.addData(&file);
+        QCOMPARE(Manager::generateChecksum(shorter), hash.result().toHex());
         const char* const line = "warning: static QByteArray SpeechChecksumManager::generateChecksum(const QString&) "
-                                 "Could not calculate checksum for \"/proc/self/mem\"";
-        QCOMPARE(log.takeTexts(), QStringList(u(line)));
+                                 "Could not calculate checksum for \"%1\"";
+        QCOMPARE(log.takeTexts(), isWhole ? QStringList() : QStringList(u(line).arg(shorter)));
     }
 
 private:

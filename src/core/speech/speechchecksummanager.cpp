@@ -207,7 +207,8 @@ QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath)
         while ((length = file.read(block.data(), block.size())) > 0) {
             hash.addData(block.constData(), int(length));
         }
-        if (length < 0) {
+        // A failed read leaves the file short of its size; so does a file that ends before it.
+        if (!file.atEnd()) {
             static constexpr char here[] =
                 "static QByteArray SpeechChecksumManager::generateChecksum(const QString&)";
             ORV_LOG(here).warning() << here << "Could not calculate checksum for" << filePath;
