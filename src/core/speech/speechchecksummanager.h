@@ -21,6 +21,8 @@
  *
  * Failures are only logged. Thread-safety: an instance belongs to one thread at a time, and no two
  * are constructed, written or removed at once; generateChecksum() may be called from any thread.
+ * The library does not lock: of two processes that load and write one file at the same time, the
+ * last to write wins, and the changes of the other are lost.
  */
 class ORVCORE_EXPORT SpeechChecksumManager
 {
@@ -90,9 +92,15 @@ public:
      * Replaces the file by the store, in one step: after a crash or a power cut it is the old or
      * the new one, whole. (What is then left over may be a file beside it with a random suffix.)
      *
-     * The file keeps its permissions, and a link is followed. What cannot be replaced is written in
-     * place: a device, a file of another user, a file in a folder without write permission. A
-     * failure is one warning, and the old file stays.
+     * The new file has the read, write and execute permissions of the old one, but not its setuid,
+     * setgid and sticky bits, nor its extended attributes. A symbolic link is followed; another
+     * hard link keeps the old content. Who watches the file must add it to the watcher anew.
+     *
+     * What cannot be replaced is written in place: a device, a file of another user, a file in a
+     * folder without write permission.
+     *
+     * A failure is one warning. The old file then stays, but what was written in place may be cut
+     * off.
      */
     void writePersistentData();
 
