@@ -24,9 +24,11 @@
  *     1;"Main; first floor"
  *
  * Reading forgives: what cannot be used is skipped, without a word in the log. A line is judged by
- * the declarations above it; one with more or fewer fields than columns is dropped. A field loses
- * the white space and the quotes around it; with a separator other than ";" all but the first keep
- * the separator in front of them, and an opening quote behind it.
+ * the declarations above it; one with more or fewer fields than columns is dropped.
+ *
+ * A field is taken with the separator in front of it, if there is one. It loses the white space at
+ * both ends, then a ";", one blank and a quote in front, and a quote behind. So white space as the
+ * separator goes too; any other than ";" stays, and so do a blank and a quote right behind it.
  *
  * A value type. Thread-safety: reentrant.
  */
@@ -37,9 +39,9 @@ public:
     class ORVCORE_EXPORT Header
     {
     public:
-        const QString& version() const;  ///< empty until it is declared
-        const QString& encoding() const; ///< as declared; the file is read in the locale's encoding
-        char separator() const;          ///< one Latin-1 character
+        const QString& version() const;     ///< empty until it is declared
+        const QString& encoding() const;    ///< as declared; reading does not heed it
+        char separator() const;             ///< one Latin-1 character
         const QStringList& columns() const; ///< in the order of the fields, repeated ones too
 
     private:
@@ -81,7 +83,8 @@ public:
 
     /**
      * Reads a file in addition to what is there: rows go on counting, declarations replace or, for
-     * columns, add to the earlier ones.
+     * columns, add to the earlier ones. The encoding is that of the locale, unless a byte order mark
+     * says UTF-8, UTF-16 or UTF-32.
      *
      * @return false when the file cannot be opened
      */
