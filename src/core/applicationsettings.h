@@ -14,9 +14,9 @@ class QString;
  * after the application with ".json" behind it (QCoreApplication::applicationDirPath() and
  * applicationName()).
  *
- * The file is read at the first look-up, and never again once it held something; while it is
- * missing, broken or empty, every look-up tries anew. Not to be used any more once main has
- * returned.
+ * Every look-up reads the file until it holds an object with a member, and none does afterwards; so
+ * a file that is missing, broken, empty or an array is read each time. Not to be used any more once
+ * main has returned.
  *
  * Thread-safety: the first look-up that succeeds must be over before other threads look up.
  */

@@ -67,6 +67,7 @@ public:
      *     <audio path="PATH"/>                                      an audio file
      *     <audio language="CODE" path="PATH"/>
      *     <text language="CODE">ID</text>                           a brand sound
+     *     ID                                                        the same; the ID holds a "<"
      *     <file path="PATH"/>                                       a file, which is not read
      *     <file language="CODE" path="PATH"/>
      *     <text>...</text>                                          text
