@@ -68,7 +68,7 @@ QMultiHash<QString, Genre> genresByCategory()
         QString name; // in lower case, as it is looked up
         Genre genre;
     };
-    // Sports in Spanish counts as Latino: its listeners look for it there.
+    // The last, live sports in Spanish, is Latino and not Sports.
     const Category categories[] = {
         {QStringLiteral("pop"), Genre::Pop},
         {QStringLiteral("more"), Genre::Unknown},

@@ -39,7 +39,7 @@ struct ORVCORE_EXPORT Call
     QString secondaryText;
     uint aux1 = 0;
     QDateTime time;
-    int state = 4; // what the telephony side starts from, not 0
+    int state = 4; ///< starts as 4, not 0
     quint8 aux2 = 0;
     quint16 aux3 = 0;
     quint8 aux4 = 0;
