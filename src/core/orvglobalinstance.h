@@ -25,8 +25,8 @@ public:
  * shut-down. A singleton's destructor runs while the registry is locked: it must not call at(),
  * insert(), erase() or clear().
  *
- * Names are copied, and compared as bytes; a null name is an empty one. No operation may be called any more once the process has destroyed
- * its statics. Thread-safety: any thread, within the above.
+ * Names are copied, and compared as bytes; a null name is an empty one. No operation may be called
+ * any more once the process has destroyed its statics. Thread-safety: any thread, within the above.
  */
 class ORVCORE_EXPORT SingletonTracker
 {

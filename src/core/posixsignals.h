@@ -39,9 +39,8 @@ class QSocketNotifier;
  * The socket holds a few hundred numbers. When it is full, the interrupted thread waits in the
  * handler until the event loop has read one. If that thread is the event loop's own, nobody reads:
  * the process hangs, and only SIGKILL ends it. So do not set up a signal that may come in hundreds
- * while the event loop is busy. Child processes inherit the sockets, because the calls that would
- * prevent it are not available everywhere. The sockets stay open until the process ends. A child
- * that goes on without exec must not use the bridge.
+ * while the event loop is busy. Child processes inherit the sockets, which stay open until the
+ * process ends. A child that goes on without exec must not use the bridge.
  *
  * Exit codes: 1 after a second request to quit, with a warning in the log; 2 after a signal when
  * the application is already quitting, and 4 when the handler could not pass a number on, each with

@@ -159,7 +159,7 @@ SpeechChecksumManager::SpeechChecksumManager()
                            ? QString::fromUtf8(qgetenv(variable))
                            : QStringLiteral("/mnt/share/speech/checksum.json");
 
-    // No array, and no object, is empty here.
+    // array() and toObject() are empty for any other type, so a wrong file loads nothing.
     const QJsonArray elements = JsonFile::loadDocument(checksumFilePath).array();
     checksums.reserve(elements.size());
     for (const QJsonValue& element : elements) {
