@@ -1,8 +1,11 @@
 #include <support/childprocess.h>
 #include <support/helpers.h>
 
+#include <QLockFile>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <array>
 
 // Runs the program as a user does; ORV_PROGRAM is its path.
 class OrvTest : public QObject
@@ -74,10 +77,64 @@ private Q_SLOTS:
     void checksumsOfTheCurrentFolder()
     {
         for (const char* path : {"a", "."}) {
-            const QStringList words{u("checksum"), u("update"), u("--json"), u("--store"), u("../here.json"), u(path)};
+            const QStringList words{u("checksum"), u("update"), u("--json"), u("--store"), u("here.json"), u(path)};
             const ChildResult result = runChild(words, u(ORV_PROGRAM), {}, folder.filePath(u("files")));
             const QByteArray unchanged = path[0] == '.' ? "1" : "0"; // for the second time
             QCOMPARE(result.output, R"({"changed":0,"new":1,"unchanged":)" + unchanged + "}\n");
+        }
+    }
+
+    void updatesAtTheSameTime()
+    {
+        const QString store = folder.filePath(u("shared/store.json"));
+        QVERIFY(writeFile(store, "[]") && QFile::link(store, folder.filePath(u("shared.json"))));
+        QVERIFY(writeFile(store + u(".lock"), "999999999\norv\n\n")); // its process has ended
+        std::array<ChildProcess, 4> updates;
+        for (std::size_t i = 0; i < updates.size(); ++i) {
+            const QString data = folder.filePath(u("shared/%1").arg(i));
+            QVERIFY(writeFile(data, {}) && QFile::resize(data, 8'000'000)); // all have begun before the first ends
+            updates[i].setWorkingDirectory(folder.path());
+            updates[i].start(u(ORV_PROGRAM),
+                {u("checksum"), u("update"), u("--store"), u(i % 2 ? "shared.json" : "shared/store.json"), data});
+        }
+        for (ChildProcess& update : updates) {
+            QVERIFY(update.waitForFinished());
+            QCOMPARE(update.readAllStandardOutput(), QByteArray("1 new, 0 changed, 0 unchanged\n"));
+        }
+        const QStringList verify{u("checksum"), u("verify"), u("--store"), store, folder.filePath(u("shared"))};
+        QCOMPARE(runChild(verify, u(ORV_PROGRAM)).output, QByteArray()); // nor is another file left
+    }
+
+    void lockedStore()
+    {
+        const QString store = folder.filePath(u("locked.json"));
+        QVERIFY(writeFile(store, "[]") && QFile::link(store, folder.filePath(u("link.json"))));
+        QFile file(store + u(".lock"));
+        QLockFile lock(file.fileName());
+        QVERIFY(lock.tryLock() && file.open(QIODevice::ReadOnly));
+        const QByteArray content = file.readAll();
+        qint64 process = 0;
+        QString host;
+        QString program;
+        QVERIFY(lock.getLockInfo(&process, &host, &program));
+        // Held for long, and on a file system where the lock file is all there is of a lock.
+        lock.unlock();
+        file.close();
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) > 0 && file.flush());
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime));
+        const QString refusal = u("orv: \"link.json\" is locked by process %1 (%2) on %3; if that has ended, remove "
+                                  "\"%4\"\n");
+        std::array<ChildProcess, 2> writers;
+        for (std::size_t i = 0; i < writers.size(); ++i) {
+            writers[i].setWorkingDirectory(folder.path());
+            writers[i].start(u(ORV_PROGRAM),
+                {u("checksum"), u(i == 0 ? "update" : "remove"), u("--store"), u("link.json"), u("files")});
+        }
+        for (ChildProcess& writer : writers) {
+            QVERIFY(writer.waitForFinished());
+            QCOMPARE(u(writer.readAllStandardError()),
+                refusal.arg(QCoreApplication::applicationPid()).arg(program, host, file.fileName()));
+            QCOMPARE(writer.exitCode(), 2);
         }
     }
 

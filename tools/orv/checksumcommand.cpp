@@ -2,6 +2,7 @@
 #include "commands.h"
 #include "output.h"
 #include "progress.h"
+#include "storelock.h"
 
 #include <core/parsers/jsonfile.h>
 #include <core/speech/speechchecksummanager.h>
@@ -44,6 +45,7 @@ struct Task
     bool isJson;
     QString storeFile;
     int exitCode = 0;
+    QStringList ownFiles = {}; // canonical paths: the store, and what locks it
 };
 
 QString typeName(Manager::ChecksumType type)
@@ -117,7 +119,7 @@ void collectFile(Task& task, const QString& path, QVector<DataFile>& files)
         refuse(task, path, QStringLiteral("a path with \";\" cannot be stored"));
     } else if (!info.isFile()) {
         refuse(task, path, QStringLiteral("no regular file"));
-    } else if (info.canonicalFilePath() != QFileInfo(task.storeFile).canonicalFilePath()) {
+    } else if (!task.ownFiles.contains(info.canonicalFilePath())) {
         files.append({path, info.size()});
     } // and the store itself is left out: it changes with what it tells
 }
@@ -210,6 +212,7 @@ bool liesBelow(const QString& storedPath, const QStringList& roots)
 
 void update(Task& task)
 {
+    const StoreLock lock(task.storeFile);
     readStore(task, true);
     Manager manager;
     int added = 0;
@@ -323,6 +326,7 @@ void remove(Task& task)
     if (task.hasType) {
         throw Failure{QStringLiteral("remove takes both types away; --type is not for it")};
     }
+    const StoreLock lock(task.storeFile);
     const QVector<Entry> entries = readStore(task, false);
     Manager manager;
     int removed = 0;
@@ -374,7 +378,8 @@ int runChecksum(const QStringList& arguments)
         "type", "The kind of checksum: default (without it) or alternate.", "TYPE", "default");
     commandLine.addOption("store",
         "The store; without it the one that ORV_SPEECH_CHECKSUM_FILE names, or\n"
-        "/mnt/share/speech/checksum.json.",
+        "/mnt/share/speech/checksum.json. A lock file beside it, FILE.lock, keeps two\n"
+        "processes from changing it at once.",
         "FILE");
     commandLine.addOption("json", "Writes JSON objects: of counts, or one per file.");
     commandLine.addArgument("action", "update, verify, list or remove.", "ACTION");
@@ -403,6 +408,7 @@ int runChecksum(const QStringList& arguments)
         task.storeFile =
             qEnvironmentVariable(storeVariable, QStringLiteral("/mnt/share/speech/checksum.json"));
     }
+    task.ownFiles << QFileInfo(task.storeFile).canonicalFilePath() << lockFileOf(task.storeFile);
     for (QString& path : task.paths) {
         if (path.isEmpty()) {
             throw Failure{QStringLiteral("a path is empty")};
