@@ -19,14 +19,12 @@
  * lies is decided anew by each construction, for all instances. Nothing is written but by
  * writePersistentData().
  *
- * No lock keeps two processes apart: of two that load, change and write the file at the same time,
- * the later one writes over the changes of the other. Processes that share a file lock it
+ * The library does not lock: of two processes that load, change and write the file at the same
+ * time, the later one writes over the changes of the other. Processes that share a file lock it
  * themselves, as `orv` does.
  *
  * Failures are only logged. Thread-safety: an instance belongs to one thread at a time, and no two
  * are constructed, written or removed at once; generateChecksum() may be called from any thread.
- * The library does not lock: of two processes that load and write one file at the same time, the
- * last to write wins, and the changes of the other are lost.
  */
 class ORVCORE_EXPORT SpeechChecksumManager
 {
