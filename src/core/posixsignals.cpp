@@ -116,25 +116,21 @@ void PosixSignals::signalHandle()
     if (wasQuitting && !std::exchange(hasLetLoopEnd, true)) {
         return;
     }
-    int signalNumber = -1;
-    // A call that does not come from the notifier must not wait for a number.
-    if ((sender() != notifier.get() && waiting <= 0) || !readNumber(sockets[1], signalNumber)) {
-        ORV_LOG(here).warning() << here << "Could not read signal number from socket, ignoring";
-        return;
-    }
-    --waiting;
-    ORV_LOG(here).debug() << here << "Processing signal" << signalNumber;
-    const auto [receiver, method] = handlers.value(signalNumber);
-    QMetaObject::invokeMethod(receiver, method, Qt::AutoConnection);
-
-    // If this number began the quitting, the event loop will read none of those that wait behind
-    // it. Among them, a second request to quit is obeyed.
-    while (!wasQuitting && quitting && waiting > 0 && readNumber(sockets[1], signalNumber)) {
+    do {
+        int signalNumber = -1;
+        // A call that does not come from the notifier must not wait for a number.
+        if ((sender() != notifier.get() && waiting <= 0) || !readNumber(sockets[1], signalNumber)) {
+            ORV_LOG(here).warning() << here << "Could not read signal number from socket, ignoring";
+            return;
+        }
         --waiting;
         const auto [receiver, method] = handlers.value(signalNumber);
-        if (receiver == this && qstrcmp(method, "applicationQuit") == 0) {
+        const bool isQuit = receiver == this && qstrcmp(method, "applicationQuit") == 0;
+        if (isQuit || quitting == wasQuitting) {
             ORV_LOG(here).debug() << here << "Processing signal" << signalNumber;
-            applicationQuit();
+            QMetaObject::invokeMethod(receiver, method, Qt::AutoConnection);
         }
-    }
+        // If this number began the quitting, the event loop reads no more. Of those that wait behind
+        // it, only a second request to quit is obeyed.
+    } while (quitting != wasQuitting && waiting > 0);
 }
