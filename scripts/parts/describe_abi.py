@@ -2,7 +2,7 @@
 """Prints the binary interface of a library as text: its exported symbols, and the layouts of its public types.
 
 Fails when the library exports what no header marks with ORVCORE_EXPORT, or lacks a function that one marks.
-usage: scripts/describe-abi ABIDW_XML FOLDER_OF_HEADERS
+usage: scripts/parts/describe_abi.py ABIDW_XML FOLDER_OF_HEADERS
 """
 import pathlib
 import re

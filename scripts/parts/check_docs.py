@@ -1,0 +1,75 @@
+#!/usr/bin/env python3
+"""Compares the docs with the sources: links, log lines, and who includes whom.
+
+usage: scripts/parts/check_docs.py, in the root of the tree
+"""
+import collections
+import pathlib
+import re
+import sys
+
+failures = []
+pages = sorted([*pathlib.Path().glob('*.md'), *pathlib.Path('docs').glob('*.md')])
+sources = [p for p in pathlib.Path('src/core').rglob('*') if p.suffix in ('.h', '.cpp')]
+
+
+def anchors(page):
+    """The anchors that the common renderers of Markdown make of headings."""
+    prose = re.sub(r'^```.*?^```', '', page.read_text(), flags=re.M | re.S)
+    for heading in re.findall(r'^#+ +(.*)', prose, re.M):
+        yield re.sub(r'[^\w\- ]', '', heading.lower()).replace(' ', '-')
+
+
+def check_links():
+    for page in pages:
+        for target in re.findall(r'\]\(([^)\s]+)\)', page.read_text()):
+            name, _, anchor = target.partition('#')
+            file = page.parent / name if name else page
+            if re.match(r'[a-z]+:', target):
+                continue
+            if not file.exists() or (anchor and anchor not in anchors(file)):
+                failures.append(f'{page}: broken link: {target}')
+        for path in re.findall(r'`((?:benchmarks|cmake|docs|examples|fuzz|src|tests|tools)/[\w./-]*)`', page.read_text()):
+            if not pathlib.Path(path).exists():
+                failures.append(f'{page}: no such file: {path}')
+
+
+def check_log_lines():
+    page = pathlib.Path('docs/logging.md').read_text()
+    levels = collections.Counter()
+    for source in sources:
+        text = source.read_text()
+        texts = re.findall(r'\bhere\[\] =\s*"(.*?)";', text)
+        for statement in re.findall(r'ORV_LOG\(.*?;', text, re.S):
+            levels[re.search(r'\)\s*\.(\w+)\(', statement)[1]] += 1
+            texts += re.findall(r'"((?:[^"\\]|\\.)*)"', statement)
+        for part in texts:
+            words = [w.strip() for w in part.split('%s')]
+            if not all(w in page for w in words):
+                failures.append(f'{source}: not in docs/logging.md: {part}')
+    rows = collections.Counter(re.findall(r'^\| (debug|warning|critical|fatal) ', page, re.M))
+    if rows != levels:
+        failures.append(f'docs/logging.md tells of {dict(rows)}, but the sources log {dict(levels)}')
+    return sum(levels.values())
+
+
+def check_includes():
+    block = re.search(r'^```includes\n(.*?)^```', pathlib.Path('docs/architecture.md').read_text(), re.M | re.S)[1]
+    told = {module: set(others) for module, *others in map(str.split, block.splitlines())}
+    found = collections.defaultdict(set)
+    for source in sources:
+        module = re.sub(r'(_p)?\.\w+$', '', str(source.relative_to('src/core')))
+        for other in re.findall(r'#include <core/(\S+?)(?:_p)?\.h>', source.read_text()):
+            if other not in (module, 'log', 'orvcore_export') and module != 'orvcore':
+                found[module].add(other)
+    if told != found:
+        failures.append(f'docs/architecture.md tells {told}, but the sources include {dict(found)}')
+
+
+check_links()
+log_lines = check_log_lines()
+check_includes()
+print(f'check-docs: {len(pages)} pages, {log_lines} log lines')
+for failure in failures:
+    print(failure, file=sys.stderr)
+sys.exit(bool(failures) or not log_lines)
