@@ -1,9 +1,11 @@
-#include <core/speech/speechcommon.h>
+#include <core/speech/speechcommon_p.h>
 
 #include <support/helpers.h>
 #include <support/logcapture.h>
 #include <support/plainways.h>
 
+#include <QRegExp>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -62,6 +64,17 @@ private Q_SLOTS:
         QCOMPARE(log.takeLines(), warns ? QStringList(line) : QStringList());
     }
 
+    void everyFormHasACaseOfItsOwn()
+    {
+        const QString cases = u(readData("prompts.txt"));
+        for (const PromptForm& form : promptForms) {
+            const QString pattern = u(form.pattern.source);
+            const QRegularExpression line(
+                u("^[0-9,]+ [^<]*%1[^<]*$").arg(pattern), QRegularExpression::MultilineOption);
+            QVERIFY2(cases.contains(line), qPrintable(u("tests/data/prompts.txt lacks ") + pattern));
+        }
+    }
+
     void a4aReadsTheFile()
     {
         const struct {
@@ -78,13 +91,15 @@ private Q_SLOTS:
             const QTemporaryDir folder;
             const QString fileName = folder.filePath(u("prompt.xml"));
             QVERIFY(row.content.isNull() || writeFile(fileName, row.content));
-            LogCapture log;
-            const PromptData prompt =
-                PromptData::parse(u("<file language=\"x\" path=\"%1\"/>").arg(fileName), A4AContext);
-            QCOMPARE(printed(prompt), row.text != nullptr ? u("3 255 - ") + u(row.text) : u("0 255 - ") + fileName);
-            const QString warning =
-                u("warning: bool<unnamed>::a4AParse(const QString&, PromptData&) Failed to open \"%1\"");
-            QCOMPARE(log.takeTexts(), row.content.isNull() ? QStringList(warning.arg(fileName)) : QStringList());
+            for (const char* form :
+                {"<file language=\"x\" path=\"%1\"/>", "<file language=\"x\" path=\"/\"/><file path=\"%1\"/>"}) {
+                LogCapture log;
+                const PromptData prompt = PromptData::parse(u(form).arg(fileName), A4AContext);
+                QCOMPARE(printed(prompt), row.text != nullptr ? u("3 255 - ") + u(row.text) : u("0 255 - ") + fileName);
+                const QString warning =
+                    u("warning: bool<unnamed>::a4AParse(const QString&, PromptData&) Failed to open \"%1\"");
+                QCOMPARE(log.takeTexts(), row.content.isNull() ? QStringList(warning.arg(fileName)) : QStringList());
+            }
         }
     }
 
@@ -153,12 +168,11 @@ private Q_SLOTS:
 
     void parsesLikeThePatterns()
     {
-        QStringList fragments = u("<audio path='|<audio language='|<file path='|<file language='|' path='|'/>|<text>|"
-                                  "<text language='|'>|</text>|<phonetic>|<phonetic language='|</phonetic>|<offboard>|"
-                                  "<offboard genre='|</offboard>|<tts lang='|'/><offboard>|'/><offboard genre='|de_DE|"
-                                  "ding|a b|<|>|'|/>| |\n|='x")
-                                    .replace(QLatin1Char('\''), QLatin1Char('"'))
-                                    .split(QLatin1Char('|'));
+        QStringList fragments = u("de_DE|ding|a b|<|>|\"|/>| |\n|=\"x").split(QLatin1Char('|'));
+        for (const PromptForm& form : promptForms) {
+            fragments += u(form.pattern.source).split(QRegExp(u("\\([^)]*\\)")));
+        }
+        fragments.removeDuplicates();
         for (const int odd : {0x00, 0x1C, 0x85, 0xA0, 0x180E, 0x2028, 0xD83D}) { fragments += QChar(odd); }
         QVERIFY(writeFile(soundsFileName(), R"([{"id": "ding", "value": "/%1"}])"));
         LogCapture log;

@@ -12,6 +12,7 @@
 #include <vector>
 
 inline QString u(const char* text) { return QString::fromUtf8(text); }
+inline QString u(const char16_t* text) { return QString::fromUtf16(text); }
 
 /** Writes a file and the folders it lies in; false when that fails. */
 inline bool writeFile(const QString& fileName, const QByteArray& content)

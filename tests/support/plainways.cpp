@@ -4,6 +4,7 @@
 
 #include <core/inflate.h>
 #include <core/parsers/ecofile.h>
+#include <core/speech/speechcommon_p.h>
 
 #include <QBuffer>
 #include <QMap>
@@ -122,34 +123,23 @@ QStringList fieldsOf(const QString& line, int separator, int count)
 
 PromptData parsePlainly(const QString& input, PromptContext context, const Sounds& sounds)
 {
-    struct Form {
-        QVector<int> numbers; // of the line in the file
-        QRegExp pattern;
-    };
-    static const QVector<Form> forms = [] {
-        QVector<Form> result;
-        for (const QStringList& lines : readCases("forms.txt")) {
-            Form form{{}, QRegExp(lines[0].section(QLatin1Char(' '), 5))};
-            for (int i = 0; i < 5; ++i) { form.numbers += lines[0].section(QLatin1Char(' '), i, i).toInt(); }
-            result += form;
-        }
-        return result;
-    }();
-    QRegExp textLanguage(u(R"~(<text language="(\S+)">(.*)</text>)~"));
-    const QString key = textLanguage.indexIn(input) < 0 ? input : textLanguage.cap(2);
-    if (context == BrandSoundContext) {
-        return PromptData(sounds.value(key, key), sounds.contains(key) ? PromptAudio : PromptText);
-    }
-    for (const Form& form : forms) {
-        QRegExp pattern = form.pattern;
-        const QVector<int>& n = form.numbers;
-        if (pattern.pattern() == u("brand sound") && input.contains(u("<")) && sounds.contains(key)) {
-            return PromptData(sounds[key], PromptAudio);
-        }
-        if ((n[0] == 0 || n[0] == context) && pattern.indexIn(input) >= 0) {
-            PromptData result(pattern.cap(n[2]), PromptMode(n[1]));
-            result.language = n[3] == 0 ? InvalidLanguage : convertIsoToLanguageId(pattern.cap(n[3]).toUtf8());
-            result.genre = n[4] == 0 ? QString() : pattern.cap(n[4]);
+    const bool onlySounds = context == BrandSoundContext;
+    if (!onlySounds && !input.contains(QLatin1Char('<'))) { return PromptData(input, PromptText); }
+    static QHash<const PromptForm*, QRegExp> patterns;
+    for (const PromptForm& form : promptForms) {
+        const bool isSound = form.rule == BrandSoundRule;
+        if (onlySounds ? !isSound : context != A4AContext && form.rule < AudioRule) { continue; }
+        QRegExp& pattern = patterns[&form];
+        if (pattern.isEmpty()) { pattern.setPattern(u(form.pattern.source)); }
+        const bool matches = pattern.indexIn(input) >= 0;
+        if (isSound) {
+            const QString key = matches ? pattern.cap(form.text) : input;
+            if (sounds.contains(key)) { return PromptData(sounds[key], PromptAudio); }
+            if (onlySounds) { return PromptData(key, PromptText); }
+        } else if (matches) {
+            PromptData result(pattern.cap(form.text), form.mode);
+            if (form.language != 0) { result.language = convertIsoToLanguageId(pattern.cap(form.language).toUtf8()); }
+            if (form.genre != 0) { result.genre = pattern.cap(form.genre); }
             return result;
         }
     }

@@ -1,3 +1,5 @@
+#include <core/speech/speechcommon_p.h>
+
 #include <support/childprocess.h>
 #include <support/helpers.h>
 
@@ -72,6 +74,27 @@ private Q_SLOTS:
         QCOMPARE(result.output, lines['>']);
         QCOMPARE(result.error, lines['!']);
         QCOMPARE(result.exitCode, lines['='].trimmed().toInt());
+    }
+
+    void everyFormOfMarkupIsToldOf()
+    {
+        const QStringList check{u("check"), u("prompts"), u("--context"), u("a4a"), u("-")};
+        const QString pages[] = {u("src/core/speech/speechcommon.h"), u("docs/formats.md")};
+        for (const PromptForm& form : promptForms) {
+            const bool isPath = form.mode == PromptAudio || form.mode == PromptFile;
+            const QString text = form.rule == BrandSoundRule ? u("ID") : isPath ? u("PATH") : u("TEXT");
+            const QString markup = form.written(text, u("ISO"), u("GENRE"));
+            for (const QString& page : pages) {
+                QVERIFY2(u(readData(qPrintable(u("../../") + page))).contains(markup),
+                    qPrintable(page + u(" lacks ") + markup));
+            }
+            const QString input = markup.chopped(1) + u("\n") + markup;
+            const QString findings = u(runChild(check, u(ORV_PROGRAM), input.toUtf8()).output);
+            const bool isNearest = findings.contains(u("nearest form: ") + markup + u("\n"));
+            QVERIFY2(
+                isNearest || form.rule == BrandSoundRule, qPrintable(u("tools/orv/promptcheck.cpp lacks ") + markup));
+            QCOMPARE(findings.contains(u("unknown language: \"ISO\"")), markup.contains(u("ISO")));
+        }
     }
 
     void checksumsOfTheCurrentFolder()

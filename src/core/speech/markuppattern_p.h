@@ -37,9 +37,11 @@ public:
         }
     };
 
-    /** @p pattern must outlive this object; it is a literal. */
-    constexpr explicit MarkupPattern(std::u16string_view pattern)
+    /** @p source is a literal. Converts, so that rows of a table are written plainly. */
+    constexpr MarkupPattern(const char16_t* source)
+        : source(source)
     {
+        std::u16string_view pattern = source;
         constexpr std::u16string_view nonBlanks = u"(\\S+)";
         constexpr std::u16string_view anything = u"(.*)";
         std::size_t open = 0;
@@ -60,6 +62,8 @@ public:
 
     /** Searches @p text, in which a "<" stands at each of @p brackets and nowhere else. */
     std::optional<Match> match(const QString& text, const BracketPositions& brackets) const;
+
+    const char16_t* const source; ///< the regular expression
 
 private:
     /** Declared and nowhere defined: the compiler stops where it would have to call this. */

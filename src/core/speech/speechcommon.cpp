@@ -2,7 +2,7 @@
 
 #include <core/log_p.h>
 #include <core/parsers/jsonfile.h>
-#include <core/speech/markuppattern_p.h>
+#include <core/speech/speechcommon_p.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -10,108 +10,83 @@
 #include <QFileInfo>
 #include <QJsonArray>
 
-#include <optional>
-
 static_assert(sizeof(PromptMode) == 4 && sizeof(PromptContext) == 4, "sizes are interface");
 
 namespace {
 
-/** A form of markup and what its captures are, by number; 0 for none. */
-struct MarkupForm
-{
-    MarkupPattern pattern;
-    PromptMode mode;
-    int text;
-    int language = 0;
-    int genre = 0;
-};
-
-using Pattern = MarkupPattern;
-
-// Within each table the first form that matches wins.
-constexpr MarkupForm offboardForms[] = {
-    {Pattern(uR"~(<tts lang="(\S+)"/><offboard>(.*)</offboard>)~"), PromptOffboard, 2, 1},
-    {Pattern(uR"~(<tts lang="(\S+)"/><offboard genre="(.*)">(.*)</offboard>)~"), PromptOffboard, 3,
-        1, 2},
-    {Pattern(uR"~(<offboard>(.*)</offboard>)~"), PromptOffboard, 1},
-    {Pattern(uR"~(<offboard genre="(.*)">(.*)</offboard>)~"), PromptOffboard, 2, 0, 1},
-};
-// The language of these forms is accepted, but the record does not keep it.
-constexpr MarkupForm audioForms[] = {
-    {Pattern(uR"~(<audio path="(\S+)"/>)~"), PromptAudio, 1},
-    {Pattern(uR"~(<audio language="(\S+)" path="(\S+)"/>)~"), PromptAudio, 2},
-};
-constexpr MarkupForm fileForms[] = {
-    {Pattern(uR"~(<file path="(\S+)"/>)~"), PromptFile, 1},
-    {Pattern(uR"~(<file language="(\S+)" path="(\S+)"/>)~"), PromptFile, 2},
-};
-constexpr MarkupForm textWithLanguage = {
-    Pattern(uR"~(<text language="(\S+)">(.*)</text>)~"), PromptText, 2};
-constexpr MarkupForm tagForms[] = {
-    {Pattern(uR"~(<text>(.*)</text>)~"), PromptText, 1},
-    textWithLanguage,
-    {Pattern(uR"~(<phonetic>(.*)</phonetic>)~"), PromptText, 1},
-    {Pattern(uR"~(<phonetic language="(\S+)">(.*)</phonetic>)~"), PromptText, 2},
-};
-
-/** The prompt that the first fitting form of a table asks for. */
-template <std::size_t count>
-std::optional<PromptData> parseForms(
-    const MarkupForm (&forms)[count], const QString& input, const BracketPositions& brackets)
-{
-    for (const MarkupForm& form : forms) {
-        if (const auto match = form.pattern.match(input, brackets)) {
-            PromptData prompt(match->capture(form.text).toString(), form.mode);
-            if (form.language != 0) {
-                prompt.language = convertIsoToLanguageId(match->capture(form.language).toUtf8());
-            }
-            if (form.genre != 0) {
-                prompt.genre = match->capture(form.genre).toString();
-            }
-            return prompt;
-        }
-    }
-    return std::nullopt;
-}
-
 // From sound id to path, filled by loadBrandSounds().
 QHash<QString, QString> brandSounds;
 
-/** The brand sound that @p key names. */
-std::optional<PromptData> parseBrandSound(const QString& key)
+constexpr bool standByRule()
 {
-    const auto sound = brandSounds.constFind(key);
-    return sound == brandSounds.constEnd() ? std::nullopt
-                                           : std::make_optional(PromptData(*sound, PromptAudio));
+    for (const PromptForm* form = promptForms + 1; form != std::end(promptForms); ++form) {
+        if (form[-1].rule > form->rule) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(standByRule(), "forms stand in the order of their rules");
+
+/** The first form of @p rule. */
+constexpr const PromptForm* formsOf(PromptRule rule)
+{
+    const PromptForm* form = promptForms;
+    while (form->rule != rule) {
+        ++form;
+    }
+    return form;
+}
+constexpr const PromptForm* offboardFileForms = formsOf(OffboardFileRule);
+constexpr const PromptForm* audioForms = formsOf(AudioRule);
+constexpr const PromptForm* brandSoundForms = formsOf(BrandSoundRule);
+constexpr const PromptForm* markupForms = formsOf(MarkupRule);
+
+/**
+ * Sets @p prompt, whose text is the input, by the first form of [@p form, @p end) that matches.
+ *
+ * @return false when none matches; the text is then the id of the brand sound that was looked for
+ */
+bool parseForms(const PromptForm* form, const PromptForm* end, const QString& input,
+    const BracketPositions& brackets, PromptData& prompt)
+{
+    for (; form != end; ++form) {
+        const auto match = form->pattern.match(input, brackets);
+        if (form->rule == BrandSoundRule) {
+            if (match) {
+                prompt.text = match->capture(form->text).toString();
+            }
+            const auto sound = brandSounds.constFind(prompt.text);
+            if (sound != brandSounds.constEnd()) {
+                prompt = PromptData(*sound, form->mode);
+                return true;
+            }
+        } else if (match) {
+            prompt = PromptData(match->capture(form->text).toString(), form->mode);
+            if (form->language != 0) {
+                prompt.language = convertIsoToLanguageId(match->capture(form->language).toUtf8());
+            }
+            if (form->genre != 0) {
+                prompt.genre = match->capture(form->genre).toString();
+            }
+            return true;
+        }
+    }
+    return false;
 }
 
-/** The key of a brand sound: the content of text with a language, else the whole input. */
-QString soundKey(const QString& input, const BracketPositions& brackets)
+/** Sets @p prompt by the off-board markup in a file; false when the file has none. */
+bool a4AParse(const QString& fileName, PromptData& prompt)
 {
-    const auto match = textWithLanguage.pattern.match(input, brackets);
-    return match ? match->capture(textWithLanguage.text).toString() : input;
-}
-
-/** Off-board markup, else a file, which may hold off-board markup in its turn. */
-std::optional<PromptData> parseA4A(const QString& input, const BracketPositions& brackets)
-{
-    if (auto prompt = parseForms(offboardForms, input, brackets)) {
-        return prompt;
-    }
-    auto prompt = parseForms(fileForms, input, brackets);
-    if (!prompt) {
-        return std::nullopt;
-    }
-    QFile file(prompt->text);
+    QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         static constexpr char here[] = "bool<unnamed>::a4AParse(const QString&, PromptData&)";
-        ORV_LOG(here).warning() << here << "Failed to open" << prompt->text;
-        return prompt;
+        ORV_LOG(here).warning() << here << "Failed to open" << fileName;
+        return false;
     }
     const QByteArray bytes = file.readAll();
     const QString content = QString::fromUtf8(bytes.constData()); // up to the first NUL
-    const auto offboard = parseForms(offboardForms, content, findBrackets(content));
-    return offboard ? offboard : prompt;
+    return parseForms(promptForms, offboardFileForms, content, findBrackets(content), prompt);
 }
 
 /** Whether QString::arg() would find a place for its argument, of which it else warns. */
@@ -155,36 +130,27 @@ PromptData::PromptData(const QString& text, PromptMode mode)
 
 PromptData PromptData::parse(const QString& input, PromptContext context)
 {
-    // Every form starts with a bracket: without one there is at most a brand sound.
     const BracketPositions brackets = findBrackets(input);
-
-    if (context == BrandSoundContext) {
-        const QString key = soundKey(input, brackets);
-        return parseBrandSound(key).value_or(PromptData(key, PromptText));
+    if (brackets.isEmpty() && context != BrandSoundContext) {
+        return PromptData(input, PromptText); // every form starts with a bracket
     }
-    if (brackets.isEmpty()) {
+    PromptData prompt(input, PromptText);
+    if (context == BrandSoundContext) {
+        parseForms(brandSoundForms, markupForms, input, brackets, prompt);
+        return prompt;
+    }
+    const bool isA4A = context == A4AContext;
+    const PromptForm* const begin = isA4A ? promptForms : audioForms;
+    if (!parseForms(begin, std::end(promptForms), input, brackets, prompt)) {
+        ORV_LOG("static PromptData PromptData::parse(const QString&, PromptContext)").warning()
+            << "Unable to parse given string: " << input;
         return PromptData(input, PromptText);
     }
-    if (context == A4AContext) {
-        if (const auto prompt = parseA4A(input, brackets)) {
-            return *prompt;
-        }
+    if (isA4A && prompt.mode == PromptFile) {
+        const QString fileName = prompt.text;
+        a4AParse(fileName, prompt);
     }
-    if (const auto prompt = parseForms(audioForms, input, brackets)) {
-        return *prompt;
-    }
-    if (const auto prompt = parseBrandSound(soundKey(input, brackets))) {
-        return *prompt;
-    }
-    if (const auto prompt = parseForms(fileForms, input, brackets)) {
-        return *prompt;
-    }
-    if (const auto prompt = parseForms(tagForms, input, brackets)) {
-        return *prompt;
-    }
-    ORV_LOG("static PromptData PromptData::parse(const QString&, PromptContext)").warning()
-        << "Unable to parse given string: " << input;
-    return PromptData(input, PromptText);
+    return prompt;
 }
 
 bool PromptData::isMp3ToWavConversionNeeded() const

@@ -52,33 +52,33 @@ public:
      * Understands a prompt string.
      *
      * Markup is searched anywhere in the string, in exact case and spelling, and text around it is
-     * dropped. The forms, in the order in which they are tried, with "..." for any text, and PATH
-     * and CODE for text without blanks:
+     * dropped. The forms, in the order in which they are tried, where TEXT and GENRE are any text,
+     * PATH and ISO are text without blanks, and ID names a brand sound:
      *
      *     in A4AContext first:
-     *     <tts lang="CODE"/><offboard>...</offboard>                off-board text in that language
-     *     <tts lang="CODE"/><offboard genre="...">...</offboard>    the same with a genre
-     *     <offboard>...</offboard>                                  off-board text
-     *     <offboard genre="...">...</offboard>                      the same with a genre
-     *     <file path="PATH"/>                                       off-board markup in the file,
-     *     <file language="CODE" path="PATH"/>                       or else the file
+     *     <tts lang="ISO"/><offboard>TEXT</offboard>                 off-board text in that language
+     *     <tts lang="ISO"/><offboard genre="GENRE">TEXT</offboard>   the same with a genre
+     *     <offboard>TEXT</offboard>                                  off-board text
+     *     <offboard genre="GENRE">TEXT</offboard>                    the same with a genre
+     *     <file path="PATH"/>                                        off-board markup in the file,
+     *     <file language="ISO" path="PATH"/>                         or else the file
      *
      *     then, in all contexts but BrandSoundContext:
-     *     <audio path="PATH"/>                                      an audio file
-     *     <audio language="CODE" path="PATH"/>
-     *     <text language="CODE">ID</text>                           a brand sound
-     *     ID                                                        the same; the ID holds a "<"
-     *     <file path="PATH"/>                                       a file, which is not read
-     *     <file language="CODE" path="PATH"/>
-     *     <text>...</text>                                          text
-     *     <text language="CODE">...</text>
-     *     <phonetic>...</phonetic>
-     *     <phonetic language="CODE">...</phonetic>
+     *     <audio path="PATH"/>                                       an audio file
+     *     <audio language="ISO" path="PATH"/>
+     *     <text language="ISO">ID</text>                             a brand sound
+     *     ID                                                         the same; the ID holds a "<"
+     *     <file path="PATH"/>                                        a file, which is not read
+     *     <file language="ISO" path="PATH"/>
+     *     <text>TEXT</text>                                          text
+     *     <text language="ISO">TEXT</text>
+     *     <phonetic>TEXT</phonetic>
+     *     <phonetic language="ISO">TEXT</phonetic>
      *
      *     in BrandSoundContext:
-     *     ID                                                        a brand sound
-     *     <text language="CODE">ID</text>
-     *     <text language="CODE">...</text>                          text
+     *     ID                                                         a brand sound
+     *     <text language="ISO">ID</text>
+     *     <text language="ISO">TEXT</text>                           text
      *
      * Everything else is a text prompt of the whole string, with one warning when it holds a "<"
      * outside BrandSoundContext. A file that cannot be opened is a warning too, and the prompt is
