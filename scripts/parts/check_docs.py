@@ -40,8 +40,9 @@ def check_log_lines():
     for source in sources:
         text = source.read_text()
         texts = re.findall(r'\bhere\[\] =\s*"(.*?)";', text)
-        for statement in re.findall(r'ORV_LOG\(.*?;', text, re.S):
-            levels[re.search(r'\)\s*\.(\w+)\(', statement)[1]] += 1
+        for statement in re.findall(r'ORV_LOG(?:GER)?\(.*?;', text, re.S):
+            level = re.search(r'ORV_LOG\((\w+),|\)\s*\.(\w+)\(', statement)
+            levels[level[1] or level[2]] += 1
             texts += re.findall(r'"((?:[^"\\]|\\.)*)"', statement)
         for part in texts:
             words = [w.strip() for w in part.split('%s')]

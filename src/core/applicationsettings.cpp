@@ -11,7 +11,7 @@ namespace {
 
 Q_GLOBAL_STATIC_WITH_ARGS(JsonPath, settings, (QJsonDocument()))
 
-bool loadSettings(JsonPath& target)
+bool loadSettings()
 {
     static constexpr char here[] = "bool<unnamed>::loadSettings()";
     const QString fileName = QCoreApplication::applicationDirPath() + QDir::separator()
@@ -22,13 +22,13 @@ bool loadSettings(JsonPath& target)
         return false;
     }
     if (!document.isObject()) {
-        ORV_LOG(here).debug() << here << "Invalid configuration file:" << fileName;
+        ORV_LOG(debug, here) << "Invalid configuration file:" << fileName;
         return false;
     }
     // The text goes as it is, line breaks included, where a QByteArray would be escaped.
     const QByteArray text = '"' + document.toJson() + '"';
-    ORV_LOG(here).debug() << here << "Loaded application config:" << fileName << text.constData();
-    target = JsonPath(document.object());
+    ORV_LOG(debug, here) << "Loaded application config:" << fileName << text.constData();
+    *settings = JsonPath(document.object());
     return true;
 }
 
@@ -36,9 +36,8 @@ bool loadSettings(JsonPath& target)
 
 QJsonValue ApplicationSettings::value(const QString& key, const QJsonValue& defaultValue)
 {
-    JsonPath* const loaded = settings();
-    if (loaded == nullptr || (loaded->isEmpty() && !loadSettings(*loaded))) {
+    if (settings.isDestroyed() || (settings->isEmpty() && !loadSettings())) {
         return defaultValue;
     }
-    return loaded->value(key, defaultValue);
+    return settings->value(key, defaultValue);
 }

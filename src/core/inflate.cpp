@@ -50,10 +50,10 @@ bool Inflate::Private::addPiece(const char* data, uInt size)
         case Z_STREAM_ERROR:
         case Z_DATA_ERROR:
         case Z_MEM_ERROR:
-            ORV_LOG(here).warning() << here << "inflate() failed with result code" << result;
+            ORV_LOG(warning, here) << "inflate() failed with result code" << result;
             return false;
         default:
-            ORV_LOG(here).debug() << here << "inflate() returned unexpected result code" << result;
+            ORV_LOG(debug, here) << "inflate() returned unexpected result code" << result;
             break;
         }
         if (stream.avail_out < blockSize) {
@@ -68,8 +68,8 @@ Inflate::Inflate(QIODevice& device)
 {
     d->initialized = inflateInit2(&d->stream, windowBits) == Z_OK;
     if (!d->initialized) {
-        static constexpr char here[] = "Inflate::Inflate(QIODevice&)";
-        ORV_LOG(here).warning() << here << "Failed to initialize inflate algorithm";
+        ORV_LOG(warning, "Inflate::Inflate(QIODevice&)")
+            << "Failed to initialize inflate algorithm";
     }
 }
 

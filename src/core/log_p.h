@@ -7,8 +7,15 @@
  * A message logger for one log line, category "default".
  *
  * @p signature is written out, because every compiler spells unnamed namespaces and pointers
- * differently and log lines are searched for; it becomes the context's function, and most lines
- * also stream it as their first item. It has static storage, as message handlers may keep the
- * pointer. File, line and function are kept in release builds.
+ * differently and log lines are searched for; it becomes the context's function. It has static
+ * storage, as message handlers may keep the pointer. File, line and function are kept in release
+ * builds.
  */
-#define ORV_LOG(signature) QMessageLogger(__FILE__, __LINE__, signature)
+#define ORV_LOGGER(signature) QMessageLogger(__FILE__, __LINE__, signature)
+
+/** A log line of a level such as warning, which begins with the signature as most do. */
+#define ORV_LOG_LINE(level, signature) ORV_LOGGER(signature).level() << (signature)
+
+// Until all sources name the level: without one this is the bare form.
+#define ORV_LOG_FORM(first, second, form, ...) form
+#define ORV_LOG(...) ORV_LOG_FORM(__VA_ARGS__, ORV_LOG_LINE, ORV_LOGGER, )(__VA_ARGS__)

@@ -27,11 +27,11 @@ QJsonDocument JsonFile::loadDocument(const QString& fileName)
 
     QFile file(fileName);
     if (!file.exists()) {
-        ORV_LOG(here).warning() << here << fileName << "does not exist.";
+        ORV_LOG(warning, here) << fileName << "does not exist.";
         return QJsonDocument();
     }
     if (!file.open(QIODevice::ReadOnly)) {
-        ORV_LOG(here).warning() << here << "Could not open for reading:" << fileName;
+        ORV_LOG(warning, here) << "Could not open for reading:" << fileName;
         return QJsonDocument();
     }
     const QByteArray bytes = file.readAll();
@@ -40,11 +40,11 @@ QJsonDocument JsonFile::loadDocument(const QString& fileName)
     QJsonParseError error;
     QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
     if (document.isNull()) {
-        ORV_LOG(here).critical() << here << "Parsing" << fileName << "failed"
-                                 << "due to" << error.errorString() << "at" << error.offset;
+        ORV_LOG(critical, here) << "Parsing" << fileName << "failed"
+                                << "due to" << error.errorString() << "at" << error.offset;
         return document;
     }
-    ORV_LOG(here).debug() << here << "Loaded:" << fileName;
+    ORV_LOG(debug, here) << "Loaded:" << fileName;
     return document;
 }
 

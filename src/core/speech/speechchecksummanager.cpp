@@ -209,9 +209,9 @@ QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath)
         }
         // A failed read leaves the file short of its size; so does a file that ends before it.
         if (!file.atEnd()) {
-            static constexpr char here[] =
-                "static QByteArray SpeechChecksumManager::generateChecksum(const QString&)";
-            ORV_LOG(here).warning() << here << "Could not calculate checksum for" << filePath;
+            ORV_LOG(warning,
+                "static QByteArray SpeechChecksumManager::generateChecksum(const QString&)")
+                << "Could not calculate checksum for" << filePath;
         }
     }
     return hash.result().toHex();
@@ -220,8 +220,8 @@ QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath)
 void SpeechChecksumManager::removeFile()
 {
     if (QFile::exists(checksumFilePath) && !QFile::remove(checksumFilePath)) {
-        static constexpr char here[] = "void SpeechChecksumManager::removeFile()";
-        ORV_LOG(here).critical() << here << "Could not remove old file:" << checksumFilePath;
+        ORV_LOG(critical, "void SpeechChecksumManager::removeFile()")
+            << "Could not remove old file:" << checksumFilePath;
     }
 }
 
@@ -240,7 +240,7 @@ void SpeechChecksumManager::writePersistentData()
     json += "\n]\n";
     if (!replaceFile(checksumFilePath, json)) {
         // The line names no function, alone among this module's.
-        ORV_LOG("void SpeechChecksumManager::writePersistentData()").warning()
+        ORV_LOGGER("void SpeechChecksumManager::writePersistentData()").warning()
             << "Unable to open file for writing" << checksumFilePath;
     }
 }

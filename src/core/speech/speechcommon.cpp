@@ -80,8 +80,8 @@ bool a4AParse(const QString& fileName, PromptData& prompt)
 {
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        static constexpr char here[] = "bool<unnamed>::a4AParse(const QString&, PromptData&)";
-        ORV_LOG(here).warning() << here << "Failed to open" << fileName;
+        ORV_LOG(warning, "bool<unnamed>::a4AParse(const QString&, PromptData&)")
+            << "Failed to open" << fileName;
         return false;
     }
     const QByteArray bytes = file.readAll();
@@ -142,7 +142,7 @@ PromptData PromptData::parse(const QString& input, PromptContext context)
     const bool isA4A = context == A4AContext;
     const PromptForm* const begin = isA4A ? promptForms : audioForms;
     if (!parseForms(begin, std::end(promptForms), input, brackets, prompt)) {
-        ORV_LOG("static PromptData PromptData::parse(const QString&, PromptContext)").warning()
+        ORV_LOGGER("static PromptData PromptData::parse(const QString&, PromptContext)").warning()
             << "Unable to parse given string: " << input;
         return PromptData(input, PromptText);
     }
