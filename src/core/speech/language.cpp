@@ -8,38 +8,28 @@
 
 namespace {
 
-/**
- * A code laid out as a byte array's own static data: handing it out neither allocates nor counts
- * references, and the table needs no code at load.
- */
-struct Code
+/** A code as a byte array's static data: handing it out neither allocates nor counts references. */
+struct Code : QStaticByteArrayData<7>
 {
-    QByteArrayData header;
-    char text[8] = {};
-
     // Converts, so that rows are written as plain literals.
     template <int size>
     constexpr Code(const char (&code)[size])
-        : header{Q_REFCOUNT_INITIALIZE_STATIC, size - 1, 0, 0, offsetof(Code, text)}
+        : QStaticByteArrayData{Q_STATIC_BYTE_ARRAY_DATA_HEADER_INITIALIZER(size - 1), {}}
     {
-        static_assert(size <= int(sizeof text), "the code and its final NUL fit");
+        static_assert(size <= sizeof data, "the code and its final NUL fit");
         for (int i = 0; i < size; ++i) {
-            text[i] = code[i];
+            data[i] = code[i];
         }
     }
 
     QByteArray toByteArray() const
     {
-        if (header.size == 0) {
-            return QByteArray();
-        }
-        return QByteArray(QByteArrayDataPtr{const_cast<QByteArrayData*>(&header)});
+        return ba.size == 0 ? QByteArray() : QByteArray(QByteArrayDataPtr{data_ptr()});
     }
 
     bool operator==(const QByteArray& code) const
     {
-        return header.size == code.size()
-               && std::memcmp(text, code.constData(), size_t(header.size)) == 0;
+        return ba.size == code.size() && std::memcmp(data, code.constData(), size_t(ba.size)) == 0;
     }
 };
 
@@ -135,8 +125,8 @@ public:
         }
         for (const Row& row : rows) {
             const Code& code = row.*family;
-            if (code.header.size > 0) {
-                std::size_t slot = slotOf(code.text, code.header.size);
+            if (code.ba.size > 0) {
+                std::size_t slot = slotOf(code.data, code.ba.size);
                 while (slots[slot] != unassigned) {
                     slot = (slot + 1) % slotCount;
                 }
