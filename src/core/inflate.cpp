@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <limits>
 
+#define ZLIB_CONST // zlib only reads its input
 #include <zlib.h>
 
 namespace {
@@ -33,8 +34,7 @@ struct Inflate::Private
 bool Inflate::Private::addPiece(const char* data, uInt size)
 {
     static constexpr char here[] = "void Inflate::addData(const char*, std::size_t)";
-    // zlib reads only, but its interface is older than const.
-    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data));
+    stream.next_in = reinterpret_cast<const Bytef*>(data);
     stream.avail_in = size;
     do {
         char block[blockSize];

@@ -10,6 +10,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSaveFile>
+#include <QStringBuilder>
 #include <QTemporaryFile>
 #include <QVariant>
 
@@ -138,18 +139,12 @@ SpeechChecksumManager::ChecksumKey::ChecksumKey(const QString& key)
 QString SpeechChecksumManager::ChecksumKey::toString() const
 {
     const QByteArray iso = convertLanguageIdToIso(language);
-    const bool hasOneDigit = type == DefaultChecksum || type == AlternateChecksum;
-    // Every look-up makes a key: in one allocation, which is filled in place.
-    QString key(filePath.size() + iso.size() + (hasOneDigit ? 3 : 2), Qt::Uninitialized);
-    QChar* out = std::copy(filePath.cbegin(), filePath.cend(), key.data());
-    *out++ = QLatin1Char(';');
-    out = std::transform(iso.cbegin(), iso.cend(), out, [](char c) { return QLatin1Char(c); });
-    *out++ = QLatin1Char(';');
-    if (hasOneDigit) {
-        *out = QLatin1Char(type == DefaultChecksum ? '1' : '0');
-        return key;
-    }
-    return key + QString::number(type);
+    // Every look-up makes a key, so the usual types cost no allocation.
+    const QByteArray number = type == DefaultChecksum     ? QByteArrayLiteral("1")
+                              : type == AlternateChecksum ? QByteArrayLiteral("0")
+                                                          : QByteArray::number(type);
+    return filePath % QLatin1Char(';') % QLatin1String(iso) % QLatin1Char(';')
+           % QLatin1String(number);
 }
 
 SpeechChecksumManager::SpeechChecksumManager()
