@@ -4,14 +4,7 @@
 
 #include <tuple>
 
-static_assert(sizeof(SignalQuality::SignalStrength) == 4
-                  && sizeof(NetworkPermission::proxyPort) == 2
-                  && sizeof(NetworkPermission::outgoingPortRangeStart) == 2
-                  && sizeof(NetworkPermission::outgoingPortRangeEnd) == 2
-                  && sizeof(NetworkPermission::endpointPort) == 2
-                  && sizeof(NetworkPermission::poiEndpointPort) == 2
-                  && sizeof(NetworkPermission::httsEndpointPort) == 2,
-    "sizes are interface");
+static_assert(sizeof(SignalQuality::SignalStrength) == 4, "the size is interface");
 
 QDebug& operator<<(QDebug& stream, const NetworkPermission& permission)
 {

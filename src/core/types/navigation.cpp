@@ -4,14 +4,10 @@
 
 #include <tuple>
 
-static_assert(
-    sizeof(NavigationContext::Mode) == 4 && sizeof(DatabaseVersionResult::UpdateAction) == 1
-        && sizeof(DatabaseVersionResult::NaviDataImExportDevice) == 1
-        && sizeof(DatabaseVersionResult::TypeOfUpdateData) == 1
-        && sizeof(DatabaseVersionResult::tag) == 2
-        && sizeof(DatabaseVersionResult::naviDatabasePackageId) == 2
-        && sizeof(LocationDescriptor::dataType) == 1 && sizeof(LocationInputResult::aux3) == 2
-        && sizeof(LocationInputResult::aux4) == 2 && sizeof(LocationInputSummaryItem::aux2) == 2,
+static_assert(sizeof(NavigationContext::Mode) == 4
+                  && sizeof(DatabaseVersionResult::UpdateAction) == 1
+                  && sizeof(DatabaseVersionResult::NaviDataImExportDevice) == 1
+                  && sizeof(DatabaseVersionResult::TypeOfUpdateData) == 1,
     "sizes are interface");
 
 namespace {

@@ -37,36 +37,27 @@ Q_CONSTRUCTOR_FUNCTION(registerMetaTypes)
 
 } // namespace
 
-static_assert(
-    sizeof(RadioType) == 4 && sizeof(RadioStation::Genre) == 4
-        && sizeof(WaveBand::programIdentification) == 2 && sizeof(WaveBand::programType) == 1
-        && sizeof(DabService::ensembleAux1) == 2 && sizeof(DabService::serviceAux1) == 2
-        && sizeof(DabService::componentAux1) == 2 && sizeof(DabService::componentId) == 2
-        && sizeof(DabService::programType) == 1 && sizeof(SatelliteRadioCategory::id) == 2
-        && sizeof(SatelliteRadioChannel::aux1) == 2
-        && sizeof(SatelliteRadioChannel::channelNumber) == 2
-        && sizeof(RadioStation::programIdentification) == 2
-        && sizeof(RadioStation::componentId) == 2 && sizeof(RadioStation::channelNumber) == 2,
-    "sizes are interface");
+static_assert(sizeof(RadioType) == 4 && sizeof(RadioStation::Genre) == 4, "sizes are interface");
 
 bool WaveBand::operator==(const WaveBand& other) const
 {
-    const auto fields = [](const WaveBand& r) {
-        return std::tie(r.aux1, r.name, r.aux2, r.frequency, r.programIdentification, r.rbdsCoding,
-            r.programType, r.aux3, r.aux4, r.aux5, r.aux6, r.aux7, r.aux8, r.hdChannel, r.aux9,
-            r.band);
-    };
-    return fields(*this) == fields(other);
+    return std::tie(aux1, name, aux2, frequency, programIdentification, rbdsCoding, programType,
+               aux3, aux4, aux5, aux6, aux7, aux8, hdChannel, aux9, band)
+           == std::tie(other.aux1, other.name, other.aux2, other.frequency,
+               other.programIdentification, other.rbdsCoding, other.programType, other.aux3,
+               other.aux4, other.aux5, other.aux6, other.aux7, other.aux8, other.hdChannel,
+               other.aux9, other.band);
 }
 
 bool DabService::operator==(const DabService& other) const
 {
-    const auto fields = [](const DabService& r) {
-        return std::tie(r.ensembleAux1, r.ensembleAux2, r.ensembleShortLabel, r.ensembleLabel,
-            r.serviceAux1, r.serviceAux2, r.label, r.shortLabel, r.serviceId, r.componentAux1,
-            r.programType, r.componentId, r.componentAux2);
-    };
-    return fields(*this) == fields(other);
+    return std::tie(ensembleAux1, ensembleAux2, ensembleShortLabel, ensembleLabel, serviceAux1,
+               serviceAux2, label, shortLabel, serviceId, componentAux1, programType, componentId,
+               componentAux2)
+           == std::tie(other.ensembleAux1, other.ensembleAux2, other.ensembleShortLabel,
+               other.ensembleLabel, other.serviceAux1, other.serviceAux2, other.label,
+               other.shortLabel, other.serviceId, other.componentAux1, other.programType,
+               other.componentId, other.componentAux2);
 }
 
 bool SatelliteRadioCategory::operator==(const SatelliteRadioCategory& other) const
@@ -77,10 +68,10 @@ bool SatelliteRadioCategory::operator==(const SatelliteRadioCategory& other) con
 
 bool SatelliteRadioChannel::operator==(const SatelliteRadioChannel& other) const
 {
-    return aux1 == other.aux1 && channelNumber == other.channelNumber
-           && equalInAnyCase(shortName, other.shortName) && equalInAnyCase(name, other.name)
-           && categoryIds == other.categoryIds && aux2 == other.aux2 && aux3 == other.aux3
-           && aux4 == other.aux4;
+    return std::tie(aux1, channelNumber, categoryIds, aux2, aux3, aux4)
+               == std::tie(other.aux1, other.channelNumber, other.categoryIds, other.aux2,
+                   other.aux3, other.aux4)
+           && equalInAnyCase(shortName, other.shortName) && equalInAnyCase(name, other.name);
 }
 
 bool ExtendedSatelliteRadioChannel::operator==(const ExtendedSatelliteRadioChannel& other) const
@@ -172,11 +163,11 @@ RadioStation& RadioStation::operator=(const ExtendedSatelliteRadioChannel& chann
 
 bool RadioStation::operator==(const RadioStation& other) const
 {
-    const auto fields = [](const RadioStation& r) {
-        return std::tie(r.type, r.band, r.genres, r.name, r.frequency, r.programIdentification,
-            r.pronunciation, r.readOut, r.hdChannel, r.serviceId, r.componentId, r.channelNumber);
-    };
-    return fields(*this) == fields(other);
+    return std::tie(type, band, genres, name, frequency, programIdentification, pronunciation,
+               readOut, hdChannel, serviceId, componentId, channelNumber)
+           == std::tie(other.type, other.band, other.genres, other.name, other.frequency,
+               other.programIdentification, other.pronunciation, other.readOut, other.hdChannel,
+               other.serviceId, other.componentId, other.channelNumber);
 }
 
 QDebug& operator<<(QDebug& stream, const RadioStation& station)

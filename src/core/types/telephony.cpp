@@ -2,20 +2,14 @@
 
 #include <tuple>
 
-static_assert(sizeof(Call::handle) == 2 && sizeof(Call::aux2) == 1 && sizeof(Call::aux3) == 2
-                  && sizeof(Call::aux4) == 1 && sizeof(Call::aux5) == 1
-                  && sizeof(DeviceMap::aux2) == 1 && sizeof(AppCode::HYBRID_SPEECH_APPCODE) == 1,
-    "sizes are interface");
-
 const char AppCode::HYBRID_SPEECH_APPCODE = '1';
 
 bool Call::operator==(const Call& other) const
 {
-    const auto fields = [](const Call& r) {
-        return std::tie(r.primaryText, r.secondaryText, r.aux1, r.time, r.state, r.aux2, r.aux3,
-            r.aux4, r.aux5);
-    };
-    return fields(*this) == fields(other);
+    // A handle and a note do not make another call.
+    return std::tie(primaryText, secondaryText, aux1, time, state, aux2, aux3, aux4, aux5)
+           == std::tie(other.primaryText, other.secondaryText, other.aux1, other.time, other.state,
+               other.aux2, other.aux3, other.aux4, other.aux5);
 }
 
 bool Call::operator<(const Call& other) const
