@@ -14,8 +14,4 @@
 #define ORV_LOGGER(signature) QMessageLogger(__FILE__, __LINE__, signature)
 
 /** A log line of a level such as warning, which begins with the signature as most do. */
-#define ORV_LOG_LINE(level, signature) ORV_LOGGER(signature).level() << (signature)
-
-// Until all sources name the level: without one this is the bare form.
-#define ORV_LOG_FORM(first, second, form, ...) form
-#define ORV_LOG(...) ORV_LOG_FORM(__VA_ARGS__, ORV_LOG_LINE, ORV_LOGGER, )(__VA_ARGS__)
+#define ORV_LOG(level, signature) ORV_LOGGER(signature).level() << (signature)

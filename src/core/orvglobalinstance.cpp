@@ -13,7 +13,7 @@ namespace {
 /** Ends the process: the signature and the name tell where it would have hung. */
 [[noreturn]] void reportDeadlock(const char* signature, const QByteArray& name)
 {
-    ORV_LOG(signature).fatal("Deadlock: in %s with %s", signature, name.constData());
+    ORV_LOGGER(signature).fatal("Deadlock: in %s with %s", signature, name.constData());
 }
 
 } // namespace
@@ -80,7 +80,7 @@ void SingletonTrackerPrivate::clear()
 {
     if (!lock.tryLockForWrite()) {
         static constexpr char here[] = "void SingletonTrackerPrivate::clear()";
-        ORV_LOG(here).fatal("Deadlock: in %s", here);
+        ORV_LOGGER(here).fatal("Deadlock: in %s", here);
     }
     while (!registry.isEmpty()) {
         const QByteArray name = order.top();

@@ -79,10 +79,10 @@ void PosixSignals::applicationQuit()
 {
     static constexpr char here[] = "void PosixSignals::applicationQuit()";
     if (quitting) {
-        ORV_LOG(here).warning() << here << "Cleanup taking too long, immediate termination...";
+        ORV_LOG(warning, here) << "Cleanup taking too long, immediate termination...";
         std::exit(1);
     }
-    ORV_LOG(here).debug() << here << "Cleaning up and terminating...";
+    ORV_LOG(debug, here) << "Cleaning up and terminating...";
     QCoreApplication::quit();
     quitting = true;
 }
@@ -93,10 +93,10 @@ void PosixSignals::initialize()
         return;
     }
     static constexpr char here[] = "void PosixSignals::initialize()";
-    ORV_LOG(here).debug() << here;
+    ORV_LOG(debug, here);
     if (socketpair(AF_UNIX, SOCK_STREAM, 0, sockets) != 0) {
         // Goes on all the same: a signal then ends the process, rather than being missed.
-        ORV_LOG(here).critical() << here << "Creating Unix socket failed";
+        ORV_LOG(critical, here) << "Creating Unix socket failed";
         QCoreApplication::quit();
     }
     notifier = std::make_unique<QSocketNotifier>(sockets[1], QSocketNotifier::Read);
@@ -120,14 +120,14 @@ void PosixSignals::signalHandle()
         int signalNumber = -1;
         // A call that does not come from the notifier must not wait for a number.
         if ((sender() != notifier.get() && waiting <= 0) || !readNumber(sockets[1], signalNumber)) {
-            ORV_LOG(here).warning() << here << "Could not read signal number from socket, ignoring";
+            ORV_LOG(warning, here) << "Could not read signal number from socket, ignoring";
             return;
         }
         --waiting;
         const auto [receiver, method] = handlers.value(signalNumber);
         const bool isQuit = receiver == this && qstrcmp(method, "applicationQuit") == 0;
         if (isQuit || quitting == wasQuitting) {
-            ORV_LOG(here).debug() << here << "Processing signal" << signalNumber;
+            ORV_LOG(debug, here) << "Processing signal" << signalNumber;
             QMetaObject::invokeMethod(receiver, method, Qt::AutoConnection);
         }
         // If this number began the quitting, the event loop reads no more. Of those that wait behind

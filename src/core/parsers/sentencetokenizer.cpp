@@ -367,6 +367,6 @@ QStringList SentenceTokenizer::split(const QString& text, Language language)
 
     // The line tells that a text was split; printed plainly, it costs a fraction of a debug stream.
     static constexpr char here[] = "void<unnamed>::modifyTags(QStringList&)";
-    ORV_LOG(here).debug("%s", here);
+    ORV_LOGGER(here).debug("%s", here);
     return splitter.sentencesWithTags();
 }
