@@ -7,8 +7,43 @@
 #include <QTest>
 #include <QtEndian>
 
+#include <dlfcn.h>
 #include <sys/mman.h>
 #include <zlib.h>
+
+namespace {
+
+// What zlib is to answer in place of its own results; Z_OK leaves them.
+int answerOfInit = Z_OK;
+int answerOfInflate = Z_OK;
+int streamsInUse = 0;
+
+template <typename Function> Function zlibs(const char* name, Function)
+{
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+// These stand before zlib's own also for the library.
+int inflateInit2_(z_streamp stream, int windowBits, const char* version, int size)
+{
+    if (answerOfInit != Z_OK) { return answerOfInit; }
+    ++streamsInUse;
+    return zlibs("inflateInit2_", inflateInit2_)(stream, windowBits, version, size);
+}
+
+int inflate(z_streamp stream, int flush)
+{
+    const int answer = zlibs("inflate", inflate)(stream, flush);
+    return answerOfInflate == Z_OK ? answer : answerOfInflate;
+}
+
+int inflateEnd(z_streamp stream)
+{
+    --streamsInUse;
+    return zlibs("inflateEnd", inflateEnd)(stream);
+}
 
 namespace {
 
@@ -114,6 +149,37 @@ private Q_SLOTS:
         QCOMPARE(log.takeLines(),
             QStringList(u("warning: %1 inflate() failed with result code 2 (src/core/inflate.cpp, %1, default)")
                             .arg(signature)));
+    }
+
+    void answersThatZlibHardlyGives()
+    {
+        LogCapture log;
+        const QString here = u("void Inflate::addData(const char*, std::size_t)");
+        const QByteArray text = sampleText().left(20'000); // two blocks
+        for (const int code : {Z_NEED_DICT, Z_STREAM_ERROR, Z_DATA_ERROR, Z_MEM_ERROR, Z_ERRNO, Z_VERSION_ERROR}) {
+            const bool isUnknown = code == Z_ERRNO || code == Z_VERSION_ERROR;
+            answerOfInflate = code;
+            const QByteArray output = inflated(compressed(text).first(), 100'000);
+            answerOfInflate = Z_OK;
+            const QString line = isUnknown ? u("debug: %1 inflate() returned unexpected result code %2")
+                                           : u("warning: %1 inflate() failed with result code %2");
+            QCOMPARE(
+                log.takeTexts(), QStringList(QVector<QString>(isUnknown ? 2 : 1, line.arg(here).arg(code)).toList()));
+            QCOMPARE(output, isUnknown ? text : QByteArray());
+        }
+        QCOMPARE(streamsInUse, 0);
+    }
+
+    void failedInitialization()
+    {
+        LogCapture log;
+        answerOfInit = Z_MEM_ERROR;
+        QCOMPARE(inflated(compressed("text").first(), 1), QByteArray());
+        answerOfInit = Z_OK;
+        const QString line =
+            u("warning: %1 Failed to initialize inflate algorithm (src/core/inflate.cpp, %1, default)");
+        QCOMPARE(log.takeLines(), QStringList(line.arg(u("Inflate::Inflate(QIODevice&)"))));
+        QCOMPARE(streamsInUse, 0); // and there was nothing to end
     }
 
     // More than zlib counts, or on 32 bits more than an int holds.
