@@ -1,9 +1,25 @@
 #include <core/applicationsettings.h>
 
+#include <support/childprocess.h>
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
 #include <QTest>
+
+namespace {
+
+/** Asks for a setting when everything that was made after the start of the program is gone. */
+struct LateUser {
+    ~LateUser()
+    {
+        if (asks) { std::printf("%d", ApplicationSettings::value(u("a/b"), 5).toInt()); }
+    }
+    bool asks = false;
+};
+
+LateUser lateUser;
+
+} // namespace
 
 class ApplicationSettingsTest : public QObject
 {
@@ -49,7 +65,23 @@ private Q_SLOTS:
         QCOMPARE(ApplicationSettings::value(u("tts/pitch"), 1), QJsonValue());
         QVERIFY(log.takeLines().isEmpty());
     }
+
+    void defaultOnceSettingsAreGone()
+    {
+        const ChildResult result = runChild({u("late")});
+        QVERIFY(!result.isCrash);
+        QCOMPARE(result.output, QByteArray("5"));
+    }
 };
 
-QTEST_GUILESS_MAIN(ApplicationSettingsTest)
+int main(int argc, char** argv)
+{
+    QCoreApplication application(argc, argv);
+    if (argc == 2 && qstrcmp(argv[1], "late") == 0) {
+        lateUser.asks = true;
+        return ApplicationSettings::value(u("a/b"), 0).toInt();
+    }
+    ApplicationSettingsTest test;
+    return QTest::qExec(&test, argc, argv);
+}
 #include "applicationsettingstest.moc"

@@ -18,7 +18,7 @@ bool loadSettings()
                              + QCoreApplication::applicationName() + QLatin1String(".json");
 
     const QJsonDocument document = JsonFile::loadDocument(fileName);
-    if (document.isNull() || document.isEmpty()) {
+    if (document.isNull()) {
         return false;
     }
     if (!document.isObject()) {
