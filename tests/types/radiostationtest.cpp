@@ -47,6 +47,7 @@ private Q_SLOTS:
     void metaTypesAreRegisteredAtLoadInOrder()
     {
         QVERIFY(typeIds[0] >= QMetaType::User);
+        for (const int id : typeIds) { QVERIFY(QVariant(id, nullptr).constData() != nullptr); }
         QVERIFY(std::is_sorted(typeIds.begin(), typeIds.end()));
         const auto flags = QMetaType::typeFlags(typeIds[4]);
         QVERIFY(!(flags & QMetaType::MovableType) && (flags & QMetaType::NeedsConstruction));
