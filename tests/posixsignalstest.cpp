@@ -4,20 +4,37 @@
 #include <support/helpers.h>
 
 #include <QCoreApplication>
-#include <QHash>
 #include <QSocketNotifier>
 #include <QTest>
-#include <QThread>
 #include <QTimer>
 
 #include <cerrno>
 #include <csignal>
-#include <functional>
 #include <memory>
 
-#include <pthread.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
 #include <unistd.h>
+
+namespace {
+
+std::atomic<unsigned> calls{0};
+
+template <typename Data> ssize_t callInterrupted(long number, int file, Data* data, std::size_t size)
+{
+    const bool isInterrupted = size == sizeof(int) && calls++ % 2 == 0;
+    errno = isInterrupted ? EINTR : errno;
+    return isInterrupted ? -1 : syscall(number, file, data, size);
+}
+
+} // namespace
+
+// Stand in for the system's, and interrupt every second time that the number of a signal is read or written.
+extern "C" ssize_t read(int file, void* data, std::size_t size) { return callInterrupted(SYS_read, file, data, size); }
+extern "C" ssize_t write(int file, const void* data, std::size_t size)
+{
+    return callInterrupted(SYS_write, file, data, size);
+}
 
 namespace {
 
@@ -43,7 +60,7 @@ public Q_SLOTS:
     void miscount() { counted += 1'000'000; }
     void deleteOtherAndQuit()
     {
-        other->reset();
+        other.reset();
         PosixSignals::instance.applicationQuit();
     }
 
@@ -57,146 +74,171 @@ public:
     int counted = 0;
     bool sendsBursts = false;
     bool nestsEvents = false;
-    std::unique_ptr<Receiver>* other = nullptr;
+    std::unique_ptr<Receiver> other;
 };
 
-/** Says that the stack was unwound, as the end by exit() does not. */
-struct Farewell {
-    ~Farewell() { std::printf("unwound "); }
-};
-
-/** Asks to quit when the pipe has data, in the same pass of the event loop in which a signal is due. */
-class PipeNotifier
+void ask() { PosixSignals::instance.applicationQuit(); }
+void invokeHandler() { QMetaObject::invokeMethod(&PosixSignals::instance, "signalHandle"); }
+void queue(void (*function)()) { QMetaObject::invokeMethod(qApp, function, Qt::QueuedConnection); }
+template <typename Function> void atQuit(Function function)
 {
-public:
-    PipeNotifier()
-    {
-        if (pipe(ends) != 0) { _exit(77); }
-        notifier = std::make_unique<QSocketNotifier>(ends[0], QSocketNotifier::Read);
-        QObject::connect(notifier.get(), &QSocketNotifier::activated, &PosixSignals::instance, [this] {
-            notifier->setEnabled(false);
-            PosixSignals::instance.applicationQuit();
-        });
-    }
-    void activate() { writes += write(ends[1], "x", 1) == 1; }
-
-private:
-    int ends[2];
-    int writes = 0;
-    std::unique_ptr<QSocketNotifier> notifier;
-};
-
-/** Fills the socket from another thread until that waits in the handler, and interrupts its wait. */
-void floodAndInterrupt()
-{
-    struct sigaction action = {};
-    action.sa_handler = [](int) {}; // without SA_RESTART, so that the handler's write is interrupted
-    sigaction(SIGUSR2, &action, nullptr);
-    std::thread flood([] {
-        for (int i = 0; i < burstCount * burstSize; ++i) { std::raise(SIGUSR1); }
-    });
-    for (int i = 0; i < 50; ++i) {
-        pthread_kill(flood.native_handle(), SIGUSR2);
-        QThread::msleep(1);
-    }
-    flood.detach();
+    QObject::connect(qApp, &QCoreApplication::aboutToQuit, function);
 }
+template <typename... Numbers> void raiseAll(Numbers... numbers) { (std::raise(numbers), ...); }
 
 void closeFrom(int first)
 {
     for (int file = first; file < 100; ++file) { close(file); }
 }
 
-template <typename... Numbers> void raiseAll(Numbers... numbers) { (std::raise(numbers), ...); }
+/** Asks to quit when its pipe has data, in the same pass of the event loop in which a signal is due. */
+class PipeNotifier
+{
+public:
+    PipeNotifier()
+        : isOpen(pipe(ends) == 0)
+        , notifier(ends[0], QSocketNotifier::Read)
+    {
+        QObject::connect(&notifier, &QSocketNotifier::activated, [this] { notifier.setEnabled(false), ask(); });
+    }
+    void activate() { isOpen = write(ends[1], "x", 1) == 1; }
+
+private:
+    int ends[2];
+    bool isOpen;
+    QSocketNotifier notifier;
+};
+
+/** What a child process has on its stack, and says when the stack is unwound, as the end by exit() does not. */
+struct Child {
+    ~Child() { std::printf("counted %d unwound ", receiver.counted); }
+
+    Receiver receiver;
+    PipeNotifier before; // the bridge's notifier
+    std::unique_ptr<PipeNotifier> after;
+};
+
+const QByteArray start = "debug: void PosixSignals::initialize()\n";
+const QByteArray handled = "debug: void PosixSignals::signalHandle() Processing signal ";
+const QByteArray quit = "debug: void PosixSignals::applicationQuit() Cleaning up and terminating...\n";
+const QByteArray once = handled + "15\n" + quit;
+const QByteArray again = "warning: void PosixSignals::applicationQuit() "
+                         "Cleanup taking too long, immediate termination...\n";
+const QByteArray unread =
+    "warning: void PosixSignals::signalHandle() Could not read signal number from socket, ignoring\n";
+const QByteArray caught("Signal caught when application is terminating, immediate termination...\n\0", 73);
+const QByteArray lost("Unable to pass signal information to application, immediate termination...\n\0", 76);
+const QByteArray any; // depends on which of two events the event loop takes first
+const QByteArray none = "counted 0 unwound exited";
+const QByteArray all = "counted 10000 unwound exited";
+
+/** What a child process does, in the event loop unless its name says otherwise, and how it ends. */
+const struct {
+    const char* name;
+    void (*act)(Child& child);
+    int exitCode; // -1: by a signal
+    QByteArray output, error;
+} cases[] = {
+    {"one request", [](Child&) { raiseAll(SIGTERM); }, 0, none, start + once},
+    {"two requests", [](Child&) { raiseAll(SIGTERM, SIGTERM); }, 1, "exited", start + once + handled + "15\n" + again},
+    {"two requests, another signal between", [](Child&) { raiseAll(SIGTERM, SIGUSR1, SIGTERM); }, 1, "exited",
+        start + once + handled + "15\n" + again},
+    {"request, then other signals", [](Child&) { raiseAll(SIGTERM, SIGUSR1, SIGURG); }, 0, none, start + once},
+    {"signal while quitting", [](Child&) { atQuit([] { raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, 2, "",
+        start + once + caught},
+    {"signal while quitting, unheard",
+        [](Child&) { atQuit([] { closeFrom(STDERR_FILENO), raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, 1, "",
+        start + once},
+    {"notifier before asks, signal waits", [](Child& child) { child.before.activate(), raiseAll(SIGUSR1); }, 0, none,
+        start + quit},
+    {"notifier before asks, request waits", [](Child& child) { child.before.activate(), raiseAll(SIGTERM); }, 0, none,
+        start + quit},
+    {"notifier after asks, signal waits",
+        [](Child& child) {
+            child.after = std::make_unique<PipeNotifier>();
+            child.after->activate(), raiseAll(SIGUSR1);
+        },
+        0, any, any},
+    {"queued call asks, signal waits", [](Child&) { raiseAll(SIGUSR1), queue(ask); }, 0, any, any},
+    {"queued call asks, request waits", [](Child&) { raiseAll(SIGTERM), queue(ask); }, 0, any, any},
+    {"timer asks, signal waits", [](Child&) { raiseAll(SIGUSR1), QTimer::singleShot(0, ask); }, 0, any, any},
+    {"asks itself, request waits", [](Child&) { raiseAll(SIGTERM), ask(); }, 0, none, start + quit},
+    {"before the event loop: asks, request waits", [](Child&) { raiseAll(SIGTERM), ask(); }, 1, "exited",
+        start + quit + handled + "15\n" + again},
+    {"after the event loop: asks, signal waits", [](Child&) { raiseAll(SIGUSR1), ask(); }, 0, none, start + quit},
+    {"slot deletes a waiting receiver", [](Child&) { raiseAll(SIGINT, SIGHUP); }, 0, none,
+        start + handled + "2\n" + quit},
+    {"receiver is gone", [](Child& child) { child.receiver.other.reset(), raiseAll(SIGHUP, SIGTERM); }, 0, none,
+        start + handled + "1\n" + once},
+    {"nested events while quitting",
+        [](Child& child) { child.receiver.nestsEvents = true, raiseAll(SIGUSR1, SIGTERM, SIGUSR1); }, 0,
+        "counted 1 unwound exited", start + handled + "10\n" + once},
+    {"nothing waits", [](Child&) { invokeHandler(), invokeHandler(), raiseAll(SIGTERM); }, 0, none,
+        start + unread + unread + once},
+    {"no socket", [](Child&) { closeFrom(3), raiseAll(SIGTERM); }, 4, "", start + lost},
+    {"no socket, unheard", [](Child&) { closeFrom(2), raiseAll(SIGTERM); }, 3, "", start},
+    {"no socket, one unread", [](Child&) { raiseAll(SIGUSR1), closeFrom(3), invokeHandler(), ask(); }, 0, none,
+        start + unread + quit},
+#ifndef __SANITIZE_ADDRESS__ // needs a pipe to look at an object
+    {"before the event loop: one descriptor is left, where a pair needs two",
+        [](Child&) {
+            const rlim_t end = rlim_t(dup(STDERR_FILENO)) + 2;
+            const rlimit tight{end, end};
+            setrlimit(RLIMIT_NOFILE, &tight);
+        },
+        0, none,
+        start + "critical: void PosixSignals::initialize() Creating Unix socket failed\n"
+            + "warning: QSocketNotifier: Invalid socket specified\n"},
+#endif
+    {"bursts", [](Child& child) { child.receiver.burst(); }, 0, all, any},
+    {"more than the socket holds",
+        [](Child&) {
+            std::thread([] {
+                for (int i = 0; i < burstCount * burstSize; ++i) { std::raise(SIGUSR1); }
+            }).detach();
+        },
+        0, all, any},
+    {"changed later", // a new signal is not caught: its default action ends the process
+        [](Child& child) {
+            PosixSignals::instance.setup(SIGUSR1, &child.receiver, "miscount");
+            PosixSignals::instance.setup(SIGUSR2, &child.receiver, "count");
+            errno = 4711;
+            raiseAll(SIGUSR1);
+            std::printf("errno %d ", errno);
+            QTimer::singleShot(50, [&child] {
+                std::printf("counted %d", child.receiver.counted);
+                std::fflush(stdout);
+                raiseAll(SIGUSR2);
+            });
+        },
+        -1, "errno 4711 counted 1000000", start + handled + "10\n"},
+};
 
 /** One case, in a process of its own; the exit code 77 says that it ended otherwise than meant. */
-int runCase(const QByteArray& name)
+int runCase(const QByteArray& name, void (*act)(Child&))
 {
     std::atexit([] { std::printf("exited"); });
-    const Farewell farewell;
-    Receiver receiver;
-    auto other = std::make_unique<Receiver>();
-    receiver.other = &other;
+    int argc = 0;
+    std::unique_ptr<QCoreApplication> application;
     PosixSignals& bridge = PosixSignals::instance;
     bridge.setup(SIGTERM, &bridge, "applicationQuit"); // before there is an application
-    bridge.setup(SIGINT, &receiver, "deleteOtherAndQuit");
-    bridge.setup(SIGHUP, other.get(), "count");
-    bridge.setup(SIGURG, &receiver, "applicationQuit");
-    bridge.setup(SIGUSR1, &receiver, "miscount");
-    bridge.setup(SIGUSR1, &receiver, "count");
-    int argc = 0;
-    QCoreApplication application(argc, nullptr);
+    application = std::make_unique<QCoreApplication>(argc, nullptr);
     QTimer::singleShot(10'000, [] { _exit(77); });
-    PipeNotifier before;
-    std::unique_ptr<PipeNotifier> after;
-    const auto ask = [] { PosixSignals::instance.applicationQuit(); };
-    const auto invokeHandler = [] { QMetaObject::invokeMethod(&PosixSignals::instance, "signalHandle"); };
-
-    // Each runs in the event loop, once the handlers are installed.
-    const QHash<QByteArray, std::function<void()>> cases{
-        {"one request", [] { raiseAll(SIGTERM); }},
-        {"two requests", [] { raiseAll(SIGTERM, SIGTERM); }},
-        {"two requests, another signal between", [] { raiseAll(SIGTERM, SIGUSR1, SIGTERM); }},
-        {"request, then other signals", [] { raiseAll(SIGTERM, SIGUSR1, SIGURG); }},
-        {"signal while quitting",
-            [] {
-                QObject::connect(qApp, &QCoreApplication::aboutToQuit, [] { raiseAll(SIGTERM); }), raiseAll(SIGTERM);
-            }},
-        {"signal while quitting, unheard",
-            [] {
-                QObject::connect(qApp, &QCoreApplication::aboutToQuit, [] { close(STDERR_FILENO), raiseAll(SIGTERM); });
-                raiseAll(SIGTERM);
-            }},
-        {"notifier before asks, signal waits", [&] { before.activate(), raiseAll(SIGUSR1); }},
-        {"notifier before asks, request waits", [&] { before.activate(), raiseAll(SIGTERM); }},
-        {"notifier after asks, signal waits",
-            [&] { after = std::make_unique<PipeNotifier>(), after->activate(), raiseAll(SIGUSR1); }},
-        {"queued call asks, signal waits",
-            [&] { raiseAll(SIGUSR1), QMetaObject::invokeMethod(qApp, ask, Qt::QueuedConnection); }},
-        {"queued call asks, request waits",
-            [&] { raiseAll(SIGTERM), QMetaObject::invokeMethod(qApp, ask, Qt::QueuedConnection); }},
-        {"timer asks, signal waits", [&] { raiseAll(SIGUSR1), QTimer::singleShot(0, qApp, ask); }},
-        {"asks itself, request waits", [&] { raiseAll(SIGTERM), ask(); }},
-        {"asks before the event loop, request waits", [] {}},
-        {"asks after the event loop, signal waits", [] { QCoreApplication::quit(); }},
-        {"slot deletes a waiting receiver", [] { raiseAll(SIGINT, SIGHUP); }},
-        {"receiver is gone", [&] { other.reset(), raiseAll(SIGHUP, SIGTERM); }},
-        {"nested events while quitting", [&] { receiver.nestsEvents = true, raiseAll(SIGUSR1, SIGTERM, SIGUSR1); }},
-        {"nothing waits", [&] { invokeHandler(), invokeHandler(), raiseAll(SIGTERM); }},
-        {"no socket", [] { closeFrom(3), raiseAll(SIGTERM); }},
-        {"no socket, unheard", [] { closeFrom(2), raiseAll(SIGTERM); }},
-        {"no socket, one unread", [&] { raiseAll(SIGUSR1), closeFrom(3), invokeHandler(), ask(); }},
-        {"one descriptor", nullptr},
-        {"bursts", [&] { receiver.burst(); }},
-        {"flood", floodAndInterrupt},
-        {"changed later",
-            [&] {
-                bridge.setup(SIGUSR1, &receiver, "miscount");
-                bridge.setup(SIGUSR2, &receiver, "count"); // too late: its default action ends the process
-                errno = 4711;
-                raiseAll(SIGUSR1);
-                std::printf("errno %d ", errno);
-                QTimer::singleShot(50, [&receiver] {
-                    std::printf("counted %d", receiver.counted);
-                    std::fflush(stdout);
-                    raiseAll(SIGUSR2);
-                });
-            }},
-    };
-    if (!cases.contains(name)) { return 77; }
-    if (name == "one descriptor") { // left, where a pair needs two
-        const rlim_t end = rlim_t(dup(STDERR_FILENO)) + 2;
-        const rlimit tight{end, end};
-        setrlimit(RLIMIT_NOFILE, &tight);
-    } else if (name.startsWith("asks before")) {
-        QCoreApplication::processEvents();
-        raiseAll(SIGTERM), ask();
+    Child child;
+    child.receiver.other = std::make_unique<Receiver>();
+    bridge.setup(SIGINT, &child.receiver, "deleteOtherAndQuit");
+    bridge.setup(SIGHUP, child.receiver.other.get(), "count");
+    bridge.setup(SIGURG, &child.receiver, "applicationQuit");
+    bridge.setup(SIGUSR1, &child.receiver, "miscount");
+    bridge.setup(SIGUSR1, &child.receiver, "count");
+    if (name.startsWith("before the event loop")) {
+        if (name.endsWith("waits")) { QCoreApplication::processEvents(); }
+        act(child);
     } else {
-        QTimer::singleShot(0, qApp, cases[name]);
+        QTimer::singleShot(0, [&] { name.startsWith("after") ? QCoreApplication::quit() : act(child); });
     }
     const int exitCode = QCoreApplication::exec();
-    if (name.startsWith("asks after")) { raiseAll(SIGUSR1), ask(); }
-    std::printf("counted %d ", receiver.counted);
+    if (name.startsWith("after")) { act(child); }
     return exitCode;
 }
 
@@ -220,82 +262,26 @@ private Q_SLOTS:
 
     void process_data()
     {
-        QTest::addColumn<int>("exitCode"); // -1: ended by a signal
-        QTest::addColumn<QByteArray>("output");
-        QTest::addColumn<QByteArray>("error");
+        QTest::addColumn<int>("index");
         QTest::addColumn<bool>("hasGlib");
-
-        const QByteArray start = "debug: void PosixSignals::initialize()\n";
-        const QByteArray handled = "debug: void PosixSignals::signalHandle() Processing signal ";
-        const QByteArray quit = "debug: void PosixSignals::applicationQuit() Cleaning up and terminating...\n";
-        const QByteArray once = start + handled + "15\n" + quit;
-        const QByteArray again =
-            "warning: void PosixSignals::applicationQuit() Cleanup taking too long, immediate termination...\n";
-        const QByteArray unread =
-            "warning: void PosixSignals::signalHandle() Could not read signal number from socket, ignoring\n";
-        const QByteArray caught("Signal caught when application is terminating, immediate termination...\n\0", 73);
-        const QByteArray lost("Unable to pass signal information to application, immediate termination...\n\0", 76);
-        const QByteArray any; // depends on which of two events the event loop takes first
-        const QByteArray none = "counted 0 unwound exited";
-        const struct {
-            const char* name;
-            int exitCode;
-            QByteArray output, error;
-        } rows[] = {
-            {"one request", 0, none, once},
-            {"two requests", 1, "exited", once + handled + "15\n" + again},
-            {"two requests, another signal between", 1, "exited", once + handled + "15\n" + again},
-            {"request, then other signals", 0, none, once},
-            {"signal while quitting", 2, "", once + caught},
-            {"signal while quitting, unheard", 1, "", once},
-            {"notifier before asks, signal waits", 0, none, start + quit},
-            {"notifier before asks, request waits", 0, none, start + quit},
-            {"notifier after asks, signal waits", 0, any, any},
-            {"queued call asks, signal waits", 0, any, any},
-            {"queued call asks, request waits", 0, any, any},
-            {"timer asks, signal waits", 0, any, any},
-            {"asks itself, request waits", 0, none, start + quit},
-            {"asks before the event loop, request waits", 1, "exited", start + quit + handled + "15\n" + again},
-            {"asks after the event loop, signal waits", 0, none, start + quit},
-            {"slot deletes a waiting receiver", 0, none, start + handled + "2\n" + quit},
-            {"receiver is gone", 0, none, start + handled + "1\n" + once.mid(start.size())},
-            {"nested events while quitting", 0, "counted 1 unwound exited",
-                start + handled + "10\n" + once.mid(start.size())},
-            {"nothing waits", 0, none, start + unread + unread + once.mid(start.size())},
-            {"no socket", 4, "", start + lost},
-            {"no socket, unheard", 3, "", start},
-            {"no socket, one unread", 0, none, start + unread + quit},
-#ifndef __SANITIZE_ADDRESS__ // needs a pipe to look at an object
-            {"one descriptor", 0, none,
-                start + "critical: void PosixSignals::initialize() Creating Unix socket failed\n"
-                    + "warning: QSocketNotifier: Invalid socket specified\n"},
-#endif
-            {"changed later", -1, "errno 4711 counted 1000000", start + handled + "10\n"}, // a new signal is not caught
-            {"bursts", 0, "counted 10000 unwound exited", any},
-            {"flood", 0, "counted 10000 unwound exited", any},
-        };
-        for (const auto& row : rows) {
-            for (const bool hasGlib : {true, false}) {
-                QTest::addRow("%s%s", row.name, hasGlib ? "" : ", without GLib")
-                    << row.exitCode << row.output << row.error << hasGlib;
-            }
+        for (int i = 0; i < int(std::size(cases)); ++i) {
+            QTest::newRow(cases[i].name) << i << true;
+            QTest::addRow("%s, without GLib", cases[i].name) << i << false;
         }
     }
 
     void process()
     {
-        QFETCH(int, exitCode);
-        QFETCH(QByteArray, output);
-        QFETCH(QByteArray, error);
+        QFETCH(int, index);
         QFETCH(bool, hasGlib);
         qputenv("QT_MESSAGE_PATTERN", "%{type}: %{message}");
         qputenv("QT_HASH_SEED", "0"); // without GLib, the order of notifiers is that of a hash
         hasGlib ? qunsetenv("QT_NO_GLIB") : qputenv("QT_NO_GLIB", "1");
-        const QByteArray name = QByteArray(QTest::currentDataTag()).replace(", without GLib", "");
-        const ChildResult result = runChild({u("case"), u(name)});
-        if (!error.isNull()) { QCOMPARE(result.error, error); }
-        if (!output.isNull()) { QCOMPARE(result.output, output); }
-        QCOMPARE(result.isCrash ? -1 : result.exitCode, exitCode);
+        const auto& expected = cases[index];
+        const ChildResult result = runChild({u("case"), u(expected.name)});
+        if (!expected.error.isNull()) { QCOMPARE(result.error, expected.error); }
+        if (!expected.output.isNull()) { QCOMPARE(result.output, expected.output); }
+        QCOMPARE(result.isCrash ? -1 : result.exitCode, expected.exitCode);
     }
 
     void setupRefusesTargetsThatCannotBeInvoked()
@@ -326,7 +312,9 @@ int main(int argc, char** argv)
         bridge.setup(SIGTERM, argv[2] == QByteArray("null") ? nullptr : &bridge, argv[2]);
         return 0;
     }
-    if (argc == 3 && argv[1] == QByteArray("case")) { return runCase(argv[2]); }
+    for (const auto& row : cases) {
+        if (argc == 3 && qstrcmp(argv[2], row.name) == 0) { return runCase(row.name, row.act); }
+    }
     QCoreApplication application(argc, argv);
     PosixSignalsTest test;
     return QTest::qExec(&test, argc, argv);
