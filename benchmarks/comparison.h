@@ -4,20 +4,26 @@
 #include <string>
 #include <vector>
 
+/** The largest ratios of our time to a peer's that are accepted. */
+struct Target {
+    double each = 0;   ///< 0 where the peer is only shown
+    double median = 0; ///< of all inputs of the operation; 0 where any will do
+};
+
 /** One way to do a thing. Returns the seconds it took where it must measure them itself, else 0. */
 struct Contender {
     std::string name;
     std::function<double()> run;
+    Target target = {};
 };
 
 /** A thing that the library does, beside others that do the same. */
 struct Comparison {
     std::string operation;
     std::string input;
-    double target; ///< our time by that of the first peer, at most
     std::function<double()> ours;
-    std::vector<Contender> peers;
-    long allocationLimit = -1; ///< heap allocations of one call at most; -1 where any number will do
+    std::vector<Contender> peers; ///< the first has a target
+    long allocationLimit = -1;    ///< heap allocations of one call at most; -1 where any number will do
     bool isSelfTimed = false;
 
     // Where the same thing is done with inputs of several sizes:
@@ -32,7 +38,7 @@ Comparison& addComparison(const Comparison& comparison);
 /** Turns a function without a result into what a contender runs. */
 template <typename Function> std::function<double()> timed(Function function)
 {
-    return [function] {
+    return [function]() mutable {
         function();
         return 0.0;
     };

@@ -77,7 +77,7 @@ void inflateByZlib(const QByteArray& data)
 
 void addInflating()
 {
-    QByteArray text = sampleText(EnglishUk, 1024 * 1024, false).toUtf8();
+    QByteArray text = sampleText(EnglishUk, 1024 * 1024, false, 1).toUtf8();
     text = text.repeated(plainSize / text.size() + 1).left(plainSize);
     QByteArray noise(plainSize, '\0');
     QRandomGenerator(1).fillRange(reinterpret_cast<quint32*>(noise.data()), plainSize / 4);
@@ -85,7 +85,7 @@ void addInflating()
         for (const bool isGzip : {false, true}) {
             const QByteArray data = compressed(isText ? text : noise, isGzip ? 15 + 16 : 15);
             addComparison({"inflate 64 MB", std::string(isText ? "text, " : "noise, ") + (isGzip ? "gzip" : "zlib"),
-                1.02, timed([data] { inflateByOrv(data); }), {{"zlib", timed([data] { inflateByZlib(data); })}},
+                timed([data] { inflateByOrv(data); }), {{"zlib", timed([data] { inflateByZlib(data); }), {1.02}}},
                 10}); // to set up the stream; none for a piece
         }
     }

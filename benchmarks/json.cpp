@@ -27,7 +27,7 @@ void addJson()
             for (int i = 1; i < depth; ++i) { keys.append(QStringLiteral("key7")); }
             keys.append(isHit ? QStringLiteral("key3") : QStringLiteral("none"));
             const QString path = keys.join(QLatin1Char('/'));
-            addComparison({"JsonPath::value", std::to_string(depth) + (isHit ? " deep, hit" : " deep, miss"), 1.15,
+            addComparison({"JsonPath::value", std::to_string(depth) + (isHit ? " deep, hit" : " deep, miss"),
                 timed([root, path] { root.value(path, 0); }), {{"chained QJsonObject", timed([object, keys] {
                                                                     QJsonObject current = object;
                                                                     for (int i = 0; i + 1 < keys.size(); ++i) {

@@ -54,7 +54,7 @@ void registerContender(std::size_t index, const std::string& name, const std::fu
     if (isBrief) {
         registered->Iterations(1);
     } else if (isSelfTimed) {
-        registered->Iterations(15);
+        registered->Iterations(5);
     } else {
         registered->MinTime(0.01);
     }
@@ -135,5 +135,7 @@ int main(int argc, char** argv)
         std::printf("%zu comparisons ran once each\n", measurements.size());
         return 0;
     }
-    return printReport(measurements) ? 0 : 1;
+    const Report report(measurements);
+    printReport(report);
+    return report.holds() ? 0 : 1;
 }

@@ -4,42 +4,14 @@
 #include <QtGlobal>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
-#include <map>
+#include <thread>
 
 #include <sys/utsname.h>
-#include <thread>
 #include <unicode/uversion.h>
 #include <zlib.h>
 
 namespace {
-
-// Forty times the work may cost fifty times as much, since caches end somewhere; for another factor
-// that is this power of it.
-const double growthPower = std::log(50) / std::log(40) - 1;
-
-// Half of the languages at least are to be this much faster than the peer.
-constexpr char plainSplitting[] = "split plain";
-constexpr double plainSplittingMedian = 0.8;
-
-std::string format(const char* pattern, double value)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, pattern, value);
-    return text;
-}
-
-std::string duration(double nanoseconds)
-{
-    const char* const units[] = {"ns", "us", "ms", "s"};
-    std::size_t unit = 0;
-    while (nanoseconds >= 1000 && unit + 1 < std::size(units)) {
-        nanoseconds /= 1000;
-        ++unit;
-    }
-    return format(nanoseconds < 10 ? "%.2f " : nanoseconds < 100 ? "%.1f " : "%.0f ", nanoseconds) + units[unit];
-}
 
 std::string bytes(long count)
 {
@@ -47,13 +19,6 @@ std::string bytes(long count)
 }
 
 const char* verdict(bool holds) { return holds ? "yes" : "**no**"; }
-
-double median(std::vector<double> values)
-{
-    std::sort(values.begin(), values.end());
-    const std::size_t half = values.size() / 2;
-    return values.size() % 2 != 0 ? values[half] : (values[half - 1] + values[half]) / 2;
-}
 
 QByteArray processor()
 {
@@ -75,118 +40,64 @@ void printMachine()
         U_ICU_VERSION);
 }
 
-using Group = std::vector<const Measurement*>;
-
-/** The measurements by a text that each gives, in the order of their first. */
-template <typename Key> std::vector<Group> grouped(const std::vector<Measurement>& measurements, Key key)
-{
-    std::vector<Group> groups;
-    std::map<std::string, std::size_t> indices;
-    for (const Measurement& measurement : measurements) {
-        const auto [entry, isNew] = indices.insert({key(measurement.comparison), groups.size()});
-        if (isNew) { groups.emplace_back(); }
-        groups[entry->second].push_back(&measurement);
-    }
-    return groups;
-}
-
-bool printSummary(const std::vector<Measurement>& measurements)
+void printRatios(const std::vector<Ratios>& rows)
 {
     std::puts("\n| Operation | Compared with | Inputs | Our time / peer's: median | worst | Target | Holds |\n"
               "|---|---|---|---|---|---|---|");
-    bool allHold = true;
-    const auto key = [](const Comparison& comparison) {
-        return comparison.operation + '|' + comparison.peers.front().name + '|' + format("%.2f", comparison.target);
-    };
-    for (const Group& group : grouped(measurements, key)) {
-        const Comparison& first = group.front()->comparison;
-        std::vector<double> ratios;
-        bool holds = true;
-        for (const Measurement* measurement : group) {
-            ratios.push_back(measurement->ratio());
-            holds = holds && measurement->holds();
-        }
-        std::string target = format("%.2f", first.target);
-        if (first.operation == plainSplitting) {
-            holds = holds && median(ratios) <= plainSplittingMedian;
-            target += format(", median %.2f", plainSplittingMedian);
-        }
-        allHold = allHold && holds;
-        std::printf("| %s | %s | %s | %.2f | %.2f | %s | %s |\n", first.operation.c_str(),
-            first.peers.front().name.c_str(),
-            group.size() == 1 ? first.input.c_str() : std::to_string(group.size()).c_str(), median(ratios),
-            *std::max_element(ratios.begin(), ratios.end()), target.c_str(), verdict(holds));
+    for (const Ratios& row : rows) {
+        const std::string target = format("%.2f", row.target.each)
+                                   + (row.target.median == 0 ? "" : format(", median %.2f", row.target.median));
+        std::printf("| %s | %s | %s | %.2f | %.2f | %s | %s |\n", row.operation.c_str(), row.peer.c_str(),
+            row.inputs.size() == 1 ? row.inputs.front().c_str() : std::to_string(row.inputs.size()).c_str(), row.median,
+            row.worst, target.c_str(), verdict(row.holds));
     }
-    return allHold;
 }
 
-bool printGrowth(const std::vector<Measurement>& measurements)
+/** The worst of each operation. */
+void printGrowth(const std::vector<Growth>& growths)
 {
-    std::string rows;
-    bool allHold = true;
-    const auto key = [](const Comparison& comparison) { return comparison.operation + '|' + comparison.series; };
-    for (const Group& group : grouped(measurements, key)) {
-        const auto timeByWork = [](const Measurement& each) { return each.ours / each.comparison.work; };
-        const Measurement& smallest = *group.front();
-        if (smallest.comparison.work == 0) { continue; }
-        std::string times;
-        double growth = 1;
-        double limit = 1;
-        bool holds = true;
-        for (const Measurement* each : group) {
-            times += (times.empty() ? "" : ", ") + each->comparison.input + ": " + duration(timeByWork(*each));
-            growth = timeByWork(*each) / timeByWork(smallest);
-            limit = std::pow(each->comparison.work / smallest.comparison.work, growthPower);
-            holds = holds && growth <= limit;
-        }
-        allHold = allHold && holds;
-        rows += "| " + smallest.comparison.operation + " | " + smallest.comparison.series + " | " + times + " | "
-                + format("%.2f | ", growth) + format("%.2f | ", limit) + verdict(holds) + " |\n";
+    if (growths.empty()) { return; }
+    std::puts("\n| Operation | Compared with | Worst of | Our growth / peer's | Target | Holds |\n"
+              "|---|---|---|---|---|---|");
+    for (auto begin = growths.begin(); begin != growths.end();) {
+        const auto end = std::find_if(
+            begin, growths.end(), [begin](const Growth& growth) { return growth.operation != begin->operation; });
+        const Growth& worst = *std::max_element(
+            begin, end, [](const Growth& one, const Growth& other) { return one.ratio() < other.ratio(); });
+        std::printf("| %s | %s | %s, %s to %s | %.2f | %.2f | %s |\n", worst.operation.c_str(), worst.peer.c_str(),
+            worst.series.c_str(), worst.inputs.front().c_str(), worst.inputs.back().c_str(), worst.ratio(),
+            Growth::largestRatio, verdict(worst.holds()));
+        begin = end;
     }
-    if (!rows.empty()) {
-        std::printf("\n| Operation | Series | Time for each unit of work | Largest by smallest | Target | Holds |\n"
-                    "|---|---|---|---|---|---|\n%s",
-            rows.c_str());
-    }
-    return allHold;
 }
 
 void printDetails(const std::vector<Measurement>& measurements)
 {
     std::puts(
-        "\n| Operation | Input | Ours | Peer | Ratio | Target | Allocations | Heap at most | Holds | Also shown |\n"
-        "|---|---|---|---|---|---|---|---|---|---|");
+        "\n| Operation | Input | Ours | Peers, and the ratio where it has a target | Allocations | Heap at most | "
+        "Holds |\n|---|---|---|---|---|---|---|");
     for (const Measurement& measurement : measurements) {
         const Comparison& comparison = measurement.comparison;
-        std::string others;
-        for (std::size_t k = 1; k < comparison.peers.size(); ++k) {
-            others += comparison.peers[k].name + ": " + duration(measurement.peers[k]) + ' ';
+        std::string peers;
+        for (std::size_t i = 0; i < comparison.peers.size(); ++i) {
+            const Contender& peer = comparison.peers[i];
+            peers += (i == 0 ? "" : "; ") + peer.name + ' ' + duration(measurement.peers[i])
+                     + (peer.target.each == 0 ? "" : ": " + format("%.2f", measurement.ratio(i)));
         }
-        const std::string input =
-            comparison.series.empty() ? comparison.input : comparison.series + ' ' + comparison.input;
-        std::printf("| %s | %s | %s | %s: %s | %.2f | %.2f | %s | %s | %s | %s|\n", comparison.operation.c_str(),
-            input.c_str(), duration(measurement.ours).c_str(), comparison.peers.front().name.c_str(),
-            duration(measurement.peers.front()).c_str(), measurement.ratio(), comparison.target,
+        std::printf("| %s | %s | %s | %s | %s | %s | %s |\n", comparison.operation.c_str(),
+            (comparison.series + (comparison.series.empty() ? "" : " ") + comparison.input).c_str(),
+            duration(measurement.ours).c_str(), peers.c_str(),
             comparison.isSelfTimed ? "" : std::to_string(measurement.heap.allocations).c_str(),
-            comparison.isSelfTimed ? "" : bytes(measurement.heap.peak).c_str(), verdict(measurement.holds()),
-            others.c_str());
+            comparison.isSelfTimed ? "" : bytes(measurement.heap.peak).c_str(), verdict(measurement.holds()));
     }
 }
 
 } // namespace
 
-bool Measurement::holds() const
-{
-    return ratio() <= comparison.target
-           && (comparison.allocationLimit < 0 || heap.allocations <= comparison.allocationLimit)
-           && (comparison.heapLimit == 0 || heap.peak <= comparison.heapLimit);
-}
-
-bool printReport(const std::vector<Measurement>& measurements)
+void printReport(const Report& report)
 {
     printMachine();
-    const bool summaryHolds = printSummary(measurements);
-    const bool growthHolds = printGrowth(measurements);
-    printDetails(measurements);
-    return summaryHolds && growthHolds;
+    printRatios(report.ratios);
+    printGrowth(report.growths);
+    printDetails(report.measurements);
 }

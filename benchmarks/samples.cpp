@@ -1,25 +1,41 @@
 #include "samples.h"
 
-#include <core/parsers/sentencetokenizer.h>
-
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <random>
+
 QList<Language> sampleLanguages() { return {German, EnglishUk, Russian, Arabic, Korean, MandarinChina, Japanese}; }
 
-QString sampleText(Language language, int length, bool isTagged)
+QString sampleText(Language language, int length, bool isTagged, quint32 seed)
 {
     QFile file(QStringLiteral(SAMPLE_DATA "/%1.txt").arg(QString::fromLatin1(convertLanguageIdToIso(language))));
     if (!file.open(QIODevice::ReadOnly)) { qFatal("no sample: %s", qPrintable(file.fileName())); }
-    const QStringList sentences = SentenceTokenizer::split(QString::fromUtf8(file.readAll()), language);
-    const QString joiner = language == MandarinChina || language == Japanese ? QString() : QStringLiteral(" ");
+    const bool hasBlanks = language != MandarinChina && language != Japanese;
+    const QString joiner = hasBlanks ? QStringLiteral(" ") : QString();
+    const auto endsSentence = [](const QString& word) { return QString::fromUtf8(".!?。？！؟").contains(word.back()); };
+    QStringList words[2]; // those that begin a sentence, those within one
+    int sentenceCount = 0;
+    bool isWithin = false;
+    for (const QString& word : QString::fromUtf8(file.readAll()).simplified().split(joiner, Qt::SkipEmptyParts)) {
+        words[isWithin].append(word);
+        isWithin = !endsSentence(word);
+        sentenceCount += isWithin ? 0 : 1;
+    }
+    const int wordCount = words[0].size() + words[1].size();
+    // The engine and its plain output are the same everywhere; the library's distributions are not.
+    std::mt19937 random(seed);
+    const auto drawn = [&random](int count) { return int(random() % quint32(count)); };
     QString text;
-    for (int i = 0; text.size() < length; ++i) {
-        if (isTagged && i % 2 == 0) { text += QStringLiteral("\\!\\vol=%1\\ ").arg(50 + i % 50); }
-        // Another order in each round, and a number here and there.
-        text += sentences[(i * 7 + i / sentences.size()) % sentences.size()] + joiner;
-        if (isTagged && i % 9 == 8) { text += QStringLiteral("\\!\\rst\\ "); }
+    while (text.size() < length) {
+        if (isTagged && drawn(2 * wordCount) < sentenceCount) {
+            text += QStringLiteral("\\!\\vol=%1\\ ").arg(50 + drawn(50));
+        }
+        if (isTagged && drawn(9 * wordCount) < sentenceCount) { text += QStringLiteral("\\!\\rst\\ "); }
+        const QString& word = words[isWithin][drawn(words[isWithin].size())];
+        isWithin = !endsSentence(word);
+        text += word + joiner;
     }
     text.truncate(length);
     return text;

@@ -1,0 +1,3 @@
+#include "codearray.h"
+
+QByteArray calledCodeOf(int value) { return codeOf(value); }

@@ -1,0 +1,114 @@
+#include "summary.h"
+
+#include <algorithm>
+#include <cstdio>
+
+namespace {
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    const std::size_t half = values.size() / 2;
+    return values.size() % 2 != 0 ? values[half] : (values[half - 1] + values[half]) / 2;
+}
+
+/** The one of @p rows that @p isSame tells of, which is made where it is missing. */
+template <typename Row, typename Predicate> Row& rowIn(std::vector<Row>& rows, Predicate isSame, const Row& made)
+{
+    const auto found = std::find_if(rows.begin(), rows.end(), isSame);
+    return found != rows.end() ? *found : rows.emplace_back(made);
+}
+
+std::vector<Ratios> ratiosOf(const std::vector<Measurement>& measurements)
+{
+    struct Row {
+        Ratios ratios;
+        std::vector<double> values;
+    };
+    std::vector<Row> rows;
+    for (const Measurement& measurement : measurements) {
+        const Comparison& comparison = measurement.comparison;
+        for (std::size_t i = 0; i < comparison.peers.size(); ++i) {
+            const Contender& peer = comparison.peers[i];
+            if (peer.target.each == 0) { continue; }
+            const auto isSame = [&](const Row& row) {
+                return row.ratios.operation == comparison.operation && row.ratios.peer == peer.name
+                       && row.ratios.target.each == peer.target.each;
+            };
+            Row& row = rowIn(rows, isSame, {{comparison.operation, peer.name, {}, peer.target, 0, 0, true}, {}});
+            row.ratios.inputs.push_back(comparison.input);
+            row.ratios.holds = row.ratios.holds && measurement.holds();
+            row.values.push_back(measurement.ratio(i));
+        }
+    }
+    std::vector<Ratios> result;
+    for (Row& row : rows) {
+        Ratios& ratios = row.ratios;
+        ratios.median = median(row.values);
+        ratios.worst = *std::max_element(row.values.begin(), row.values.end());
+        ratios.holds = ratios.holds && (ratios.target.median == 0 || ratios.median <= ratios.target.median);
+        result.push_back(ratios);
+    }
+    return result;
+}
+
+std::vector<Growth> growthsOf(const std::vector<Measurement>& measurements)
+{
+    std::vector<Growth> growths;
+    for (const Measurement& measurement : measurements) {
+        const Comparison& comparison = measurement.comparison;
+        if (comparison.work == 0) { continue; }
+        const auto isSame = [&comparison](const Growth& growth) {
+            return growth.operation == comparison.operation && growth.series == comparison.series;
+        };
+        Growth& growth = rowIn(
+            growths, isSame, {comparison.operation, comparison.series, comparison.peers.front().name, {}, {}, {}});
+        growth.inputs.push_back(comparison.input);
+        growth.ours.push_back(measurement.ours / comparison.work);
+        growth.peers.push_back(measurement.peers.front() / comparison.work);
+    }
+    return growths;
+}
+
+} // namespace
+
+bool Measurement::holds() const
+{
+    for (std::size_t i = 0; i < peers.size(); ++i) {
+        const double limit = comparison.peers[i].target.each;
+        if (limit != 0 && ratio(i) > limit) { return false; }
+    }
+    return (comparison.allocationLimit < 0 || heap.allocations <= comparison.allocationLimit)
+           && (comparison.heapLimit == 0 || heap.peak <= comparison.heapLimit);
+}
+
+Report::Report(const std::vector<Measurement>& measurements)
+    : measurements(measurements)
+    , ratios(ratiosOf(measurements))
+    , growths(growthsOf(measurements))
+{}
+
+bool Report::holds() const
+{
+    const auto holds = [](const auto& row) { return row.holds; };
+    return std::all_of(ratios.begin(), ratios.end(), holds)
+           && std::all_of(growths.begin(), growths.end(), [](const Growth& growth) { return growth.holds(); });
+}
+
+std::string format(const char* pattern, double value)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, pattern, value);
+    return text;
+}
+
+std::string duration(double nanoseconds)
+{
+    const char* const units[] = {"ns", "us", "ms", "s"};
+    std::size_t unit = 0;
+    while (nanoseconds >= 1000 && unit + 1 < std::size(units)) {
+        nanoseconds /= 1000;
+        ++unit;
+    }
+    return format(nanoseconds < 10 ? "%.2f " : nanoseconds < 100 ? "%.1f " : "%.0f ", nanoseconds) + units[unit];
+}
