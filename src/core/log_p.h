@@ -15,3 +15,6 @@
 
 /** A log line of a level such as warning, which begins with the signature as most do. */
 #define ORV_LOG(level, signature) ORV_LOGGER(signature).level() << (signature)
+
+/** The context of such a line, for one that is handed over as a ready text. */
+#define ORV_LOG_CONTEXT(signature) QMessageLogContext(__FILE__, __LINE__, signature, "default")

@@ -4,6 +4,7 @@
 #include <support/logcapture.h>
 #include <support/plainways.h>
 
+#include <QLoggingCategory>
 #include <QTest>
 
 #include <atomic>
@@ -11,11 +12,12 @@
 namespace {
 
 const QStringList fragments =
-    QString::fromUtf8(R"(.|!|?|⁉|؟|⸮|。|．|！|｡|﹗| | | |
+    QString::fromUtf8(R"(.|!|?|⁇|⁈|⁉|؟|⸮|。|．|！|？|｡|﹒|﹖|﹗|︒|︕|︖| | | |
 |a|Word|ein Satz mit vielen kleinen Worten|É|ß|ǅ|文字|ไทย|한국|1|23|٣|Ⅳ|½|𝟗|😀|,|\|\!|\!\|=|rst\|\!\rst\ |\!\rst\|
 |\!\lang=de\ |\!\vol=8\	|\!\rate=5\ |\!\toi=x\|\!\domain=a.b\ |\!\pau=1\ |\!\x=\!\rst\ |\!\=1\ |\!\a==\ )")
         .split(QLatin1Char('|'))
-    + QString::fromUtf16(u"\u0085|\u00A0|\u2028|\u3000|\xD83D|\xDE00").split(QLatin1Char('|'));
+    + QString::fromUtf16(u"\u0085|\u00A0|\u1680|\u2028|\u205F|\u3000|\xD83D|\xDE00").split(QLatin1Char('|'))
+    + QStringList({QString(QChar(0)), u("С"), u("Ю"), u("п")}); // as far from terminators as their table is long
 
 } // namespace
 
@@ -58,14 +60,23 @@ private Q_SLOTS:
         QCOMPARE(log.takeTexts(), QStringList());
     }
 
+    void rulesOfTheLogSilenceTheLine()
+    {
+        LogCapture log;
+        QLoggingCategory::setFilterRules(u("default.debug=false"));
+        SentenceTokenizer::split(u("Ja."), German);
+        QLoggingCategory::setFilterRules(QString());
+        QCOMPARE(log.takeTexts(), QStringList());
+    }
+
     void splitsLikeThePlainWay()
     {
         LogCapture log;
         QRandomGenerator random(1);
         for (int round = testRounds(); round > 0; --round) {
             const QString text = randomText(random, fragments, 40);
-            for (const Language language :
-                {German, Arabic, MandarinChina, Korean, Japanese, CantoneseChina, InvalidLanguage}) {
+            for (const Language language : {German, Arabic, Korean, Japanese, MandarinTaiwan, MandarinChina,
+                     CantoneseHongKong, CantoneseChina, InvalidLanguage}) {
                 const QStringList expected = splitPlainly(text, language);
                 QVERIFY2(SentenceTokenizer::split(text, language) == expected,
                     qPrintable(u("%1: %2").arg(language).arg(text)));

@@ -4,95 +4,101 @@
 
 #include <QString>
 #include <QStringView>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <iterator>
 #include <string_view>
-#include <vector>
 
 namespace {
 
-/** A small constant set of characters, quick to answer that a character is no member. */
-class CharacterSet
+/** The characters that end a sentence, at most one in a slot, so that one comparison finds each. */
+class Terminators
 {
 public:
-    constexpr explicit CharacterSet(std::u16string_view members)
-        : members(members)
+    constexpr explicit Terminators(std::u16string_view members)
+        : count(members.size())
     {
         for (const char16_t member : members) {
-            filter |= bitOf(member);
+            slots[member % slotCount] = member;
         }
     }
 
     constexpr bool contains(char16_t character) const
     {
-        return (filter & bitOf(character)) != 0 && members.find(character) != members.npos;
+        return slots[character % slotCount] == character;
+    }
+
+    /** Whether no member has taken the slot of another. */
+    constexpr bool isExact() const
+    {
+        std::size_t found = 0;
+        for (std::size_t i = 0; i < slotCount; ++i) {
+            found += slots[i] % slotCount == i ? 1 : 0;
+        }
+        return found == count;
     }
 
 private:
-    static constexpr quint64 bitOf(char16_t character)
-    {
-        return Q_UINT64_C(1) << (character % 64);
-    }
+    static constexpr std::size_t slotCount = 1024; // the least power of two without a clash
 
-    quint64 filter = 0;
-    std::u16string_view members;
+    char16_t slots[slotCount] = {1}; // a free one holds a character that belongs into another
+    std::size_t count;
 };
+
+// The full stop is no terminator in Chinese, nor the Latin question mark in Arabic. Each set holds
+// "!", so cutting sees all openings of tags.
+constexpr Terminators latinTerminators(u"!.?\u2047\u2048\u2049");
+constexpr Terminators arabicTerminators(u"!.\u061F\u2E2E");
+constexpr Terminators chineseTerminators(
+    u"!?\u2047\u2048\u2049\u3002\uFE52\uFE56\uFE57\uFE12\uFE15\uFE16\uFF01\uFF1F\uFF61");
+constexpr Terminators japaneseTerminators(
+    u"!?\u2047\u2048\u2049\u3002\uFE52\uFE56\uFE57\uFE12\uFE15\uFE16\uFF01\uFF1F\uFF61\uFF0E");
+static_assert(latinTerminators.isExact() && arabicTerminators.isExact()
+              && chineseTerminators.isExact() && japaneseTerminators.isExact());
 
 /** How the sentences of some languages are told apart. */
-struct Configuration
+struct Rules
 {
-    CharacterSet terminators; // end a sentence
-    CharacterSet clauseMarks; // part clauses; splitting does not heed them yet
-    bool noWordSpacing;       // sentences are joined without a blank
-    bool contextualSplit;     // what stands around a terminator decides; the spaces are counted
-    bool spareFlag;           // not heeded
-    int lengthLimit;          // not heeded
-    int minSpaces;            // with contextualSplit, a sentence with fewer blanks is merged
-    int spaceLimit;           // not heeded
-    int minLength = 10;       // a sentence with fewer UTF-16 code units is merged
+    const Terminators& terminators;
+    bool hasWordSpacing; // a blank joins sentences
+    bool isContextual;   // what stands around a terminator decides; the blanks are counted
 };
 
-// The full stop is no terminator in Chinese, nor the Latin question mark in Arabic.
-constexpr CharacterSet latinTerminators(u"!.?\u2047\u2048\u2049");
-constexpr CharacterSet latinClauseMarks(u",;");
-constexpr CharacterSet arabicTerminators(u"!.\u061F\u2E2E");
-constexpr CharacterSet arabicClauseMarks(u"\u060C\u061B");
-constexpr CharacterSet chineseTerminators(
-    u"!?\u2047\u2048\u2049\u3002\uFE52\uFE56\uFE57\uFE12\uFE15\uFE16\uFF01\uFF1F\uFF61");
-constexpr CharacterSet chineseClauseMarks(u";\u3001\uFF0C\uFE10\uFE11\uFE14\uFF1B");
-constexpr CharacterSet japaneseTerminators(
-    u"!?\u2047\u2048\u2049\u3002\uFE52\uFE56\uFE57\uFE12\uFE15\uFE16\uFF01\uFF1F\uFF61\uFF0E");
-constexpr CharacterSet japaneseClauseMarks(u"\u3001\uFE11");
+constexpr Rules defaultRules = {latinTerminators, true, true};
+constexpr Rules arabicRules = {arabicTerminators, true, false};
+constexpr Rules chineseRules = {chineseTerminators, false, false};
+constexpr Rules japaneseRules = {japaneseTerminators, false, false};
+constexpr Rules koreanRules = {latinTerminators, true, false};
 
-constexpr Configuration defaultConfiguration = {
-    latinTerminators, latinClauseMarks, false, true, false, 200, 5, 30};
-constexpr Configuration arabicConfiguration = {
-    arabicTerminators, arabicClauseMarks, false, false, true, 100, 5, 20};
-constexpr Configuration chineseConfiguration = {
-    chineseTerminators, chineseClauseMarks, true, false, false, 30, 0, 0};
-constexpr Configuration japaneseConfiguration = {
-    japaneseTerminators, japaneseClauseMarks, true, false, false, 50, 0, 0};
-constexpr Configuration koreanConfiguration = {
-    latinTerminators, latinClauseMarks, false, false, false, 100, 5, 20};
+// A sentence with fewer UTF-16 code units is merged; with contextual rules one of fewer blanks, too.
+constexpr int minLength = 10;
+constexpr int minBlanks = 5;
 
-const Configuration& configurationOf(Language language)
+const Rules& rulesOf(Language language)
 {
     switch (language) {
     case Arabic:
-        return arabicConfiguration;
+        return arabicRules;
     case MandarinTaiwan:
     case MandarinChina:
     case CantoneseHongKong:
     case CantoneseChina:
-        return chineseConfiguration;
+        return chineseRules;
     case Japanese:
-        return japaneseConfiguration;
+        return japaneseRules;
     case Korean:
-        return koreanConfiguration;
+        return koreanRules;
     default:
-        return defaultConfiguration;
+        return defaultRules;
     }
+}
+
+/** As QChar tells, without a look into its tables for the letters of most scripts. */
+bool isSpace(char16_t character)
+{
+    const bool canBe = character <= 0xA0 || (character >= 0x1680 && character <= 0x3000);
+    return canBe && QChar(character).isSpace();
 }
 
 /** The inline tags in force, one of each rank at most, as views into the sentences they are in. */
@@ -101,36 +107,35 @@ class CarriedTags
 public:
     int length() const
     {
-        qsizetype length = 0;
-        for (const std::u16string_view tag : tags) {
-            length += qsizetype(tag.size());
-        }
-        return int(length);
+        return totalLength;
     }
 
     /** Copies the tags to @p out; returns what follows them there. */
     char16_t* write(char16_t* out) const
     {
-        for (const std::u16string_view tag : tags) {
-            out = std::copy(tag.begin(), tag.end(), out);
+        if (totalLength > 0) {
+            for (const std::u16string_view tag : tags) {
+                out = std::copy(tag.begin(), tag.end(), out);
+            }
         }
         return out;
     }
 
     /**
-     * Takes in the tags and resets of one sentence.
+     * Takes in the tags and resets of one sentence, in which @p openings of them start at most.
      *
      * A tag is what the pattern `\\!(\\)(\S+)=(\S+)(\\)(\s)` finds, a reset `\\!(\\)(rst)(\\)(\s)`.
      * Either ends with the run of non-blanks it starts in, so a run holds one at the most, and
      * nothing behind the last blank counts. A run that ends with a reset holds no tag: that would
      * start before the reset.
      */
-    void update(std::u16string_view sentence)
+    void update(std::u16string_view sentence, int openings)
     {
         std::size_t start = 0;
-        while ((start = sentence.find(opening, start)) != sentence.npos) {
-            const auto blank = std::find_if(sentence.begin() + std::ptrdiff_t(start),
-                sentence.end(), [](char16_t character) { return QChar(character).isSpace(); });
+        for (; openings > 0 && (start = sentence.find(opening, start)) != sentence.npos;
+             --openings) {
+            const auto blank =
+                std::find_if(sentence.begin() + std::ptrdiff_t(start), sentence.end(), isSpace);
             if (blank == sentence.end()) {
                 return;
             }
@@ -153,7 +158,7 @@ private:
     {
         const std::u16string_view body = run.substr(0, run.size() - 1);
         if (body.size() >= reset.size() && body.substr(body.size() - reset.size()) == reset) {
-            std::fill(std::begin(tags), std::end(tags), std::u16string_view());
+            *this = CarriedTags();
             return;
         }
         // Name and value hold one character at least; the name goes up to the last "=" that fits.
@@ -163,7 +168,10 @@ private:
         }
         const std::size_t equals = body.rfind(u'=', body.size() - 3);
         if (equals != body.npos && equals > opening.size()) {
-            tags[rankOf(body.substr(opening.size(), equals - opening.size()))] = run;
+            std::u16string_view& tag =
+                tags[rankOf(body.substr(opening.size(), equals - opening.size()))];
+            totalLength += int(run.size()) - int(tag.size());
+            tag = run;
         }
     }
 
@@ -173,6 +181,7 @@ private:
     }
 
     std::u16string_view tags[rankCount];
+    int totalLength = 0;
 };
 
 /** What stands between two cuts, without the white space around it; never empty. */
@@ -187,33 +196,36 @@ struct Sentence
 {
     int firstPiece;
     int pieceCount;
-    int length; // with the joiners
-    int blanks; // with the joiners; exact only below the configuration's minSpaces
+    int length;   // with the joiners
+    int blanks;   // with the joiners; exact only below minBlanks
+    int openings; // of tags
 };
 
 /** The splitting of one text, step by step. */
 class Splitter
 {
 public:
-    Splitter(const QString& input, const Configuration& rules)
-        : text(QStringView(input).utf16(), std::size_t(input.size()))
-        , configuration(rules)
-        , joinerLength(rules.noWordSpacing ? 0 : 1)
-    {
-        pieces.reserve(text.size() / 32 + 1);
-        sentences.reserve(text.size() / 32 + 1);
-    }
+    Splitter(const QString& input, const Rules& rules)
+        : text(trimmed(input))
+        , terminators(rules.terminators)
+        , isContextual(rules.isContextual)
+        , joinerLength(rules.hasWordSpacing ? 1 : 0)
+    {}
 
     void cut()
     {
         std::size_t begin = 0;
-        for (std::size_t i = 0; i < text.size(); ++i) {
-            if (configuration.terminators.contains(text[i]) && cutsAt(i)) {
-                addPiece(begin, i + 1);
+        int openings = 0;
+        for (std::size_t i = 0; (i = findTerminator(i)) != text.size(); ++i) {
+            if (text[i] == u'!' && i > 0 && text[i - 1] == u'\\') {
+                ++openings;
+            } else if (!isContextual || i + 1 == text.size() || isSpace(text[i + 1])) {
+                addPiece(begin, i + 1, openings);
                 begin = i + 1;
+                openings = 0;
             }
         }
-        addPiece(begin, text.size());
+        addPiece(begin, text.size(), openings);
     }
 
     /**
@@ -222,10 +234,10 @@ public:
      */
     void mergeShortSentences()
     {
-        const auto begin = sentences.begin();
-        const auto end = sentences.end();
-        auto done = begin;
-        for (auto next = begin; next != end;) {
+        Sentence* const begin = sentences.begin();
+        Sentence* const end = sentences.end();
+        Sentence* done = begin;
+        for (Sentence* next = begin; next != end;) {
             Sentence current = *next++;
             while (isShort(current) && next != end
                    && (done == begin || (done - 1)->length > next->length)) {
@@ -237,71 +249,76 @@ public:
                 *done++ = current;
             }
         }
-        sentences.erase(done, end);
+        sentences.resize(int(done - begin));
     }
 
     /** The sentences, each with the tags in front that were in force at the end of the last. */
     QStringList sentencesWithTags() const
     {
-        const bool hasTags = text.find(u'\\') != text.npos;
         CarriedTags tags;
         QStringList result;
-        result.reserve(int(sentences.size()));
+        result.reserve(sentences.size());
         for (const Sentence& sentence : sentences) {
             const int tagsLength = tags.length();
-            QString joined(tagsLength + sentence.length, Qt::Uninitialized);
-            auto* const out = reinterpret_cast<char16_t*>(joined.data());
+            // Moved into its place: a copy would cost two changes of the count of references.
+            result.append(QString());
+            result.last() = QString(tagsLength + sentence.length, Qt::Uninitialized);
+            auto* const out = reinterpret_cast<char16_t*>(result.last().data());
             write(sentence, tags.write(out));
-            result.append(joined);
-            if (hasTags) {
-                tags.update(std::u16string_view(out + tagsLength, std::size_t(sentence.length)));
-            }
+            tags.update({out + tagsLength, std::size_t(sentence.length)}, sentence.openings);
         }
         return result;
     }
 
 private:
+    /** Without white space at its end, the text has none at the end of any piece. */
+    static std::u16string_view trimmed(QStringView text)
+    {
+        const QStringView result = text.trimmed();
+        return {result.utf16(), std::size_t(result.size())};
+    }
+
     QChar at(std::size_t index) const
     {
         return QChar(text[index]);
     }
 
-    bool cutsAt(std::size_t index) const
+    std::size_t findTerminator(std::size_t from) const
     {
-        if (configuration.contextualSplit && index + 1 < text.size() && !at(index + 1).isSpace()) {
-            return false;
-        }
-        const bool opensTag = text[index] == u'!' && index > 0 && text[index - 1] == u'\\';
-        return !opensTag;
+        const auto found = std::find_if(text.begin() + std::ptrdiff_t(from), text.end(),
+            [this](char16_t character) { return terminators.contains(character); });
+        return std::size_t(found - text.begin());
     }
 
-    void addPiece(std::size_t begin, std::size_t end)
+    void addPiece(std::size_t begin, std::size_t end, int openings)
     {
-        while (begin < end && at(begin).isSpace()) {
+        while (begin < end && isSpace(text[begin])) {
             ++begin;
-        }
-        while (begin < end && at(end - 1).isSpace()) {
-            --end;
         }
         if (begin == end) {
             return;
         }
-        const Sentence piece = {int(pieces.size()), 1, int(end - begin), countBlanks(begin, end)};
-        if (configuration.contextualSplit && !sentences.empty()
-            && continues(sentences.back(), at(begin))) {
+        Sentence piece = {pieces.size(), 1, int(end - begin), 0, openings};
+        if (isContextual) {
+            piece.blanks = countBlanks(begin, end);
+        }
+        if (isContextual && !sentences.isEmpty() && continues(sentences.back(), at(begin))) {
             append(sentences.back(), piece);
         } else {
-            sentences.push_back(piece);
+            sentences.append(piece);
         }
-        pieces.push_back({int(begin), int(end)});
+        pieces.append({int(begin), int(end)});
     }
 
+    /** Counts in blocks, which needs no decision for each character, until there are enough. */
     int countBlanks(std::size_t begin, std::size_t end) const
     {
-        const int enough = configuration.contextualSplit ? configuration.minSpaces : 0;
-        int blanks = 0;
-        for (std::size_t i = begin; i < end && blanks < enough; ++i) {
-            blanks += text[i] == u' ' ? 1 : 0;
+        quint16 blanks = 0;
+        while (begin < end && blanks < minBlanks) {
+            const std::size_t blockEnd = std::min(begin + 32, end);
+            for (; begin < blockEnd; ++begin) {
+                blanks = quint16(blanks + (text[begin] == u' ' ? 1 : 0));
+            }
         }
         return blanks;
     }
@@ -309,14 +326,14 @@ private:
     /** Whether the terminator behind @p sentence ended an abbreviation or an ordinal number. */
     bool continues(const Sentence& sentence, QChar next) const
     {
-        if (next.isLetter() && !next.isUpper()) {
+        if (!next.isUpper() && next.isLetter()) {
             return true;
         }
         // The very first character of a sentence does not count as a number: "5. Next" are two.
-        const Piece& last = pieces[std::size_t(sentence.firstPiece + sentence.pieceCount - 1)];
+        const Piece& last = pieces[sentence.firstPiece + sentence.pieceCount - 1];
         const int first = sentence.pieceCount == 1 ? last.begin + 1 : last.begin;
         for (int i = last.end - 1; i >= first; --i) {
-            if (!configuration.terminators.contains(text[std::size_t(i)])) {
+            if (!terminators.contains(text[std::size_t(i)])) {
                 return at(std::size_t(i)).isNumber();
             }
         }
@@ -325,8 +342,7 @@ private:
 
     bool isShort(const Sentence& sentence) const
     {
-        return sentence.length < configuration.minLength
-               || (configuration.contextualSplit && sentence.blanks < configuration.minSpaces);
+        return sentence.length < minLength || (isContextual && sentence.blanks < minBlanks);
     }
 
     void append(Sentence& sentence, const Sentence& next) const
@@ -334,6 +350,7 @@ private:
         sentence.pieceCount += next.pieceCount;
         sentence.length += joinerLength + next.length;
         sentence.blanks += joinerLength + next.blanks;
+        sentence.openings += next.openings;
     }
 
     void write(const Sentence& sentence, char16_t* out) const
@@ -342,17 +359,25 @@ private:
             if (i > 0 && joinerLength > 0) {
                 *out++ = u' ';
             }
-            const Piece& piece = pieces[std::size_t(sentence.firstPiece + i)];
+            const Piece& piece = pieces[sentence.firstPiece + i];
             out = std::copy(text.data() + piece.begin, text.data() + piece.end, out);
         }
     }
 
     const std::u16string_view text;
-    const Configuration& configuration;
+    const Terminators& terminators;
+    const bool isContextual;
     const int joinerLength;
-    std::vector<Piece> pieces;
-    std::vector<Sentence> sentences;
+    QVarLengthArray<Piece, 32> pieces;
+    QVarLengthArray<Sentence, 32> sentences;
 };
+
+/** Tells that a text was split: with a ready text, which costs a sixth of a debug stream. */
+void logSplit()
+{
+    qt_message_output(QtDebugMsg, ORV_LOG_CONTEXT("void<unnamed>::modifyTags(QStringList&)"),
+        QStringLiteral("void<unnamed>::modifyTags(QStringList&)"));
+}
 
 } // namespace
 
@@ -361,12 +386,10 @@ QStringList SentenceTokenizer::split(const QString& text, Language language)
     if (text.isEmpty()) {
         return QStringList();
     }
-    Splitter splitter(text, configurationOf(language));
+    Splitter splitter(text, rulesOf(language));
     splitter.cut();
     splitter.mergeShortSentences();
 
-    // The line tells that a text was split; printed plainly, it costs a fraction of a debug stream.
-    static constexpr char here[] = "void<unnamed>::modifyTags(QStringList&)";
-    ORV_LOGGER(here).debug("%s", here);
+    logSplit();
     return splitter.sentencesWithTags();
 }
