@@ -5,7 +5,6 @@
 #include <QStringView>
 #include <QTextStream>
 #include <QVarLengthArray>
-#include <QVector>
 
 #include <algorithm>
 
@@ -22,13 +21,13 @@ struct Range
 
 Q_DECLARE_TYPEINFO(Range, Q_PRIMITIVE_TYPE);
 
-// A row keeps its line, not a string for each field, which saves a third of a large table's memory.
-// What is handed out to be changed gets a string that stays in its place.
+// A row keeps its line, not a string for each field, and shares the places of its columns with the
+// other rows: two allocations. What is handed out to be changed gets a string that stays in place.
 struct EcoFile::Row::Data : QSharedData
 {
     QString line;
-    QStringList columns;
-    QVector<Range> fields; // one for each column
+    QHash<QString, int> places; // of the columns among the fields
+    QVarLengthArray<Range, 8> fields;
     QMap<QString, QString> changed;
     quint16 entryId = 0;
 };
@@ -153,7 +152,7 @@ quint16 EcoFile::Row::entryId() const
 
 int EcoFile::Row::length() const
 {
-    return data->columns.size();
+    return data->places.size();
 }
 
 QString& EcoFile::Row::operator[](const QString& column)
@@ -163,8 +162,8 @@ QString& EcoFile::Row::operator[](const QString& column)
         return *entry;
     }
     const QString text = qAsConst(*this)[column];
-    if (!data->columns.contains(column)) {
-        data->columns.append(column);
+    if (!data->places.contains(column)) {
+        data->places.insert(column, data->fields.size());
         data->fields.append(Range{0, 0});
     }
     return *data->changed.insert(column, text);
@@ -172,14 +171,16 @@ QString& EcoFile::Row::operator[](const QString& column)
 
 QString EcoFile::Row::operator[](const QString& column) const
 {
-    const int place = data->columns.indexOf(column);
-    if (place < 0) {
+    const auto place = data->places.constFind(column);
+    if (place == data->places.constEnd()) {
         return QString();
     }
     const auto entry = data->changed.constFind(column);
-    return entry != data->changed.constEnd()
-               ? *entry
-               : data->line.mid(data->fields[place].begin, data->fields[place].length);
+    if (entry != data->changed.constEnd()) {
+        return *entry;
+    }
+    const Range field = data->fields[*place];
+    return data->line.mid(field.begin, field.length);
 }
 
 bool EcoFile::parse(const QString& fileName)
@@ -242,15 +243,16 @@ void EcoFile::parseDataLine(const QString& line)
         return;
     }
     Row row;
-    row.data->line = QString(line.constData(), line.size()); // without what the reader reserved
-    row.data->columns = distinctColumns;
-    row.data->fields.resize(distinctColumns.size());
+    Row::Data& data = *row.data;
+    data.line = QString(line.constData(), line.size()); // without what the reader reserved
+    data.places = placesByName;
+    data.fields.resize(distinctColumns.size());
     for (int i = 0; i < fields.size(); ++i) {
         const QStringView field = unquoted(fields[i]);
-        row.data->fields[columnPlaces[i]] = {
+        data.fields[columnPlaces[i]] = {
             int(field.begin() - QStringView(line).begin()), int(field.size())};
     }
-    row.data->entryId = quint16(rowList.size() + 1);
+    data.entryId = quint16(rowList.size() + 1);
     rowList.append(row);
 }
 
