@@ -15,8 +15,9 @@ void addStore()
     QHash<QString, QByteArray> table;
     for (int i = 0; i < 50'000; ++i) {
         const QString path = QStringLiteral("/opt/speech/data/de_DE/prompts/%1.dat").arg(i);
-        manager->insert(path, German, QByteArray::number(i).rightJustified(32, '0'), Manager::DefaultChecksum);
-        table.insert(Manager::ChecksumKey(path, German, Manager::DefaultChecksum).toString(), QByteArray());
+        const QByteArray checksum = QByteArray::number(i).rightJustified(32, '0');
+        manager->insert(path, German, checksum, Manager::DefaultChecksum);
+        table.insert(Manager::ChecksumKey(path, German, Manager::DefaultChecksum).toString(), checksum);
     }
     manager->writePersistentData();
     const auto readDocument = [fileName] {

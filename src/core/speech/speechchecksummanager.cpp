@@ -116,6 +116,19 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
            || (file.error() == QFileDevice::RenameError && writeInPlace(fileName, content));
 }
 
+QString keyText(
+    const QString& filePath, Language language, SpeechChecksumManager::ChecksumType type)
+{
+    using Manager = SpeechChecksumManager;
+    const QByteArray iso = convertLanguageIdToIso(language);
+    // Every look-up makes a key, so the usual types cost no allocation.
+    const QByteArray number = type == Manager::DefaultChecksum     ? QByteArrayLiteral("1")
+                              : type == Manager::AlternateChecksum ? QByteArrayLiteral("0")
+                                                                   : QByteArray::number(type);
+    return filePath % QLatin1Char(';') % QLatin1String(iso) % QLatin1Char(';')
+           % QLatin1String(number);
+}
+
 } // namespace
 
 SpeechChecksumManager::ChecksumKey::ChecksumKey(
@@ -138,13 +151,7 @@ SpeechChecksumManager::ChecksumKey::ChecksumKey(const QString& key)
 
 QString SpeechChecksumManager::ChecksumKey::toString() const
 {
-    const QByteArray iso = convertLanguageIdToIso(language);
-    // Every look-up makes a key, so the usual types cost no allocation.
-    const QByteArray number = type == DefaultChecksum     ? QByteArrayLiteral("1")
-                              : type == AlternateChecksum ? QByteArrayLiteral("0")
-                                                          : QByteArray::number(type);
-    return filePath % QLatin1Char(';') % QLatin1String(iso) % QLatin1Char(';')
-           % QLatin1String(number);
+    return keyText(filePath, language, type);
 }
 
 SpeechChecksumManager::SpeechChecksumManager()
@@ -169,14 +176,14 @@ SpeechChecksumManager::SpeechChecksumManager()
 QByteArray SpeechChecksumManager::checksum(
     const QString& filePath, Language language, ChecksumType type) const
 {
-    return checksums.value(ChecksumKey(filePath, language, type).toString());
+    return checksums.value(keyText(filePath, language, type));
 }
 
 void SpeechChecksumManager::insert(
     const QString& filePath, Language language, const QByteArray& checksum, ChecksumType type)
 {
     if (!checksum.isNull()) {
-        checksums.insert(ChecksumKey(filePath, language, type).toString(), checksum);
+        checksums.insert(keyText(filePath, language, type), checksum);
     }
 }
 
@@ -187,8 +194,8 @@ void SpeechChecksumManager::insert(const QString& filePath, Language language, C
 
 void SpeechChecksumManager::remove(const QString& filePath, Language language)
 {
-    checksums.remove(ChecksumKey(filePath, language, DefaultChecksum).toString());
-    checksums.remove(ChecksumKey(filePath, language, AlternateChecksum).toString());
+    checksums.remove(keyText(filePath, language, DefaultChecksum));
+    checksums.remove(keyText(filePath, language, AlternateChecksum));
 }
 
 QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath)
