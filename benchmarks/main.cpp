@@ -1,8 +1,9 @@
 // Runs the library beside its peers, interleaved, and prints tables of what each took.
-// usage: orvbench [--brief] [FILTER]   --brief runs each once and only says so
+// usage: orvbench [--brief] [--picture FILE] [FILTER]   --brief runs each once and only says so
 
 #include "comparison.h"
 #include "heap.h"
+#include "picture.h"
 #include "report.h"
 
 #include <benchmark/benchmark.h>
@@ -105,10 +106,13 @@ int main(int argc, char** argv)
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
     bool isBrief = false;
+    const char* picture = nullptr;
     std::regex filter("");
     for (int i = 1; i < argc; ++i) {
         if (std::string(argv[i]) == "--brief") {
             isBrief = true;
+        } else if (std::string(argv[i]) == "--picture" && i + 1 < argc) {
+            picture = argv[++i];
         } else {
             filter = std::regex(argv[i], std::regex::icase);
         }
@@ -137,5 +141,6 @@ int main(int argc, char** argv)
     }
     const Report report(measurements);
     printReport(report);
+    if (picture != nullptr) { writePicture(report, picture); }
     return report.holds() ? 0 : 1;
 }

@@ -37,7 +37,7 @@ std::vector<Ratios> ratiosOf(const std::vector<Measurement>& measurements)
             };
             Row& row = rowIn(rows, isSame, {{comparison.operation, peer.name, {}, peer.target, 0, 0, true}, {}});
             row.ratios.inputs.push_back(comparison.input);
-            row.ratios.holds = row.ratios.holds && measurement.holds();
+            row.ratios.holds = row.ratios.holds && measurement.holds(i);
             row.values.push_back(measurement.ratio(i));
         }
     }
@@ -72,14 +72,20 @@ std::vector<Growth> growthsOf(const std::vector<Measurement>& measurements)
 
 } // namespace
 
+bool Measurement::holds(std::size_t peer) const
+{
+    const double limit = comparison.peers[peer].target.each;
+    return (limit == 0 || ratio(peer) <= limit)
+           && (comparison.allocationLimit < 0 || heap.allocations <= comparison.allocationLimit)
+           && (comparison.heapLimit == 0 || heap.peak <= comparison.heapLimit);
+}
+
 bool Measurement::holds() const
 {
     for (std::size_t i = 0; i < peers.size(); ++i) {
-        const double limit = comparison.peers[i].target.each;
-        if (limit != 0 && ratio(i) > limit) { return false; }
+        if (!holds(i)) { return false; }
     }
-    return (comparison.allocationLimit < 0 || heap.allocations <= comparison.allocationLimit)
-           && (comparison.heapLimit == 0 || heap.peak <= comparison.heapLimit);
+    return true;
 }
 
 Report::Report(const std::vector<Measurement>& measurements)

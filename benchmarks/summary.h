@@ -12,6 +12,7 @@ struct Measurement {
     HeapUse heap;
 
     double ratio(std::size_t peer) const { return ours / peers[peer]; }
+    bool holds(std::size_t peer) const; ///< with the use of the heap
     bool holds() const;
 };
 

@@ -210,7 +210,11 @@ public:
         , terminators(rules.terminators)
         , isContextual(rules.isContextual)
         , joinerLength(rules.hasWordSpacing ? 1 : 0)
-    {}
+    {
+        constexpr std::size_t usualLength = 32;
+        pieces.reserve(int(text.size() / usualLength));
+        sentences.reserve(int(text.size() / usualLength));
+    }
 
     void cut()
     {
