@@ -57,7 +57,7 @@ private:
 /** A row for each operation and peer, on a scale of powers. @return where it ends */
 double drawRatios(Svg& svg, const std::vector<Ratios>& rows, double top)
 {
-    constexpr double left = 330;
+    constexpr double left = 380;
     constexpr double right = width - 90;
     constexpr double least = 0.03;
     constexpr double most = 5;
@@ -82,7 +82,8 @@ double drawRatios(Svg& svg, const std::vector<Ratios>& rows, double top)
         svg.line(xOf(row.median), y - 4, xOf(row.worst), y - 4, colour, 2);
         svg.dot(xOf(row.median), y - 4, colour);
         svg.line(xOf(row.target.each), y - 10, xOf(row.target.each), y + 2, grey, 2);
-        svg.text(right + 10, y, format("%.2f to ", row.median) + format("%.2f", row.worst));
+        const std::string worst = row.inputs.size() == 1 ? "" : format(" to %.2f", row.worst);
+        svg.text(right + 10, y, format("%.2f", row.median) + worst);
     }
     return bottom;
 }
@@ -94,8 +95,9 @@ void drawSeries(Svg& svg, const Growth& growth, double left, double top, double 
     svg.text(left, top - 6, growth.operation + ", " + growth.series, "start", growth.holds() ? black : red);
     svg.line(left, bottom, left + chartWidth, bottom, grey);
     svg.line(left, top, left, bottom, grey);
-    const double most = std::max(*std::max_element(growth.ours.begin(), growth.ours.end()),
-        *std::max_element(growth.peers.begin(), growth.peers.end()));
+    const double most = 1.25
+                        * std::max(*std::max_element(growth.ours.begin(), growth.ours.end()),
+                            *std::max_element(growth.peers.begin(), growth.peers.end()));
     const auto draw = [&](const std::vector<double>& times, const char* colour) {
         const double step = chartWidth / double(times.size());
         for (std::size_t i = 0; i < times.size(); ++i) {
@@ -107,7 +109,8 @@ void drawSeries(Svg& svg, const Growth& growth, double left, double top, double 
     };
     draw(growth.peers, grey);
     draw(growth.ours, blue);
-    svg.text(left + 4, top + 4, duration(most));
+    svg.text(left + 4, top + 10, duration(most));
+    svg.line(left - 4, top, left, top, grey);
     svg.text(left, bottom + 14, growth.inputs.front());
     svg.text(left + chartWidth, bottom + 14, growth.inputs.back(), "end");
 }
@@ -117,12 +120,12 @@ double drawGrowths(Svg& svg, const std::vector<Growth>& growths, double top)
 {
     constexpr int chartsInRow = 5;
     constexpr double pitch = (width - 2 * margin) / chartsInRow;
-    constexpr double rowHeight = 135;
+    constexpr double rowHeight = 145;
     svg.text(margin, top, "The time for each character, or each row of a table, by the size of the text: ours blue,");
     svg.text(margin, top + 15, "the floor's (the plain reader's) grey. A level line is linear growth.");
     double y = top + 45;
     for (std::size_t i = 0; i < growths.size(); ++i) {
-        drawSeries(svg, growths[i], margin + pitch * double(i % chartsInRow), y, pitch - 24, rowHeight - 50);
+        drawSeries(svg, growths[i], margin + pitch * double(i % chartsInRow), y, pitch - 24, rowHeight - 55);
         if (i % chartsInRow == chartsInRow - 1 || i + 1 == growths.size()) { y += rowHeight; }
     }
     return y - 20;
