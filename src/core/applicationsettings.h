@@ -10,15 +10,13 @@
 class QString;
 
 /**
- * The settings of the running application: a JSON object in a file beside its executable, named
- * after the application with ".json" behind it (QCoreApplication::applicationDirPath() and
- * applicationName()).
+ * The settings of the running application: a JSON object in the file applicationName() + ".json" in
+ * applicationDirPath(), both of QCoreApplication.
  *
- * Every look-up reads the file until it holds an object with a member, and none does afterwards; so
- * a file that is missing, broken, empty or an array is read each time. Not to be used any more once
- * main has returned.
+ * The first look-up loads the file. If it is missing, invalid, an array or an empty object, the
+ * next look-up tries again; once loaded, it is not read again. Do not use after main has returned.
  *
- * Thread-safety: the first look-up that succeeds must be over before other threads look up.
+ * Thread-safety: other threads may look up values after one look-up has loaded the file.
  */
 class ORVCORE_EXPORT ApplicationSettings
 {
@@ -28,8 +26,8 @@ public:
     /**
      * The value at @p key, a path as in JsonPath::value().
      *
-     * @return @p defaultValue when the settings cannot be loaded, of which the log tells, or hold
-     *     no such value; a JSON null is a value
+     * @return @p defaultValue if the settings cannot be loaded (logged) or have no value at
+     *     @p key; a JSON null is a value
      */
     static QJsonValue value(const QString& key, const QJsonValue& defaultValue);
 };

@@ -12,30 +12,31 @@ class QByteArray;
 class QIODevice;
 
 /**
- * Decompresses a zlib (RFC 1950) or gzip (RFC 1952) stream that comes in pieces, into a device.
+ * Decompresses a zlib (RFC 1950) or gzip (RFC 1952) stream piece by piece and writes it to a
+ * device.
  *
- * What comes out is written at once, in blocks of at most 16384 bytes; a piece needs no memory of
- * its own. Bytes behind the end of the stream are ignored. Corrupt data is one warning, and nothing
- * is written any more from there on. Whether the device took what was written is not checked.
+ * Output is written at once, in blocks of at most 16384 bytes; memory use does not depend on the
+ * size of the data. Bytes after the end of the stream are ignored. Corrupt data logs one warning,
+ * and nothing more is written. Write errors of the device are ignored.
  *
- * Thread-safety: reentrant; an object belongs to one thread at a time.
+ * Thread-safety: reentrant; use an object from one thread at a time.
  */
 class ORVCORE_EXPORT Inflate
 {
 public:
-    /** @p device is open for writing, and stays so as long as data is added; it is not owned. */
+    /** @p device must be open for writing and stay open while data is added. It is not owned. */
     explicit Inflate(QIODevice& device);
 
-    /** Writes nothing. */
+    /** Writes nothing to the device. */
     ~Inflate();
 
     Inflate(const Inflate&) = delete;
     Inflate& operator=(const Inflate&) = delete;
 
-    /** Decompresses the next @p size bytes at @p data, of any number. */
+    /** Decompresses the next @p size bytes of the stream; any size is allowed. */
     void addData(const char* data, std::size_t size);
 
-    /** The same for a whole array. */
+    /** Calls addData() with the whole of @p data. */
     Inflate& operator<<(const QByteArray& data);
 
 private:

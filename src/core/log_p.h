@@ -4,16 +4,16 @@
 #include <QMessageLogger>
 
 /**
- * A message logger for one log line, category "default".
+ * A message logger for one log line in the category "default", with file, line and function in
+ * release builds too.
  *
- * @p signature is written out, because every compiler spells unnamed namespaces and pointers
- * differently and log lines are searched for; it becomes the context's function. It has static
- * storage, as message handlers may keep the pointer. File, line and function are kept in release
- * builds.
+ * @p signature becomes the context's function. It is written out because services search for log
+ * lines and compilers spell unnamed namespaces and pointers differently. It must have static
+ * storage: message handlers may keep the pointer.
  */
 #define ORV_LOGGER(signature) QMessageLogger(__FILE__, __LINE__, signature)
 
-/** A log line of a level such as warning, which begins with the signature as most do. */
+/** A log line of @p level, such as warning, that begins with @p signature, as most lines do. */
 #define ORV_LOG(level, signature) ORV_LOGGER(signature).level() << (signature)
 
 /** The context of such a line, for one that is handed over as a ready text. */

@@ -2,7 +2,7 @@
 
 /**
  * @file
- * Every public header of the library.
+ * Includes every public header of the library.
  */
 
 #include <core/applicationsettings.h>

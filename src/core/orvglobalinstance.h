@@ -7,7 +7,7 @@
 
 class SingletonTrackerPrivate;
 
-/** The base of every object that SingletonTracker owns; one type across all libraries. */
+/** Base class of all objects in SingletonTracker; the libraries of a process share this type. */
 class ORVCORE_EXPORT AbstractSingleton
 {
 public:
@@ -15,18 +15,17 @@ public:
 };
 
 /**
- * The registry of a process's singletons. It owns them, finds them by name, and deletes them, the
- * newest first, when it is cleared or the process exits; so a singleton may use the older ones to
- * its end.
+ * The registry of a process's singletons. It owns them and finds them by name. clear() and the exit
+ * of the process delete them, newest first, so a destructor may use older singletons.
  *
- * Contention is a deadlock in the making: no operation waits for another one, and whichever meets a
- * running one ends the process by a fatal message that names the operation and the singleton. Only
- * look-ups may overlap. Registering and removing belongs into start-up and
- * shut-down. A singleton's destructor runs while the registry is locked: it must not call at(),
- * insert(), erase() or clear().
+ * No operation waits for another. Look-ups may overlap; in any other overlap, the later operation
+ * ends the process with a fatal message that names the operation and, except for clear(), the
+ * singleton. So register and remove singletons only at start-up and shut-down. A singleton's
+ * destructor runs while the registry is locked: it must not call at(), insert(), erase() or clear().
  *
- * Names are copied, and compared as bytes; a null name is an empty one. No operation may be called
- * any more once the process has destroyed its statics. Thread-safety: any thread, within the above.
+ * Names are copied and compared byte for byte; a null name equals an empty one. Do not use the
+ * registry after the process has destroyed its static objects. Thread-safety: any thread, within
+ * these rules.
  */
 class ORVCORE_EXPORT SingletonTracker
 {
@@ -36,19 +35,19 @@ public:
     SingletonTracker(const SingletonTracker&) = delete;
     SingletonTracker& operator=(const SingletonTracker&) = delete;
 
-    /** Takes ownership; an instance that had the name before is forgotten, and not deleted. */
+    /** Takes ownership. An earlier instance of that name is removed but not deleted. */
     static void insert(const char* name, AbstractSingleton* instance);
 
-    /** The instance of that name, which stays the registry's; null when there is none. */
+    /** The instance of that name, or null if there is none. The registry still owns it. */
     static AbstractSingleton* at(const char* name);
 
     /** Deletes the instance of that name, if there is one. */
     static void erase(const char* name);
 
-    /** Deletes all instances, the newest first. */
+    /** Deletes all instances, newest first. */
     static void clear();
 
-    /** Whether there is no instance. A snapshot: it takes no lock, and never fails. */
+    /** Whether no instance is registered. Takes no lock and never ends the process. */
     static bool isEmpty();
 
 private:

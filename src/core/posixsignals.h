@@ -27,27 +27,29 @@ class QSocketNotifier;
  *         return application.exec();
  *     }
  *
- * The signal handler writes the signal's number to a socket pair. It runs in any thread, calls only
- * write and _exit, reads and counts in lock-free atomics, and leaves errno as it was. The event loop
- * reads one number at a time, in their order, and invokes what was set up for it. So the application
- * handles a signal like any other event.
+ * The signal handler writes the signal's number to a socket pair. It may run in any thread, calls
+ * only write and _exit, uses lock-free atomics, and preserves errno. The event loop reads one
+ * number at a time, in order, and invokes the method set up for it. So the application handles a
+ * signal like any other event.
  *
- * All signals must be set up before the event loop first runs, which installs the handlers. Later,
- * setup() only changes the target of a signal that was set up in time. Signals that come before the
+ * Set up all signals before the event loop first runs: it then installs the handlers. Later,
+ * setup() can only change the target of a signal that has a handler. Signals that arrive before the
  * handlers are installed are not caught.
  *
- * The socket holds a few hundred numbers. When it is full, the interrupted thread waits in the
- * handler until the event loop has read one. If that thread is the event loop's own, nobody reads:
- * the process hangs, and only SIGKILL ends it. So do not set up a signal that may come in hundreds
+ * The socket holds a few hundred numbers. If it is full, the interrupted thread waits in the
+ * handler until the event loop has read one. If that is the thread of the event loop, the process
+ * hangs, and only SIGKILL ends it. So do not set up a signal that may arrive hundreds of times
  * while the event loop is busy. Child processes inherit the sockets, which stay open until the
- * process ends. A child that goes on without exec must not use the bridge.
+ * process ends. A child that does not call exec must not use the bridge.
  *
- * Exit codes: 1 after a second request to quit, with a warning in the log; 2 after a signal when
- * the application is already quitting, and 4 when the handler could not pass a number on, each with
- * one line on standard error. In the handler, 1 and 3 take the place of 2 and 4 when not even that
- * line could be written; a broken pipe there ends the process by SIGPIPE instead.
+ * Exit codes:
+ * - 1: a second request to quit; logs a warning
+ * - 2: a signal while the application is quitting; writes one line to standard error
+ * - 4: the handler could not pass a number on; writes one line to standard error
+ * - 1 instead of 2, and 3 instead of 4, if that line cannot be written; if standard error is a
+ *   broken pipe, SIGPIPE ends the process instead
  *
- * Thread-safety: apart from the handler, everything belongs to the thread that loaded the library,
+ * Thread-safety: apart from the handler, use everything from the thread that loaded the library,
  * usually the main thread.
  */
 class ORVCORE_EXPORT PosixSignals : public QObject
@@ -55,18 +57,18 @@ class ORVCORE_EXPORT PosixSignals : public QObject
     Q_OBJECT
 
 public:
-    /** The one object. */
+    /** The only instance. */
     static PosixSignals instance;
 
     /**
-     * Sets or replaces what a signal invokes: a slot or invokable method of @p receiver without
-     * arguments, by its bare name, at once if the receiver lives in this thread, else from its own
-     * event loop.
+     * Sets or replaces the method that a signal invokes: @p method is the name of a slot or
+     * invokable method of @p receiver without arguments. It runs at once if the receiver lives in
+     * the bridge's thread, and otherwise in the event loop of the receiver's thread.
      *
-     * The name is not copied and must outlive the registration. A receiver that is deleted, in the
-     * thread of the bridge, gets no more signals. Debug builds stop at a null receiver and at a name
-     * that is none of the receiver's methods without arguments; in other builds such a signal does
-     * nothing. May be called before there is a QCoreApplication.
+     * The name is not copied and must outlive the registration. A receiver may be deleted in the
+     * bridge's thread and then gets no more signals. Debug builds assert that the receiver is not
+     * null and has the method; in other builds such a signal has no effect. setup() may be called
+     * before a QCoreApplication exists.
      */
     void setup(int signalNumber, QObject* receiver, const char* method);
 
@@ -75,10 +77,10 @@ public:
 
 public Q_SLOTS:
     /**
-     * The usual target of SIGTERM and SIGINT: quits the event loop. A second call exits with code 1.
+     * The usual target of SIGTERM and SIGINT: quits the event loop. A second call calls exit(1).
      *
-     * If a signal began the quitting and a second request waits behind it, that is a second call.
-     * No other signal that waits is handled any more, because the event loop ends.
+     * If a signal starts the quitting and a second request to quit is already waiting, that request
+     * counts as the second call. Other waiting signals are not handled: the event loop ends.
      */
     void applicationQuit();
 
@@ -92,9 +94,9 @@ private:
 
     QHash<int, std::pair<QPointer<QObject>, const char*>> handlers;
     bool initialized = false;
-    bool hasLetLoopEnd = false;        // one activation was left out after the quitting began
-    std::atomic<bool> quitting{false}; // the handler reads it
-    std::atomic<int> waiting{0};       // numbers in the socket, or fewer; the handler counts up
+    bool hasLetLoopEnd = false;        // one activation was skipped after quitting began
+    std::atomic<bool> quitting{false}; // read by the handler
+    std::atomic<int> waiting{0};       // lower bound of the numbers in the socket
     int sockets[2] = {-1, -1}; // the handler writes to the first, the notifier watches the second
     std::unique_ptr<QSocketNotifier> notifier;
 };

@@ -14,8 +14,8 @@
  * @{ */
 
 /**
- * Reads "#ECO" table files: lines that start with "#" declare the separator and the columns, all
- * others hold one row of separated fields, in double quotes where they hold a separator themselves.
+ * Reads "#ECO" table files. Lines that start with "#" declare the separator and the columns; every
+ * other line is one row of separated fields. A field with a separator in it is quoted.
  *
  *     #ECO 1.0 UTF-8;
  *     #Separator 3B
@@ -23,12 +23,12 @@
  *     #Column name
  *     1;"Main; first floor"
  *
- * Reading forgives: what cannot be used is skipped, without a word in the log. A line is judged by
- * the declarations above it; one with more or fewer fields than columns is dropped.
+ * Lines that cannot be used are skipped and not logged. The declarations above a row apply to it; a
+ * row with more or fewer fields than columns is dropped.
  *
- * A field is taken with the separator in front of it, if there is one. It loses the white space at
- * both ends, then a ";", one blank and a quote in front, and a quote behind. So white space as the
- * separator goes too; any other than ";" stays, and so do a blank and a quote right behind it.
+ * A field includes the separator before it, if there is one. These are removed from it, in this
+ * order: white space at both ends, a leading ";", one leading blank, a leading quote, a trailing
+ * quote. So a field keeps a separator other than ";" or white space, and a blank or quote after it.
  *
  * A value type. Thread-safety: reentrant.
  */
@@ -39,10 +39,10 @@ public:
     class ORVCORE_EXPORT Header
     {
     public:
-        const QString& version() const;     ///< empty until it is declared
-        const QString& encoding() const;    ///< as declared; reading does not heed it
+        const QString& version() const;     ///< empty until declared
+        const QString& encoding() const;    ///< as declared; not used for reading
         char separator() const;             ///< one Latin-1 character
-        const QStringList& columns() const; ///< in the order of the fields, repeated ones too
+        const QStringList& columns() const; ///< in the order of the fields, with repetitions
 
     private:
         friend class EcoFile;
@@ -53,25 +53,25 @@ public:
         QStringList columnNames;
     };
 
-    /** One line of fields by the names of their columns. Copies share their fields. */
+    /** The fields of one line by column name. Copies share their fields until one changes. */
     class ORVCORE_EXPORT Row
     {
     public:
-        Row(); ///< has no columns
+        Row(); ///< without columns
         Row(const Row& other);
         Row& operator=(const Row& other);
         ~Row();
 
-        /** The number of the row in its file object, from 1, modulo 65536. */
+        /** The number of the row in its EcoFile, counted from 1, modulo 65536. */
         quint16 entryId() const;
 
         /** The number of distinct columns. */
         int length() const;
 
-        /** The field of @p column, put in as an empty one where it is missing. */
+        /** The field of @p column; inserts an empty one if it is missing. */
         QString& operator[](const QString& column);
 
-        /** The field of @p column; empty where it is missing. */
+        /** The field of @p column; empty if it is missing. */
         QString operator[](const QString& column) const;
 
     private:
@@ -82,29 +82,29 @@ public:
     };
 
     /**
-     * Reads a file in addition to what is there: rows go on counting, declarations replace or, for
-     * columns, add to the earlier ones. The encoding is that of the locale, unless a byte order mark
-     * says UTF-8, UTF-16 or UTF-32.
+     * Reads a file and keeps the rows read before: row numbers continue, columns are appended, and
+     * other declarations replace earlier ones. The encoding is that of the locale, unless a byte
+     * order mark indicates UTF-8, UTF-16 or UTF-32.
      *
-     * @return false when the file cannot be opened
+     * @return false if the file cannot be opened
      */
     bool parse(const QString& fileName);
 
     /**
-     * Takes in one declaration:
-     * - `#ECO VERSION ENCODING`, a ";" behind the encoding being dropped
-     * - `#Separator HEX`, of which the low 8 bits count, as in 3B for ";" and 9 for a tab
+     * Reads one declaration:
+     * - `#ECO VERSION ENCODING`; a ";" after the encoding is dropped
+     * - `#Separator HEX`, such as 3B for ";" and 9 for a tab; only the low 8 bits are used
      * - `#Column NAME`
      *
-     * Single blanks separate the words; with more or fewer words, or any other start, the line
-     * means nothing.
+     * Single blanks separate the words. A line with more or fewer words, or with any other start,
+     * is ignored.
      */
     void parseHeaderLine(const QString& line);
 
-    /** Takes in one row. */
+    /** Reads one row. */
     void parseDataLine(const QString& line);
 
-    const Header& header() const;   ///< what is declared so far
+    const Header& header() const;   ///< the declarations so far
     const QList<Row>& rows() const; ///< in the order of the lines
 
 private:

@@ -12,7 +12,7 @@
 class QString;
 
 /**
- * Loads JSON files, with every failure in the log.
+ * Loads JSON files and logs every failure.
  *
  * Thread-safety: reentrant; no operation touches shared state.
  */
@@ -22,14 +22,11 @@ public:
     JsonFile() = delete; // only a static operation
 
     /**
-     * Reads and parses the whole of a file.
+     * Reads and parses a file. The top level may be an object or an array, empty or not; the caller
+     * must check it. Success logs one debug line.
      *
-     * The top level may be an object or an array, empty or not: judging it is the caller's
-     * business.
-     *
-     * @return a null document when the file does not exist or cannot be opened (one warning) or is
-     *     not valid JSON (one critical line with the reason and the byte offset); a success writes
-     *     one debug line
+     * @return a null document if the file does not exist or cannot be opened (one warning) or is
+     *     not valid JSON (one critical line with the reason and the byte offset)
      */
     static QJsonDocument loadDocument(const QString& fileName);
 };
@@ -42,23 +39,23 @@ public:
 class ORVCORE_EXPORT JsonPath
 {
 public:
-    /** Converts, as the other does: callers hand over an object or a document for a path. */
+    /** Implicit, like the other constructor, so callers can pass an object or a document. */
     JsonPath(const QJsonObject& object);
 
-    /** The document's object; an empty one when the document is null or an array. */
+    /** Takes the document's object; an empty one if the document is null or an array. */
     JsonPath(const QJsonDocument& document);
 
     /** Whether the object has no keys. */
     bool isEmpty() const;
 
     /**
-     * Follows @p path from the root object: keys joined by "/", each compared exactly.
+     * The value at @p path, which joins the keys from the root object by "/". Keys compare exactly.
      *
-     * Every "/" separates, so "a//b" and "/a" go through the key "", and the empty path is that key
-     * alone. Keys that hold a "/" and elements of arrays cannot be reached.
+     * Every "/" is a separator, so "a//b" and "/a" contain the empty key, and the empty path is the
+     * empty key alone. Keys that contain a "/" and array elements cannot be reached.
      *
-     * @return the value found, a JSON null included; @p defaultValue when a key is missing or
-     *     something other than an object stands in the middle of the path
+     * @return the value found, which may be a JSON null; @p defaultValue if a key is missing or the
+     *     value of a key before the last is not an object
      */
     QJsonValue value(const QString& path, const QJsonValue& defaultValue) const;
 

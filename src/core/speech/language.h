@@ -2,19 +2,22 @@
 
 /**
  * @file
- * The languages of the speech components: one value per language, its codes, and what the engines
- * can do with it.
+ * The languages of the speech components: one value per language, its codes, and the engines that
+ * support it.
  *
- * Four code families are fixed: the ISO code ("de_DE": an ISO 639 language and an ISO 3166
- * country), the ISO name (the same but for Chinese and Japanese), and the three-letter pairs
- * ("deu-DEU", ISO 639-3 and ISO 3166 alpha-3) of the recogniser (ISO3) and of speech output (TTS
- * ISO3). They hold what the engines and data files expect, irregular codes included. Codes compare
- * byte for byte.
+ * Four code families are fixed:
+ * - ISO code, such as "de_DE": an ISO 639 language and an ISO 3166 country
+ * - ISO name: the ISO code, except for Chinese and Japanese
+ * - ISO3 code of the recogniser, such as "deu-DEU": ISO 639-3 and ISO 3166 alpha-3
+ * - TTS ISO3 code of speech output: the same form, for more languages
  *
- * Thread-safety: everything may be called from any thread, except the functions that read or write
- * the two tables an application fills: its string ids (updateLanguageIdToStringHash and the two
- * string conversions) and the GLS languages (setGlsLanguages, isGlsLanguage). Fill these before
- * other threads read them. Nothing is logged, and nothing fails but by the stated answer.
+ * The engines and data files expect exactly these codes, so some are irregular. Codes compare byte
+ * for byte.
+ *
+ * Thread-safety: any thread may call any function, except those that read or write the two tables
+ * that the application fills: string ids (updateLanguageIdToStringHash and the two string
+ * conversions) and GLS languages (setGlsLanguages, isGlsLanguage). Fill these before other threads
+ * read them. No function logs.
  */
 
 #include <core/orvcore_export.h>
@@ -28,7 +31,7 @@
 
 class QDebug;
 
-/** A language. Meta-type "Language", with "QList<Language>", registered when the library loads. */
+/** A language. The library registers the meta-types "Language" and "QList<Language>" at load. */
 enum Language : int
 {
     NoLanguage = 0,
@@ -38,7 +41,7 @@ enum Language : int
     Spanish = 4,
     Italian = 5,
     French = 6,
-    // 7 stays free: it belongs to no language
+    // 7 must stay unused
     Dutch = 8,
     Arabic = 9,
     MandarinTaiwan = 10,
@@ -71,7 +74,7 @@ enum Language : int
 
 Q_DECLARE_METATYPE(Language)
 
-/** Regional variants of one language. */
+/** A group of regional variants of one language. */
 enum LanguageGroup : int
 {
     EnglishGroup = 0,
@@ -79,7 +82,7 @@ enum LanguageGroup : int
     FrenchGroup = 2,
     ChineseGroup = 3, ///< Mandarin and Cantonese
     PortugueseGroup = 4,
-    NoLanguageGroup = 255, ///< the only variant, or no language
+    NoLanguageGroup = 255, ///< a language without variants, or no language
 };
 
 /** @name Fixed codes
@@ -88,43 +91,43 @@ enum LanguageGroup : int
 /** The language of an ISO code; #InvalidLanguage for an unknown one. */
 ORVCORE_EXPORT Language convertIsoToLanguageId(const QByteArray& isoCode);
 
-/** The ISO code; as with the other codes, an empty array where the language has none. */
+/** The ISO code. This and the other codes are empty if the language has none. */
 ORVCORE_EXPORT QByteArray convertLanguageIdToIso(const Language& language);
 
-/** The ISO code, but "kt_JP" for Japanese and "zh_TW" or "zh_CN" for Mandarin and Cantonese. */
+/** The ISO code, except "kt_JP" for Japanese, "zh_TW" or "zh_CN" for Mandarin and Cantonese. */
 ORVCORE_EXPORT QByteArray convertLanguageIdToIsoName(const Language& language);
 
-/** The code of the recogniser, which not every language has. */
+/** The ISO3 code, which only some languages have. */
 ORVCORE_EXPORT QByteArray convertLanguageIdToIso3(const Language& language);
 
-/** The ISO3 code where there is one; also known for most languages without. */
+/** The TTS ISO3 code: the ISO3 code if there is one; most other languages have one too. */
 ORVCORE_EXPORT QByteArray convertTtsLanguageIdToIso3(const Language& language);
 
-/** Knows the ISO3 codes, not the further ones of speech output; else #InvalidLanguage. */
+/** The language of an ISO3 code; #InvalidLanguage for others, even if they are TTS ISO3 codes. */
 ORVCORE_EXPORT Language convertIso3ToLanguageId(const QByteArray& iso3Code);
 /** @} */
 
 /** @name String ids
- * Ids of the application's own making, none until it sets them.
+ * Ids that the application defines; there are none until it sets them.
  * @{ */
 
-/** The string id last set for @p language; empty when none was. */
+/** The string id last set for @p language; empty if there is none. */
 ORVCORE_EXPORT QByteArray convertLanguageIdToString(const Language& language);
 
 /**
- * The language whose string id is @p string; any of them when several share it.
+ * The language whose string id is @p string; any one of them if several share it.
  *
- * @return NoLanguage for an unknown string, unlike the fixed codes
+ * @return NoLanguage for an unknown string, where the fixed codes give #InvalidLanguage
  */
 ORVCORE_EXPORT Language convertStringToLanguageId(const QByteArray& string);
 
-/** Sets or replaces the string id of one language; an empty string is an id like any other. */
+/** Sets or replaces the string id of one language; an empty string is a valid id. */
 ORVCORE_EXPORT void updateLanguageIdToStringHash(
     const Language& language, const QByteArray& string);
 /** @} */
 
 /** @name Classification
- * What the product is configured for; it does not follow from the codes a language has. Values that
+ * The product's configuration, which does not depend on the codes that a language has. Values that
  * are no language have no group, and no engine supports or refuses them.
  * @{ */
 
@@ -137,27 +140,27 @@ ORVCORE_EXPORT bool isInvalidPrompterLanguage(const Language& language);
 /** Whether the recogniser must refuse the language. */
 ORVCORE_EXPORT bool isInvalidRecognizerLanguage(const Language& language);
 
-/** Whether the list last given to setGlsLanguages() holds the language. */
+/** Whether the list last passed to setGlsLanguages() contains the language. */
 ORVCORE_EXPORT bool isGlsLanguage(const Language& language);
 
-/** Replaces the GLS languages, which are none until then. */
+/** Replaces the list of GLS languages, which is empty at first. */
 ORVCORE_EXPORT void setGlsLanguages(const QList<Language>& languages);
 
 /** Whether the language is CantoneseHongKong or CantoneseChina. */
 ORVCORE_EXPORT bool isCantoneseLanguage(const Language& language);
 
-/** The variants that the language is one of; #NoLanguageGroup for most. */
+/** The group that the language belongs to; #NoLanguageGroup for most. */
 ORVCORE_EXPORT LanguageGroup languageGroup(const Language& language);
 /** @} */
 
 /**
- * Writes the ISO code, or "Unknown" where there is none, as in: Language { "de_DE" }
+ * Prints the ISO code, or "Unknown" if there is none, as in: Language { "de_DE" }
  *
- * Leaves the stream in spacing mode, with a blank written.
+ * Writes a blank at the end and leaves the stream in spacing mode.
  */
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, Language language);
 
-/** For a temporary stream, where qDebug() << language would else print the number. */
+/** For a temporary stream; without it, qDebug() << language would print the number. */
 inline QDebug& operator<<(QDebug&& stream, Language language)
 {
     return stream << language;

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string_view>
 
-/** Where forms may start, found once for all of them; most prompts have fewer than sixteen. */
+/** The positions of "<", where forms may start. Most prompts have fewer than sixteen. */
 using BracketPositions = QVarLengthArray<int, 16>;
 
 BracketPositions findBrackets(const QString& text);
@@ -15,17 +15,17 @@ BracketPositions findBrackets(const QString& text);
 /**
  * One form of prompt markup, written as the regular expression that documents it.
  *
- * Understands just what the forms are made of: fixed texts, `(\S+)` and `(.*)`, which captures line
- * breaks too. Finds what QRegExp finds for the same pattern: the leftmost match, each group as long
- * as the rest still fits. A pattern is taken apart by the compiler and has no state, so it costs
- * nothing at load and may be matched from several threads at once. Time is linear in the text.
+ * Supports only what the forms use: fixed texts, `(\S+)` and `(.*)`, which also matches line
+ * breaks. Gives the same match as QRegExp: the leftmost one, each group as long as the rest of the
+ * pattern allows. Patterns are parsed at compile time and have no state, so they cost nothing at
+ * load and several threads may match at once. Matching is linear in the text.
  */
 class MarkupPattern
 {
 public:
     static constexpr int maximumGroups = 3;
 
-    /** The captures of one match, views into the text that was searched. */
+    /** The captures of one match, as views into the searched text. */
     struct Match
     {
         QStringView groups[maximumGroups];
@@ -37,7 +37,7 @@ public:
         }
     };
 
-    /** @p source is a literal. Converts, so that rows of a table are written plainly. */
+    /** @p source is a literal. Implicit, so that table rows can hold plain literals. */
     constexpr MarkupPattern(const char16_t* source)
         : source(source)
     {
@@ -60,13 +60,13 @@ public:
         checkForm();
     }
 
-    /** Searches @p text, in which a "<" stands at each of @p brackets and nowhere else. */
+    /** The first match in @p text. @p brackets are the positions of all "<" in it. */
     std::optional<Match> match(const QString& text, const BracketPositions& brackets) const;
 
     const char16_t* const source; ///< the regular expression
 
 private:
-    /** Declared and nowhere defined: the compiler stops where it would have to call this. */
+    /** Not constexpr, so a pattern that has to call it does not compile. */
     static void refuse(const char* reason);
 
     enum class Group : quint8
@@ -76,9 +76,9 @@ private:
     };
 
     /**
-     * The limits within which matching need not try one split after another, nor a run twice: once
-     * a group may be anything, the rest fits wherever its fixed texts follow; and a run of
-     * non-blanks ends before the blank of the next head, or of a text between two runs.
+     * Refuses patterns that would need backtracking. No `(\S+)` follows a `(.*)`, so the rest after
+     * a `(.*)` matches wherever its fixed texts follow. A fixed text with a blank precedes each
+     * `(\S+)`, so two runs of non-blanks never overlap, and each run is scanned once.
      */
     constexpr void checkForm() const
     {
@@ -94,14 +94,14 @@ private:
         }
     }
 
-    /** Where each fixed text stands at the latest, so that the rest fits behind it. */
+    /** The last position of each fixed text at which the rest of the pattern can match. */
     using Limits = std::size_t[maximumGroups + 2];
 
     bool findLimits(std::u16string_view text, std::size_t begin, Limits& latest) const;
     std::optional<Match> matchAt(
         std::u16string_view text, std::size_t start, const Limits& latest) const;
 
-    // Text 0, group 0, text 1, group 1, ... the last text.
+    // A pattern is texts[0], groups[0], texts[1], groups[1], ..., texts[groupCount].
     std::u16string_view texts[maximumGroups + 1];
     Group groups[maximumGroups] = {};
     int groupCount = 0;

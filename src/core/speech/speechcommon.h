@@ -4,9 +4,9 @@
  * @file
  * Prompt markup and brand sounds.
  *
- * A prompt is plain text to be spoken, or text in a small markup that asks for an audio file, a
- * file of markup, phonetic text, or speech made off board. A brand sound is a short recording,
- * named by an id, whose file differs by car brand.
+ * A prompt is plain text to be spoken, or markup that asks for an audio file, a file of markup,
+ * phonetic text, or speech from the off-board service. A brand sound is a short recording with an
+ * id; its file depends on the car brand.
  */
 
 #include <core/orvcore_export.h>
@@ -28,32 +28,32 @@ enum PromptMode : int
     PromptOffboard = 3, ///< the text is spoken by the off-board service
 };
 
-/** The caller's situation; values without a name follow the general rules too. */
+/** The caller's situation. Values without a name follow the general rules. */
 enum PromptContext : int
 {
     GeneralContext = 0,
-    BrandSoundContext = 10, ///< only brand sounds and text with a language are understood
-    A4AContext = 19, ///< off-board markup, also within a file, comes before the general rules
+    BrandSoundContext = 10, ///< only brand sounds and text with a language are parsed
+    A4AContext = 19,        ///< off-board markup, also in a file, is tried before the general rules
 };
 
 /**
- * One prompt, as the output side plays it.
+ * A parsed prompt: what to speak or play.
  *
- * A value type; meta-type "PromptData", registered when the library loads.
+ * A value type. The library registers the meta-type "PromptData" at load.
  */
 class ORVCORE_EXPORT PromptData
 {
 public:
     PromptData() = default;
-    /** A prompt without language and genre. */
+    /** A prompt without a language or genre. */
     PromptData(const QString& text, PromptMode mode);
 
     /**
-     * Understands a prompt string.
+     * Parses a prompt string.
      *
-     * Markup is searched anywhere in the string, in exact case and spelling, and text around it is
-     * dropped. The forms, in the order in which they are tried, where TEXT and GENRE are any text,
-     * PATH and ISO are text without blanks, and ID names a brand sound:
+     * Markup may stand anywhere in the string, in exact case and spelling; text around it is
+     * dropped. The forms are listed in the order in which they are tried. TEXT and GENRE are any
+     * text, PATH and ISO contain no blanks, and ID is the id of a brand sound.
      *
      *     in A4AContext first:
      *     <tts lang="ISO"/><offboard>TEXT</offboard>                 off-board text in that language
@@ -67,7 +67,7 @@ public:
      *     <audio path="PATH"/>                                       an audio file
      *     <audio language="ISO" path="PATH"/>
      *     <text language="ISO">ID</text>                             a brand sound
-     *     ID                                                         the same; the ID holds a "<"
+     *     ID                                                         the same, if ID contains a "<"
      *     <file path="PATH"/>                                        a file, which is not read
      *     <file language="ISO" path="PATH"/>
      *     <text>TEXT</text>                                          text
@@ -80,48 +80,47 @@ public:
      *     <text language="ISO">ID</text>
      *     <text language="ISO">TEXT</text>                           text
      *
-     * Everything else is a text prompt of the whole string, with one warning when it holds a "<"
-     * outside BrandSoundContext. A file that cannot be opened is a warning too, and the prompt is
-     * the file. Only a tts tag sets a language (#InvalidLanguage for an unknown ISO code). Brand
-     * sounds are known once soundPath() or loadBrandSounds() has run.
+     * Any other string is a text prompt of the whole string. If it contains a "<", one warning is
+     * logged, except in BrandSoundContext. If an A4AContext file cannot be opened, one warning is
+     * logged, and the prompt is the file. Only a tts tag sets the language (#InvalidLanguage for an
+     * unknown ISO code). Brand sounds are known after soundPath() or loadBrandSounds() has run.
      *
-     * Thread-safety: reentrant; it reads the table of brand sounds, so no thread may load that
-     * meanwhile.
+     * Thread-safety: reentrant, but no other thread may load brand sounds at the same time.
      */
     static PromptData parse(const QString& input, PromptContext context);
 
-    /** Whether this is an audio prompt whose file exists, with the suffix "mp3" in any case. */
+    /** Whether this is an audio prompt whose file exists and has the suffix "mp3" in any case. */
     bool isMp3ToWavConversionNeeded() const;
 
     QString text;
     PromptMode mode = PromptText;
-    Language language = InvalidLanguage; ///< set by off-board markup alone
-    QString genre;                       ///< set by off-board markup alone
-    bool flag = false;                   ///< the application's own
+    Language language = InvalidLanguage; ///< set only by off-board markup
+    QString genre;                       ///< set only by off-board markup
+    bool flag = false;                   ///< for the application; the library does not use it
 };
 
 Q_DECLARE_METATYPE(PromptData)
 
 /**
- * Rebuilds the table of brand sounds from share/tts/common.json below the parent of the
- * application's folder.
+ * Rebuilds the table of brand sounds from ../share/tts/common.json, relative to the application's
+ * folder.
  *
- * The file is a JSON array of objects with the strings "id" and "value"; in the value, a path, the
- * lowest-numbered place marker (such as %1) stands for the brand in lower case. Elements without
- * both are skipped, later ones replace earlier ones. Each path is found by its id and by its id
- * with a full stop.
+ * The file is a JSON array of objects with the strings "id" and "value". The value is a path; the
+ * brand in lower case replaces its lowest-numbered place marker, such as %1. Elements without both
+ * members are skipped; later elements replace earlier ones with the same id. Each path is stored
+ * under the id and under the id followed by a full stop.
  *
- * The old table is gone also when the file cannot be loaded, of which JsonFile::loadDocument()
- * tells in the log. Not thread-safe: no other thread may read or load the table meanwhile.
+ * If the file cannot be loaded, the table is empty afterwards; JsonFile::loadDocument() logs the
+ * reason. Not thread-safe: no other thread may read or load the table at the same time.
  *
  * @return a copy of the new table, from id to path
  */
 ORVCORE_EXPORT QHash<QString, QString> loadBrandSounds(const QString& brand);
 
 /**
- * The path of a brand sound; empty when it is unknown.
+ * The path of a brand sound; empty if it is unknown.
  *
- * Loads the sounds of the brand "TYX" first, as long as the table is empty. Thread-safety: as
+ * If the table is empty, loads the sounds of the brand "TYX" first. Thread-safety: as for
  * loadBrandSounds().
  */
 ORVCORE_EXPORT QString soundPath(const QString& id);

@@ -3,13 +3,13 @@
 #include <core/speech/markuppattern_p.h>
 #include <core/speech/speechcommon.h>
 
-/** The rules in the order in which they are tried; each context follows successive ones. */
+/** The rules in the order of trying. Each context tries a consecutive range of them. */
 enum PromptRule : quint8
 {
     OffboardRule,     ///< off-board markup
     OffboardFileRule, ///< a file that may hold off-board markup
     AudioRule,        ///< audio files
-    BrandSoundRule,   ///< a brand sound: its id is the text, or the whole input without this form
+    BrandSoundRule,   ///< a brand sound; if the form does not match, its id is the whole input
     MarkupRule,       ///< all other markup
 };
 
@@ -20,10 +20,10 @@ struct PromptForm
     PromptMode mode;
     MarkupPattern pattern;
     int text;
-    int language = 0; // that the prompt keeps; other languages are accepted and dropped
+    int language = 0; // only where the prompt keeps it; other languages are ignored
     int genre = 0;
 
-    /** The form as an author writes it, with these captures; for tests and benchmarks. */
+    /** The form with these captures filled in; for tests and benchmarks. */
     QString written(const QString& text, const QString& language, const QString& genre) const
     {
         QString markup = QString::fromUtf16(pattern.source);

@@ -2,7 +2,7 @@
 
 /**
  * @file
- * Records of the head unit's connectivity. Thread-safety: plain values.
+ * Records of the head unit's connectivity. Thread-safety: the records are plain values.
  */
 
 #include <core/orvcore_export.h>
@@ -14,7 +14,7 @@
 
 class QDebug;
 
-/** Under which addresses and for which features the online speech functions may use the network. */
+/** The addresses and features with which online speech functions may use the network. */
 struct NetworkPermission
 {
     QString url; ///< of the main online speech service
@@ -25,8 +25,8 @@ struct NetworkPermission
     QString proxyAddress;
     quint16 proxyPort = 0;
     quint16 outgoingPortRangeStart = 0; ///< first local port of outgoing connections
-    quint16 outgoingPortRangeEnd = 0;   ///< last one
-    QString endpointAddress; ///< of the main endpoint, as the other fields without a prefix
+    quint16 outgoingPortRangeEnd = 0;   ///< last local port
+    QString endpointAddress; ///< of the main endpoint, like the other fields without a prefix
     quint16 endpointPort = 0;
     quint16 poiEndpointPort = 0;
     quint16 httsEndpointPort = 0;
@@ -43,10 +43,10 @@ struct NetworkPermission
 };
 
 /**
- * Writes all fields, the password among them: the record is meant for the diagnostic logs of the
+ * Prints all fields, including the password: the record is meant for the diagnostic logs of the
  * speech services.
  *
- * Leaves the stream in spacing mode, with a blank written.
+ * Writes a blank at the end and leaves the stream in spacing mode.
  */
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const NetworkPermission& permission);
 
@@ -70,25 +70,25 @@ public:
         NotKnown = 99, ///< or not detectable
     };
 
-    /** Nothing reported yet. */
+    /** NotReported, and no error rate. */
     SignalQuality() = default;
 
-    /** What was reported, unchecked. */
+    /** Does not check the values. */
     SignalQuality(SignalStrength strength, int errorRate);
 
-    /** As reported: any number may come. */
+    /** The reported value, which may be any number. */
     SignalStrength strength() const;
 
-    /** Positive is a rate of errors; 0 or less means none, or none reported. */
+    /** The error rate if positive; 0 or less means no errors, or none reported. */
     int errorRate() const;
 
     bool operator==(const SignalQuality& other) const;
     bool operator!=(const SignalQuality& other) const;
 
-    /** Whether the strength is Invalid; one not reported or not known is not. */
+    /** Whether the strength is Invalid; false for NotReported and NotKnown. */
     bool isInvalid() const;
 
-    /** Whether online speech is not to be used: no usable strength, or errors. */
+    /** Whether online speech must not be used: no usable strength, or errors. */
     bool isTooLowOrUnknown() const;
 
 private:

@@ -4,8 +4,8 @@
  * @file
  * Records of the voice-controlled destination input and of map databases.
  *
- * The fields named aux… and reserved are carried, compared where it is said, and never interpreted.
- * Thread-safety: plain values.
+ * The library never interprets the fields named aux… and reserved; operator==, where a record has
+ * one, compares them. Thread-safety: the records are plain values.
  */
 
 #include <core/orvcore_export.h>
@@ -24,11 +24,11 @@
 class QDebug;
 
 /**
- * An element of the navigation database, with a payload of one of several kinds.
+ * An element of the navigation database. Its dataType selects one of several payloads.
  *
- * Equal are descriptors of the same aux1, aux2 and dataType whose payload of that type is equal;
- * what the other payloads hold does not matter. Declared as a meta-type; those who send lists of it
- * register them.
+ * Two descriptors are equal if aux1, aux2, dataType and the selected payload are equal; the other
+ * payloads are ignored. Declared as a meta-type; callers that queue it or a list of it must
+ * register it.
  */
 struct ORVCORE_EXPORT LocationDescriptor
 {
@@ -68,19 +68,19 @@ struct ORVCORE_EXPORT LocationDescriptor
     bool operator==(const LocationDescriptor& other) const;
     bool operator!=(const LocationDescriptor& other) const;
 
-    /** Whether the payloads are equal that dataType selects, this one's, whatever @p other has. */
+    /** Whether the payloads that dataType selects are equal; ignores the dataType of @p other. */
     bool isDataEqual(const LocationDescriptor& other) const;
 
     /**
-     * The payload as text: that of the selection item, the list joined by ",", or for all other
-     * types the raw data as UTF-8 up to its first NUL.
+     * The payload as text: for 27 and 54 the selection item's text, for 56 the list joined by ",",
+     * for all other types the raw data as UTF-8 up to its first NUL.
      */
     QString dataToString() const;
 
     quint8 aux1 = 0;
     quint8 aux2 = 0;
-    quint8 dataType = 0; ///< selects the payload; the numbers below are its values
-    QByteArray rawData;  ///< all values but those below: UTF-8, with or without a final NUL
+    quint8 dataType = 0;                 ///< selects the payload by the numbers below
+    QByteArray rawData;                  ///< all other numbers: UTF-8, with or without a final NUL
     SelectionItemData selectionItem;     ///< 27 and 54
     PoiLocationData poiLocation;         ///< 33
     PoiCategoryItemData poiCategoryItem; ///< 37
@@ -89,7 +89,7 @@ struct ORVCORE_EXPORT LocationDescriptor
 
 Q_DECLARE_METATYPE(LocationDescriptor)
 
-/** What a location input came to. Declared as a meta-type, not registered. */
+/** The result of a location input. Declared as a meta-type, not registered. */
 struct ORVCORE_EXPORT LocationInputResult
 {
     bool operator==(const LocationInputResult& other) const;
@@ -103,7 +103,7 @@ struct ORVCORE_EXPORT LocationInputResult
 
 Q_DECLARE_METATYPE(LocationInputResult)
 
-/** A line of the summary of a location input. Declared as a meta-type, not registered. */
+/** An item in the summary of a location input. Declared as a meta-type, not registered. */
 struct ORVCORE_EXPORT LocationInputSummaryItem
 {
     bool operator==(const LocationInputSummaryItem& other) const;
@@ -117,7 +117,7 @@ struct ORVCORE_EXPORT LocationInputSummaryItem
 
 Q_DECLARE_METATYPE(LocationInputSummaryItem)
 
-/** Where a destination input stands. */
+/** The state of a destination input. */
 struct ORVCORE_EXPORT NavigationContext
 {
     /** How a destination is spoken. */
@@ -136,7 +136,7 @@ struct ORVCORE_EXPORT NavigationContext
     int aux = 0;
 };
 
-/** A request to begin a destination input, or to go on with it. */
+/** A request to begin or continue a destination input. */
 struct NavigationRequest
 {
     bool isRunning = false;
@@ -151,7 +151,7 @@ struct NavigationRequest
 /** A package of the map database. */
 struct DatabaseVersionResult
 {
-    /** What is to be done with the package. */
+    /** What to do with the package. */
     enum UpdateAction : quint8
     {
         NoAction = 0,
@@ -199,9 +199,9 @@ ORVCORE_EXPORT QString convert(DatabaseVersionResult::TypeOfUpdateData type);
 /** @} */
 
 /**
- * Picks the filter ids of a one-shot destination entry out of its attributes: the first is the
- * value of key 9, 329 or 257, the second of 329, 2 or 258, whichever comes first in that order. So
- * both are that of 329 where there is no 9. An output without a key is left as it is.
+ * Extracts the filter ids of a one-shot destination entry from its attributes. The first id is the
+ * value of the first existing key of 9, 329 and 257; the second that of 329, 2 and 258. So without
+ * key 9, both may be the value of 329. If none of its keys exists, an output is left unchanged.
  */
 ORVCORE_EXPORT void extractOneShotFilterIds(const QHash<unsigned short, QByteArray>& attributes,
     QByteArray& firstFilterId, QByteArray& secondFilterId);
@@ -209,7 +209,7 @@ ORVCORE_EXPORT void extractOneShotFilterIds(const QHash<unsigned short, QByteArr
 /** @name Printers
  * @{ */
 
-/** Leaves the stream in spacing mode, with a blank written. */
+/** Writes a blank at the end and leaves the stream in spacing mode. */
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const NavigationContext::Mode& mode);
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const DatabaseVersionResult& result);
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const NavigationRequest& request);

@@ -2,8 +2,8 @@
 
 /**
  * @file
- * The genres behind the vocabularies of broadcasters: the programme types (PTY) of European
- * RDS (IEC 62106), which DAB uses too, those of North-American RBDS (NRSC-4), and the category
+ * Tables from the vocabularies of broadcasters to genres: the programme types (PTY) of European
+ * RDS (IEC 62106), which DAB uses too, those of North American RBDS (NRSC-4), and the category
  * names of satellite radio.
  *
  * The tables are filled when the library is loaded and never change; any thread may read them.
@@ -24,7 +24,7 @@ extern ORVCORE_EXPORT const QHash<int, RadioStation::Genre> rdsGenreToTyxGenreHa
 /** By PTY code, 0 to 31; value() of any other code is RadioStation::Unknown. */
 extern ORVCORE_EXPORT const QHash<int, RadioStation::Genre> rbdsGenreToTyxGenreHash;
 
-/** By category name in lower case; some names have two genres. */
+/** Genres by category name in lower case; some names have two genres. */
 extern ORVCORE_EXPORT const QMultiHash<QString, RadioStation::Genre> sdarsGenreToTyxGenreHash;
 
 /** @} */

@@ -2,10 +2,9 @@
 
 /**
  * @file
- * Radio stations: one record for all speech services, and the records of each source that
- * convert to it.
+ * Radio stations: one record for all speech services, and one for each source that converts to it.
  *
- * The fields named aux… are carried and compared, and never interpreted. Thread-safety: the records
+ * The library compares the fields named aux… but never interprets them. Thread-safety: the records
  * are plain values; conversions may run on any thread once the library is loaded.
  */
 
@@ -22,7 +21,7 @@
 
 class QDebug;
 
-/** The source that filled a station. Meta-type "RadioType", registered when the library loads. */
+/** The source of a station. The library registers the meta-type "RadioType" at load. */
 enum RadioType : int
 {
     UndefinedRadio = 0,
@@ -99,7 +98,7 @@ struct ORVCORE_EXPORT SatelliteRadioChannel
     quint8 aux4 = 0;
 };
 
-/** A satellite-radio channel with the names of its categories, whose order does not count. */
+/** A satellite-radio channel with its category names; comparison ignores their order. */
 struct ORVCORE_EXPORT ExtendedSatelliteRadioChannel : SatelliteRadioChannel
 {
     bool operator==(const ExtendedSatelliteRadioChannel& other) const;
@@ -108,16 +107,16 @@ struct ORVCORE_EXPORT ExtendedSatelliteRadioChannel : SatelliteRadioChannel
 };
 
 /**
- * A station of any source. Meta-type "RadioStation", registered when the library loads.
+ * A station of any source. The library registers the meta-type "RadioStation" at load.
  *
- * Assigning a record of a source takes over what a station has of it, maps its programme type or
- * category names to genres (see radiogenre.h), and zeroes the fields of other sources. It keeps
- * pronunciation and readOut.
+ * Assigning a source's record copies the fields that a station has too, maps the programme type or
+ * category names to genres (see radiogenre.h), and sets the fields of other sources to zero. It
+ * does not change pronunciation and readOut.
  */
 class ORVCORE_EXPORT RadioStation
 {
 public:
-    /** Meta-type "RadioStation::Genre", registered when the library loads. */
+    /** The library registers the meta-type "RadioStation::Genre" at load. */
     enum Genre : int
     {
         Unknown = 0,
@@ -169,16 +168,16 @@ public:
     RadioStation(const RadioStation& other);
     ~RadioStation();
 
-    /** Takes over all but hdChannel, which the copy constructor alone copies. */
+    /** Copies all fields except hdChannel, which only the copy constructor copies. */
     RadioStation& operator=(const RadioStation& other);
 
-    /** One genre, of the PTY code. */
+    /** Sets one genre, that of the PTY code. */
     RadioStation& operator=(const WaveBand& station);
 
-    /** One genre, of the RDS PTY code; the name is the service's label. */
+    /** Sets one genre, that of the RDS PTY code, and the service's label as the name. */
     RadioStation& operator=(const DabService& service);
 
-    /** The genres of all category names, ascending; an unknown name is Unknown, once. */
+    /** Sets the genres of all category names, sorted, each once; an unknown name is Unknown. */
     RadioStation& operator=(const ExtendedSatelliteRadioChannel& channel);
 
     bool operator==(const RadioStation& other) const;
@@ -201,7 +200,7 @@ Q_DECLARE_METATYPE(RadioType)
 Q_DECLARE_METATYPE(RadioStation)
 Q_DECLARE_METATYPE(RadioStation::Genre)
 
-/** Writes all fields, and leaves the stream without spacing. */
+/** Prints all fields and leaves the stream in no-space mode. */
 ORVCORE_EXPORT QDebug& operator<<(QDebug& stream, const RadioStation& station);
 
 /** For a temporary stream. */

@@ -4,8 +4,8 @@
  * @file
  * Records of phone calls and devices.
  *
- * The fields named aux… are carried and compared, and never interpreted. Thread-safety: plain
- * values.
+ * The library compares the fields named aux… but never interprets them. Thread-safety: the records
+ * are plain values.
  */
 
 #include <core/orvcore_export.h>
@@ -17,7 +17,7 @@
 /** @addtogroup types
  * @{ */
 
-/** Codes by which applications are told apart. */
+/** Codes that identify applications. */
 namespace AppCode {
 
 /** The application code of the hybrid speech application: the digit 1, as a character. */
@@ -28,7 +28,7 @@ extern ORVCORE_EXPORT const char HYBRID_SPEECH_APPCODE;
 /** A phone call as the telephony side reports it. */
 struct ORVCORE_EXPORT Call
 {
-    /** All fields but handle and note. */
+    /** Compares all fields except handle and note. */
     bool operator==(const Call& other) const;
 
     /** Earlier calls come first; calls of the same time are equivalent. */
@@ -39,7 +39,7 @@ struct ORVCORE_EXPORT Call
     QString secondaryText;
     uint aux1 = 0;
     QDateTime time;
-    int state = 4; ///< starts as 4, not 0
+    int state = 4; ///< the default is 4, not 0
     quint8 aux2 = 0;
     quint16 aux3 = 0;
     quint8 aux4 = 0;
@@ -47,7 +47,7 @@ struct ORVCORE_EXPORT Call
     QString note;
 };
 
-/** What is known of a device, by its identifier. */
+/** The data of a device, which deviceId identifies. */
 struct ORVCORE_EXPORT DeviceMap
 {
     bool operator==(const DeviceMap& other) const;
