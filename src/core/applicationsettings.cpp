@@ -25,7 +25,7 @@ bool loadSettings()
         ORV_LOG(debug, here) << "Invalid configuration file:" << fileName;
         return false;
     }
-    // The text goes as it is, line breaks included, where a QByteArray would be escaped.
+    // Written as const char*: QDebug would escape the line breaks of a QByteArray.
     const QByteArray text = '"' + document.toJson() + '"';
     ORV_LOG(debug, here) << "Loaded application config:" << fileName << text.constData();
     *settings = JsonPath(document.object());

@@ -8,12 +8,12 @@
 #include <algorithm>
 #include <limits>
 
-#define ZLIB_CONST // zlib only reads its input
+#define ZLIB_CONST // declares the input as const
 #include <zlib.h>
 
 namespace {
 
-// The largest window, and the header tells zlib from gzip.
+// 15: the largest window; 32: accept a zlib or a gzip header.
 constexpr int windowBits = 15 + 32;
 
 constexpr uInt blockSize = 16384;
@@ -30,7 +30,7 @@ struct Inflate::Private
     bool addPiece(const char* data, uInt size);
 };
 
-/** @return whether the stream may go on */
+/** @return false after an error: no more data may be added */
 bool Inflate::Private::addPiece(const char* data, uInt size)
 {
     static constexpr char here[] = "void Inflate::addData(const char*, std::size_t)";
@@ -44,7 +44,7 @@ bool Inflate::Private::addPiece(const char* data, uInt size)
         switch (result) {
         case Z_OK:
         case Z_STREAM_END:
-        case Z_BUF_ERROR: // no more input or nothing more to come
+        case Z_BUF_ERROR: // no more input or no more output
             break;
         case Z_NEED_DICT:
         case Z_STREAM_ERROR:

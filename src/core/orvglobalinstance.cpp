@@ -10,7 +10,7 @@
 
 namespace {
 
-/** Ends the process: the signature and the name tell where it would have hung. */
+/** Ends the process with a message that names the operation and the singleton. */
 [[noreturn]] void reportDeadlock(const char* signature, const QByteArray& name)
 {
     ORV_LOGGER(signature).fatal("Deadlock: in %s with %s", signature, name.constData());
@@ -23,7 +23,7 @@ class SingletonTrackerPrivate
 public:
     virtual ~SingletonTrackerPrivate();
 
-    // Each has its own copy of the name, which may be a part of the instance that it deletes.
+    // Take their own copy of the name: the original may be a part of the instance they delete.
     void insert(const QByteArray& name, AbstractSingleton* instance);
     AbstractSingleton* at(const QByteArray& name);
     void erase(const QByteArray& name);
@@ -32,8 +32,8 @@ public:
 
 private:
     QHash<QByteArray, AbstractSingleton*> registry;
-    QStack<QByteArray> order; // the newest on top; a name registered twice is there twice
-    QReadWriteLock lock;      // tried, never waited for
+    QStack<QByteArray> order; // the newest on top; holds a name twice if it is registered twice
+    QReadWriteLock lock;      // only tried, never waited for
 };
 
 SingletonTrackerPrivate::~SingletonTrackerPrivate()
@@ -84,7 +84,7 @@ void SingletonTrackerPrivate::clear()
     }
     while (!registry.isEmpty()) {
         const QByteArray name = order.top();
-        delete registry.value(name); // null for a name that an earlier round has taken
+        delete registry.value(name); // null if an earlier round has removed the name
         order.pop();
         registry.remove(name);
     }
@@ -110,8 +110,8 @@ SingletonTracker::SingletonTracker()
 
 SingletonTracker::~SingletonTracker()
 {
-    // A plain pointer, which stays what it is while the singletons go: one that calls back then
-    // meets the lock. Smart pointers may be null by that time.
+    // A plain pointer is not reset before the singletons are deleted, so one that calls back meets
+    // the lock. A smart pointer may already be null.
     delete d;
 }
 

@@ -16,7 +16,7 @@
 
 namespace {
 
-// Both go out with their final NUL.
+// Written with their final NUL.
 constexpr char quittingText[] =
     "Signal caught when application is terminating, immediate termination...\n";
 constexpr char lostSignalText[] =
@@ -25,7 +25,7 @@ static_assert(sizeof quittingText == 73 && sizeof lostSignalText == 76, "sizes a
 static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<int>::is_always_lock_free,
     "the handler must not lock");
 
-/** One write, begun again when a signal interrupted it: that is no failure. */
+/** Writes all bytes in one call, which is repeated if a signal interrupts it. */
 bool writeWhole(int descriptor, const void* data, std::size_t size)
 {
     ssize_t written = 0;
@@ -35,7 +35,7 @@ bool writeWhole(int descriptor, const void* data, std::size_t size)
     return written == ssize_t(size);
 }
 
-/** One read, begun again likewise; false when no whole number came. */
+/** Reads a number in one call, repeated likewise; false if it is missing or incomplete. */
 bool readNumber(int descriptor, int& number)
 {
     ssize_t length = 0;
@@ -71,7 +71,7 @@ void PosixSignals::rawSignalHandle(int signalNumber)
     if (!writeWhole(instance.sockets[0], &signalNumber, sizeof signalNumber)) {
         _exit(writeWhole(STDERR_FILENO, lostSignalText, sizeof lostSignalText) ? 4 : 3);
     }
-    ++instance.waiting; // last, so that a number that is counted is in the socket
+    ++instance.waiting; // last: a counted number must be in the socket
     errno = interruptedErrno;
 }
 
@@ -95,7 +95,7 @@ void PosixSignals::initialize()
     static constexpr char here[] = "void PosixSignals::initialize()";
     ORV_LOG(debug, here);
     if (socketpair(AF_UNIX, SOCK_STREAM, 0, sockets) != 0) {
-        // Goes on all the same: a signal then ends the process, rather than being missed.
+        // Continue all the same, so that a signal ends the process instead of being lost.
         ORV_LOG(critical, here) << "Creating Unix socket failed";
         QCoreApplication::quit();
     }
@@ -110,15 +110,15 @@ void PosixSignals::initialize()
 void PosixSignals::signalHandle()
 {
     static constexpr char here[] = "void PosixSignals::signalHandle()";
-    // The notifier may be due in the same pass of the event loop in which the program itself asked
-    // to quit. The loop ends after this pass. If it goes on all the same, the notifier comes again.
+    // The notifier may still fire in the pass of the event loop in which the program itself quits.
+    // The loop ends after this pass; if it does not, the notifier fires again.
     const bool wasQuitting = quitting;
     if (wasQuitting && !std::exchange(hasLetLoopEnd, true)) {
         return;
     }
     do {
         int signalNumber = -1;
-        // A call that does not come from the notifier must not wait for a number.
+        // Only a call from the notifier can rely on a number; any other must not wait for one.
         if ((sender() != notifier.get() && waiting <= 0) || !readNumber(sockets[1], signalNumber)) {
             ORV_LOG(warning, here) << "Could not read signal number from socket, ignoring";
             return;
@@ -130,7 +130,7 @@ void PosixSignals::signalHandle()
             ORV_LOG(debug, here) << "Processing signal" << signalNumber;
             QMetaObject::invokeMethod(receiver, method, Qt::AutoConnection);
         }
-        // If this number began the quitting, the event loop reads no more. Of those that wait behind
-        // it, only a second request to quit is obeyed.
+        // If this number started the quitting, the event loop reads no further ones. Of the waiting
+        // numbers, only a second request to quit is handled.
     } while (quitting != wasQuitting && waiting > 0);
 }

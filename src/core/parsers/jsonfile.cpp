@@ -13,7 +13,7 @@ namespace {
 QJsonValue member(const QJsonObject& object, QStringView key)
 {
 #if QT_VERSION >= QT_VERSION_CHECK(5, 14, 0)
-    return object.value(key); // without a string of its own
+    return object.value(key); // does not copy the key
 #else
     return object.value(key.toString());
 #endif

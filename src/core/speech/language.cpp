@@ -8,10 +8,10 @@
 
 namespace {
 
-/** A code as a byte array's static data: handing it out neither allocates nor counts references. */
+/** A code as static data of a byte array: returning it neither allocates nor counts references. */
 struct Code : QStaticByteArrayData<7>
 {
-    // Converts, so that rows are written as plain literals.
+    // Implicit, so that rows can hold plain literals.
     template <int size>
     constexpr Code(const char (&code)[size])
         : QStaticByteArrayData{Q_STATIC_BYTE_ARRAY_DATA_HEADER_INITIALIZER(size - 1), {}}
@@ -53,9 +53,8 @@ struct Row
     quint8 support;
 };
 
-// Indexed by the language's value. Irregular codes are what engines and data files expect:
-// "sl_SL", "no_NO", "kt_JP", "slk-SVL", "ara-WWW" and the "yue-HKG" of both Cantonese stay as they
-// are.
+// Indexed by the language's value. Do not correct the irregular codes "sl_SL", "no_NO", "kt_JP",
+// "slk-SVL", "ara-WWW" and "yue-HKG" for both Cantonese: engines and data files expect them.
 constexpr Row rows[] = {
     {NoLanguage, "00_00", "00_00", "000-000", "000-000", NoLanguageGroup, Standard},
     {German, "de_DE", "de_DE", "deu-DEU", "deu-DEU", NoLanguageGroup, Nlu},
@@ -113,7 +112,7 @@ const Row& rowOf(Language language)
     return rows[language >= 0 && language < int(std::size(rows)) ? int(language) : unassigned];
 }
 
-/** From the codes of one family back to the rows: a hash table that the compiler fills. */
+/** Finds the language of a code of one family: a hash table built at compile time. */
 class CodeIndex
 {
 public:
@@ -121,7 +120,7 @@ public:
         : family(family)
     {
         for (quint8& slot : slots) {
-            slot = unassigned; // which has no code
+            slot = unassigned; // the row without codes
         }
         for (const Row& row : rows) {
             const Code& code = row.*family;
@@ -153,7 +152,7 @@ private:
     static constexpr std::size_t slotCount = 128;
     static constexpr int shortestCode = 5;
 
-    // These letters tell the codes of each family apart, with hardly any in the same slot.
+    // These letters distinguish the codes of each family; hardly any codes share a slot.
     static constexpr std::size_t slotOf(const char* code, int size)
     {
         const auto letter = [code](int index) { return std::size_t(quint8(code[index])); };
@@ -264,7 +263,7 @@ LanguageGroup languageGroup(const Language& language)
 QDebug& operator<<(QDebug& stream, Language language)
 {
     const QByteArray iso = convertLanguageIdToIso(language);
-    // Text and quotes as they stand: a QByteArray would lose its quotes under noquote().
+    // Writes the quotes itself: noquote() would remove those of a QByteArray.
     stream.nospace() << "Language { \"" << (iso.isEmpty() ? "Unknown" : iso.constData()) << "\" }";
     return stream.space();
 }

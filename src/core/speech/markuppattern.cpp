@@ -8,11 +8,11 @@ constexpr std::size_t nowhere = std::u16string_view::npos;
 
 bool isBlank(char16_t character)
 {
-    const bool isPrintableAscii = character > u' ' && character < 0x7F; // as nearly all are
+    const bool isPrintableAscii = character > u' ' && character < 0x7F; // the usual case
     return !isPrintableAscii && QChar(character).isSpace();
 }
 
-/** The last place where @p fixed stands within [@p begin, @p end) of @p text. */
+/** The last position of @p fixed within [@p begin, @p end) of @p text, or nowhere. */
 std::size_t findLast(
     std::u16string_view text, std::u16string_view fixed, std::size_t begin, std::size_t end)
 {
@@ -20,7 +20,7 @@ std::size_t findLast(
         return nowhere;
     }
     std::size_t at = end - fixed.size();
-    // Few places have the right first character, and only there is the rest worth a call.
+    // Check the first character before calling compare(): few positions match it.
     while (text[at] != fixed.front() || text.compare(at, fixed.size(), fixed) != 0) {
         if (at == begin) {
             return nowhere;
@@ -30,14 +30,13 @@ std::size_t findLast(
     return at;
 }
 
-/** The last place where @p fixed ends a run of non-blanks that starts at @p begin. */
+/** The last position of @p fixed after a run of one or more non-blanks from @p begin. */
 std::size_t findLastInRun(
     std::u16string_view text, std::u16string_view fixed, std::size_t begin, std::size_t end)
 {
     const auto first = text.begin() + std::ptrdiff_t(begin);
     const auto blank = std::size_t(std::find_if(first, text.end(), isBlank) - text.begin());
-    // The fixed text may start with non-blanks of the run and go on behind it; the run is not
-    // empty.
+    // The fixed text starts after the first non-blank and no later than at the first blank.
     return findLast(text, fixed, begin + 1, std::min(end, blank + fixed.size()));
 }
 
@@ -75,10 +74,10 @@ std::optional<MarkupPattern::Match> MarkupPattern::match(
 }
 
 /**
- * The limits are known beforehand behind a group that may be anything; all others are the end of
+ * Sets the limits of the fixed texts after the last `(.*)` groups; all other limits are the end of
  * the text.
  *
- * @return false when a fixed text behind such a group is missing
+ * @return false if one of these fixed texts is missing
  */
 bool MarkupPattern::findLimits(std::u16string_view text, std::size_t begin, Limits& latest) const
 {
@@ -92,7 +91,7 @@ bool MarkupPattern::findLimits(std::u16string_view text, std::size_t begin, Limi
     return true;
 }
 
-/** Matches at @p start, where the first fixed text stands. */
+/** The match at @p start, the position of the first fixed text. */
 std::optional<MarkupPattern::Match> MarkupPattern::matchAt(
     std::u16string_view text, std::size_t start, const Limits& latest) const
 {

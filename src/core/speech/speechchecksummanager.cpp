@@ -20,11 +20,11 @@ static_assert(sizeof(SpeechChecksumManager::ChecksumType) == 4, "the size is int
 
 namespace {
 
-// Of all instances, set by each construction.
+// Shared by all instances; each constructor call sets it.
 QString checksumFilePath;
 
-// The members of the file follow the variant conversions, which make something of any type; those
-// of the types that are written are read without a variant in between.
+// Members of any type are converted by QVariant. Members of the types that the library writes are
+// read without a variant, which is faster.
 
 QString readText(const QJsonValue& value)
 {
@@ -43,7 +43,7 @@ int readNumber(const QJsonValue& value)
     return number != notAnInteger ? number : value.toVariant().toInt();
 }
 
-/** Appends @p text as a JSON string. What is to be escaped is left to Qt. */
+/** Appends @p text as a JSON string. Qt does the escaping. */
 void appendString(QByteArray& json, const QString& text)
 {
     const auto isPlain = [](QChar c) {
@@ -58,7 +58,7 @@ void appendString(QByteArray& json, const QString& text)
     }
 }
 
-/** Appends an entry of the store, indented as QJsonDocument does it. */
+/** Appends an entry of the store, with the indentation of QJsonDocument. */
 void appendElement(
     QByteArray& json, const SpeechChecksumManager::ChecksumKey& key, const QByteArray& checksum)
 {
@@ -81,7 +81,7 @@ bool writeInPlace(const QString& fileName, const QByteArray& content)
     return file.open(QIODevice::WriteOnly) && write(file, content);
 }
 
-/** Whether a file made anew beside @p target may be, and would belong to the same user and group. */
+/** Whether a new file beside @p target can be made and has the same user and group. */
 bool wouldKeepOwner(const QFileInfo& target)
 {
     if (!QFileInfo(target.canonicalPath()).isWritable()) {
@@ -89,7 +89,7 @@ bool wouldKeepOwner(const QFileInfo& target)
     }
     QTemporaryFile newFile(target.canonicalFilePath());
     if (!newFile.open()) {
-        return true; // a full disk, say: then replacing fails too, and the old file stays
+        return true; // such as a full disk: replacing fails too and keeps the old file
     }
     const QFileInfo made(newFile.fileName());
     return made.ownerId() == target.ownerId() && made.groupId() == target.groupId();
@@ -98,9 +98,9 @@ bool wouldKeepOwner(const QFileInfo& target)
 bool replaceFile(const QString& fileName, const QByteArray& content)
 {
     if (fileName.isEmpty()) {
-        return false; // not even Qt is to say a word of it
+        return false; // QFile would log a warning
     }
-    // A device must stay one, a folder or a loop of links is refused, and an owner keeps his file.
+    // Write in place if the target is no regular file, would change owner, or is a broken link.
     const QFileInfo target(fileName);
     const bool isReplaceable =
         target.exists() ? target.isFile() && wouldKeepOwner(target) : !target.isSymLink();
@@ -111,7 +111,7 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
     if (!file.open(QIODevice::WriteOnly) || !write(file, content)) {
         return false;
     }
-    // A folder may admit a new file, and yet not that it takes the place of this one.
+    // A folder may allow a new file but not replacing this one.
     return file.commit()
            || (file.error() == QFileDevice::RenameError && writeInPlace(fileName, content));
 }
@@ -203,13 +203,13 @@ QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath)
     QCryptographicHash hash(QCryptographicHash::Md5);
     QFile file(filePath);
     if (!filePath.isEmpty() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        // Large blocks: the hash itself would read a kilobyte at a time.
+        // Large blocks: QCryptographicHash would read a kilobyte at a time.
         QByteArray block(64 * 1024, Qt::Uninitialized);
         qint64 length = 0;
         while ((length = file.read(block.data(), block.size())) > 0) {
             hash.addData(block.constData(), int(length));
         }
-        // A failed read leaves the file short of its size; so does a file that ends before it.
+        // False after a read error, or if the file is shorter than the size it states.
         if (!file.atEnd()) {
             ORV_LOG(warning,
                 "static QByteArray SpeechChecksumManager::generateChecksum(const QString&)")
@@ -229,8 +229,8 @@ void SpeechChecksumManager::removeFile()
 
 void SpeechChecksumManager::writePersistentData()
 {
-    // Put together as text: a tree of JSON objects would cost twice the time and five times the
-    // memory of the file.
+    // Built as text: a tree of JSON objects would take twice the time and five times the memory of
+    // the file.
     constexpr int usualSize = 192; // of an element
     QByteArray json;
     json.reserve(usualSize * checksums.size());
@@ -241,7 +241,7 @@ void SpeechChecksumManager::writePersistentData()
     }
     json += "\n]\n";
     if (!replaceFile(checksumFilePath, json)) {
-        // The line names no function, alone among this module's.
+        // Unlike the others of this module, this line does not begin with the function.
         ORV_LOGGER("void SpeechChecksumManager::writePersistentData()").warning()
             << "Unable to open file for writing" << checksumFilePath;
     }

@@ -14,7 +14,7 @@ static_assert(sizeof(PromptMode) == 4 && sizeof(PromptContext) == 4, "sizes are 
 
 namespace {
 
-// From sound id to path, filled by loadBrandSounds().
+// Paths by sound id, filled by loadBrandSounds().
 QHash<QString, QString> brandSounds;
 
 constexpr bool standByRule()
@@ -26,7 +26,7 @@ constexpr bool standByRule()
     }
     return true;
 }
-static_assert(standByRule(), "forms stand in the order of their rules");
+static_assert(standByRule(), "forms are in the order of their rules");
 
 /** The first form of @p rule. */
 constexpr const PromptForm* formsOf(PromptRule rule)
@@ -43,9 +43,9 @@ constexpr const PromptForm* brandSoundForms = formsOf(BrandSoundRule);
 constexpr const PromptForm* markupForms = formsOf(MarkupRule);
 
 /**
- * Sets @p prompt, whose text is the input, by the first form of [@p form, @p end) that matches.
+ * Sets @p prompt by the first form of [@p form, @p end) that matches; its text must be the input.
  *
- * @return false when none matches; the text is then the id of the brand sound that was looked for
+ * @return false if none matches; the text may then be the id of an unknown brand sound
  */
 bool parseForms(const PromptForm* form, const PromptForm* end, const QString& input,
     const BracketPositions& brackets, PromptData& prompt)
@@ -75,7 +75,7 @@ bool parseForms(const PromptForm* form, const PromptForm* end, const QString& in
     return false;
 }
 
-/** Sets @p prompt by the off-board markup in a file; false when the file has none. */
+/** Sets @p prompt by the off-board markup in a file; false if the file has none. */
 bool a4AParse(const QString& fileName, PromptData& prompt)
 {
     QFile file(fileName);
@@ -89,7 +89,7 @@ bool a4AParse(const QString& fileName, PromptData& prompt)
     return parseForms(promptForms, offboardFileForms, content, findBrackets(content), prompt);
 }
 
-/** Whether QString::arg() would find a place for its argument, of which it else warns. */
+/** Whether @p text has a place marker; without one QString::arg() logs a warning. */
 bool holdsPlaceMarker(const QString& text)
 {
     const QChar* const end = text.constEnd();

@@ -29,7 +29,7 @@ QString textOf(int value, const char* const (&names)[count])
     return QString::fromLatin1(nameOf(value, names, "Unknown"));
 }
 
-/** The value of the first of @p keys that there is, to @p value. */
+/** Copies the value of the first existing key of @p keys to @p value. */
 void extractFirst(const QHash<unsigned short, QByteArray>& attributes,
     std::initializer_list<unsigned short> keys, QByteArray& value)
 {
@@ -163,7 +163,7 @@ QString convert(DatabaseVersionResult::TypeOfUpdateData type)
 void extractOneShotFilterIds(const QHash<unsigned short, QByteArray>& attributes,
     QByteArray& firstFilterId, QByteArray& secondFilterId)
 {
-    // 329 serves both.
+    // Key 329 serves both ids.
     extractFirst(attributes, {9, 329, 257}, firstFilterId);
     extractFirst(attributes, {329, 2, 258}, secondFilterId);
 }
@@ -195,7 +195,7 @@ QDebug& operator<<(QDebug& stream, const DatabaseVersionResult& result)
 
 QDebug& operator<<(QDebug& stream, const NavigationRequest& request)
 {
-    // From the mode on, its own printer has put blanks between all items: that is part of the line.
+    // The mode's printer turns spacing mode on; the blanks after the later items are interface.
     stream.nospace() << "NavigationRequest {"
                      << " mode: " << request.mode << ", intentGroup: " << request.intentGroup
                      << ", isVoiceInputActive: " << request.isVoiceInputActive

@@ -6,14 +6,14 @@ namespace {
 
 using Genre = RadioStation::Genre;
 
-/** What a PTY code means in Europe and in North America. */
+/** The genres of a PTY code in Europe and in North America. */
 struct ProgramType
 {
     Genre rds;
     Genre rbds;
 };
 
-// In the order of the codes.
+// Indexed by PTY code.
 constexpr ProgramType programTypes[] = {
     {Genre::Unknown, Genre::Unknown},
     {Genre::News, Genre::News},
@@ -65,10 +65,10 @@ QMultiHash<QString, Genre> genresByCategory()
 {
     struct Category
     {
-        QString name; // in lower case, as it is looked up
+        QString name; // in lower case, as for look-ups
         Genre genre;
     };
-    // The last, live sports in Spanish, is Latino and not Sports.
+    // The last category, live sports in Spanish, is Latino, not Sports.
     const Category categories[] = {
         {QStringLiteral("pop"), Genre::Pop},
         {QStringLiteral("more"), Genre::Unknown},

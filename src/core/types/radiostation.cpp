@@ -94,7 +94,7 @@ RadioStation& RadioStation::operator=(const RadioStation& other)
     programIdentification = other.programIdentification;
     pronunciation = other.pronunciation;
     readOut = other.readOut;
-    // hdChannel stays: a station keeps its sub-channel when another one is assigned.
+    // Not hdChannel: a station keeps its own sub-channel.
     serviceId = other.serviceId;
     componentId = other.componentId;
     channelNumber = other.channelNumber;

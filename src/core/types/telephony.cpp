@@ -6,7 +6,7 @@ const char AppCode::HYBRID_SPEECH_APPCODE = '1';
 
 bool Call::operator==(const Call& other) const
 {
-    // A handle and a note do not make another call.
+    // Calls that differ only in handle or note are equal.
     return std::tie(primaryText, secondaryText, aux1, time, state, aux2, aux3, aux4, aux5)
            == std::tie(other.primaryText, other.secondaryText, other.aux1, other.time, other.state,
                other.aux2, other.aux3, other.aux4, other.aux5);
