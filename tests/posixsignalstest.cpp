@@ -163,8 +163,7 @@ const struct {
     {"queued call asks, request waits", [](Child&) { raiseAll(SIGTERM), queue(ask); }, 0, any, any},
     {"timer asks, signal waits", [](Child&) { raiseAll(SIGUSR1), QTimer::singleShot(0, ask); }, 0, any, any},
     {"asks itself, request waits", [](Child&) { raiseAll(SIGTERM), ask(); }, 0, none, start + quit},
-    {"before the event loop: asks, request waits", [](Child&) { raiseAll(SIGTERM), ask(); }, 1, "exited",
-        start + quit + handled + "15\n" + again},
+    {"before the event loop: asks, request waits", [](Child&) { raiseAll(SIGTERM), ask(); }, 0, none, start + quit},
     {"after the event loop: asks, signal waits", [](Child&) { raiseAll(SIGUSR1), ask(); }, 0, none, start + quit},
     {"slot deletes a waiting receiver", [](Child&) { raiseAll(SIGINT, SIGHUP); }, 0, none,
         start + handled + "2\n" + quit},
@@ -175,6 +174,16 @@ const struct {
         "counted 1 unwound exited", start + handled + "10\n" + once},
     {"nothing waits", [](Child&) { invokeHandler(), invokeHandler(), raiseAll(SIGTERM); }, 0, none,
         start + unread + unread + once},
+    {"nothing waits, inside itself and behind another call",
+        [](Child&) {
+            PosixSignals::instance.setup(SIGHUP, &PosixSignals::instance, "signalHandle");
+            raiseAll(SIGHUP);
+            QMetaObject::invokeMethod(&PosixSignals::instance, "signalHandle", Qt::QueuedConnection);
+            QTimer::singleShot(20, [] { raiseAll(SIGTERM); });
+        },
+        0, none, any},
+    {"events are handled after quitting",
+        [](Child&) { raiseAll(SIGTERM, SIGUSR1), ask(), atQuit([] { QTest::qWait(20); }); }, 0, none, start + quit},
     {"no socket", [](Child&) { closeFrom(3), raiseAll(SIGTERM); }, 4, "", start + lost},
     {"no socket, unheard", [](Child&) { closeFrom(2), raiseAll(SIGTERM); }, 3, "", start},
     {"no socket, one unread", [](Child&) { raiseAll(SIGUSR1), closeFrom(3), invokeHandler(), ask(); }, 0, none,

@@ -56,7 +56,9 @@ PosixSignals::~PosixSignals() = default;
 void PosixSignals::setup(int signalNumber, QObject* receiver, const char* method)
 {
     Q_ASSERT_X(receiver != nullptr, "PosixSignals::setup", "no receiver for the signal");
-    Q_ASSERT_X(receiver->metaObject()->indexOfMethod(QByteArray(method) + "()") >= 0,
+    Q_ASSERT_X(receiver->metaObject()->indexOfMethod(
+                   QMetaObject::normalizedSignature(QByteArray(method) + "()"))
+                   >= 0,
         "PosixSignals::setup", "the receiver has no such method without arguments");
     handlers[signalNumber] = {receiver, method};
     QTimer::singleShot(0, this, SLOT(initialize()));
@@ -100,7 +102,10 @@ void PosixSignals::initialize()
         QCoreApplication::quit();
     }
     notifier = std::make_unique<QSocketNotifier>(sockets[1], QSocketNotifier::Read);
-    connect(notifier.get(), SIGNAL(activated(int)), this, SLOT(signalHandle()));
+    connect(notifier.get(), &QSocketNotifier::activated, this, [this] {
+        isActivated = true;
+        signalHandle();
+    });
     for (auto handler = handlers.cbegin(); handler != handlers.cend(); ++handler) {
         std::signal(handler.key(), rawSignalHandle);
     }
@@ -110,23 +115,24 @@ void PosixSignals::initialize()
 void PosixSignals::signalHandle()
 {
     static constexpr char here[] = "void PosixSignals::signalHandle()";
-    // The notifier may still fire in the pass of the event loop in which the program itself quits.
-    // The loop ends after this pass; if it does not, the notifier fires again.
-    const bool wasQuitting = quitting;
-    if (wasQuitting && !std::exchange(hasLetLoopEnd, true)) {
-        return;
+    const bool isActivation = std::exchange(isActivated, false);
+    if (isActivation && std::exchange(mayBeStale, false)) {
+        return; // if a number waits, the notifier fires again
     }
+    const bool wasQuitting = quitting;
     do {
         int signalNumber = -1;
-        // Only a call from the notifier can rely on a number; any other must not wait for one.
-        if ((sender() != notifier.get() && waiting <= 0) || !readNumber(sockets[1], signalNumber)) {
+        if ((!isActivation && waiting <= 0) || !readNumber(sockets[1], signalNumber)) {
             ORV_LOG(warning, here) << "Could not read signal number from socket, ignoring";
             return;
         }
         --waiting;
+        mayBeStale = !isActivation;
         const auto [receiver, method] = handlers.value(signalNumber);
         const bool isQuit = receiver == this && qstrcmp(method, "applicationQuit") == 0;
-        if (isQuit || quitting == wasQuitting) {
+        if (wasQuitting && isQuit) {
+            QCoreApplication::quit(); // waited when the program itself quit: not a second request
+        } else if (isQuit || !quitting) {
             ORV_LOG(debug, here) << "Processing signal" << signalNumber;
             QMetaObject::invokeMethod(receiver, method, Qt::AutoConnection);
         }

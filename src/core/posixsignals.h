@@ -37,8 +37,8 @@ class QSocketNotifier;
  * handlers are installed are not caught.
  *
  * The socket holds a few hundred numbers. If it is full, the interrupted thread waits in the
- * handler until the event loop has read one. If that is the thread of the event loop, the process
- * hangs, and only SIGKILL ends it. So do not set up a signal that may arrive hundreds of times
+ * handler until the event loop has read one. If that is the thread of the event loop, or the event
+ * loop has ended, the process may hang until SIGKILL. So do not set up a signal that may arrive hundreds of times
  * while the event loop is busy. Child processes inherit the sockets, which stay open until the
  * process ends. A child that does not call exec must not use the bridge.
  *
@@ -67,8 +67,8 @@ public:
      *
      * The name is not copied and must outlive the registration. A receiver may be deleted in the
      * bridge's thread and then gets no more signals. Debug builds assert that the receiver is not
-     * null and has the method; in other builds such a signal has no effect. setup() may be called
-     * before a QCoreApplication exists.
+     * null and has the method at the time of the call; in other builds a signal without a method has
+     * no effect. setup() may be called before a QCoreApplication exists.
      */
     void setup(int signalNumber, QObject* receiver, const char* method);
 
@@ -80,7 +80,8 @@ public Q_SLOTS:
      * The usual target of SIGTERM and SIGINT: quits the event loop. A second call calls exit(1).
      *
      * If a signal starts the quitting and a second request to quit is already waiting, that request
-     * counts as the second call. Other waiting signals are not handled: the event loop ends.
+     * counts as the second call. A request that waits when the program itself calls this function
+     * does not. Other waiting signals are no longer handled.
      */
     void applicationQuit();
 
@@ -94,7 +95,8 @@ private:
 
     QHash<int, std::pair<QPointer<QObject>, const char*>> handlers;
     bool initialized = false;
-    bool hasLetLoopEnd = false;        // one activation was skipped after quitting began
+    bool isActivated = false;          // the notifier calls signalHandle()
+    bool mayBeStale = false;           // another call has read what the notifier may be due for
     std::atomic<bool> quitting{false}; // read by the handler
     std::atomic<int> waiting{0};       // lower bound of the numbers in the socket
     int sockets[2] = {-1, -1}; // the handler writes to the first, the notifier watches the second
