@@ -40,9 +40,9 @@ def check_log_lines():
     for source in sources:
         text = source.read_text()
         texts = re.findall(r'\bhere\[\] =\s*"(.*?)";', text)
-        for statement in re.findall(r'ORV_LOG(?:GER)?\(.*?;', text, re.S):
-            level = re.search(r'ORV_LOG\((\w+),|\)\s*\.(\w+)\(', statement)
-            levels[level[1] or level[2]] += 1
+        for statement in re.findall(r'(?:ORV_LOG(?:GER)?|qt_message_output)\(.*?;', text, re.S):
+            level = re.search(r'ORV_LOG\((\w+),|\)\s*\.(\w+)\(|Qt(\w+)Msg', statement)
+            levels[(level[1] or level[2] or level[3]).lower()] += 1
             texts += re.findall(r'"((?:[^"\\]|\\.)*)"', statement)
         for part in texts:
             words = [w.strip() for w in part.split('%s')]
