@@ -119,14 +119,13 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
 QString keyText(
     const QString& filePath, Language language, SpeechChecksumManager::ChecksumType type)
 {
-    using Manager = SpeechChecksumManager;
-    const QByteArray iso = convertLanguageIdToIso(language);
-    // Every look-up makes a key, so the usual types cost no allocation.
-    const QByteArray number = type == Manager::DefaultChecksum     ? QByteArrayLiteral("1")
-                              : type == Manager::AlternateChecksum ? QByteArrayLiteral("0")
-                                                                   : QByteArray::number(type);
-    return filePath % QLatin1Char(';') % QLatin1String(iso) % QLatin1Char(';')
-           % QLatin1String(number);
+    const QByteArray isoBytes = convertLanguageIdToIso(language);
+    const QLatin1String iso(isoBytes.constData(), isoBytes.size());
+    constexpr QLatin1Char separator(';');
+    if (type == SpeechChecksumManager::DefaultChecksum) { // every look-up makes a key
+        return filePath % separator % iso % QLatin1String(";1");
+    }
+    return filePath % separator % iso % separator % QString::number(type);
 }
 
 } // namespace
