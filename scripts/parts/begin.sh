@@ -1,5 +1,5 @@
-# Sourced first by every script: stops at the first error, goes to the root of the tree, and prints the comment at the
-# head of the script when its first argument is --help.
+# Every script sources this file first. It stops the script at the first error, changes to the root of the tree and, for
+# --help as the first argument, prints the comment at the head of the script.
 # shellcheck shell=bash
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."

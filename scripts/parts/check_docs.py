@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Compares the docs with the sources: links, log lines, and who includes whom.
+"""Compares the docs with the sources: links, log lines and includes.
 
 usage: scripts/parts/check_docs.py, in the root of the tree
 """
@@ -14,7 +14,7 @@ sources = [p for p in pathlib.Path('src/core').rglob('*') if p.suffix in ('.h', 
 
 
 def anchors(page):
-    """The anchors that the common renderers of Markdown make of headings."""
+    """The anchors that common Markdown renderers give to headings."""
     prose = re.sub(r'^```.*?^```', '', page.read_text(), flags=re.M | re.S)
     for heading in re.findall(r'^#+ +(.*)', prose, re.M):
         yield re.sub(r'[^\w\- ]', '', heading.lower()).replace(' ', '-')
@@ -50,7 +50,7 @@ def check_log_lines():
                 failures.append(f'{source}: not in docs/logging.md: {part}')
     rows = collections.Counter(re.findall(r'^\| (debug|warning|critical|fatal) ', page, re.M))
     if rows != levels:
-        failures.append(f'docs/logging.md tells of {dict(rows)}, but the sources log {dict(levels)}')
+        failures.append(f'docs/logging.md has {dict(rows)}, but the sources log {dict(levels)}')
     return sum(levels.values())
 
 
@@ -64,7 +64,7 @@ def check_includes():
             if other not in (module, 'log', 'orvcore_export') and module != 'orvcore':
                 found[module].add(other)
     if told != found:
-        failures.append(f'docs/architecture.md tells {told}, but the sources include {dict(found)}')
+        failures.append(f'docs/architecture.md lists {told}, but the sources include {dict(found)}')
 
 
 check_links()

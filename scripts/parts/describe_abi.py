@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
-"""Prints the binary interface of a library as text: its exported symbols, and the layouts of its public types.
+"""Prints the binary interface of a library as text: its exported symbols and the layouts of its public types.
 
-Fails when the library exports what no header marks with ORVCORE_EXPORT, or lacks a function that one marks.
+Fails if the library exports a symbol that no header marks with ORVCORE_EXPORT, or lacks one that a header marks.
 usage: scripts/parts/describe_abi.py ABIDW_XML FOLDER_OF_HEADERS
 """
 import pathlib
@@ -75,13 +75,13 @@ def enumeration(node, name):
 
 
 note_scopes(tree.getroot(), '')
-# Constructors and destructors return nothing, whatever an architecture's calling convention makes of them.
+# Leave out constructors and destructors: some calling conventions give them a result.
 results = {function.get('mangled-name'): type_name(function.find('return').get('type-id'))
            for function in tree.iter('function-decl') if not re.search('[CD][0-3]E', function.get('mangled-name', 'C1E'))}
 mangled = [symbol.get('name') for symbol in tree.iter('elf-symbol') if symbol.get('is-defined') == 'yes']
 names = demangled(mangled)
 
-# The word in front of a list of parameters, a ";" or a "{" is what an exported declaration names.
+# An exported declaration names the word before its parameters, ";" or "{".
 declared = set()
 for header in headers:
     for declaration in re.findall(r'ORVCORE_EXPORT\s+((?:[^;{(:]|::)*)', re.sub(r'//.*', '', header.read_text())):
