@@ -1,4 +1,4 @@
-# What developers switch on and consumers leave off. Each is applied by orv_developer_options(TARGET).
+# Options for developers, off for consumers; orv_developer_options(TARGET) applies them.
 
 option(ORV_WARNINGS "Compile our own code with all warnings" OFF)
 option(ORV_WERROR "Treat these warnings as errors" OFF)
@@ -20,13 +20,13 @@ function(orv_developer_options target)
         list(APPEND linkOptions -fsanitize=${ORV_SANITIZE})
     endif()
     if(ORV_COVERAGE)
-        # Atomic, as some tests run in several threads.
+        # Atomic, because some tests run several threads.
         list(APPEND compileOptions --coverage -O0 -fprofile-update=atomic)
         list(APPEND linkOptions --coverage)
     endif()
     target_compile_options(${target} PRIVATE ${compileOptions})
     target_link_options(${target} PRIVATE ${linkOptions})
-    # Our code spells its conversions, and leaves the words "signals" and "slots" to others.
+    # Our code converts text explicitly and does not use Qt's keywords "signals" and "slots".
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
         QT_NO_KEYWORDS)
 endfunction()

@@ -1,8 +1,8 @@
-# Debian packages, one per install component: the shared library, what programs are built with,
-# and the command-line client. They lie right only below the prefix /usr; scripts/package sees to it.
+# Debian packages, one per install component: the shared library, the development files and the
+# command-line client. They need the prefix /usr, which scripts/package sets by its preset.
 
 set(ORV_PACKAGE_MAINTAINER "libOrvCore maintainers <maintainers@orvcore.example>"
-    CACHE STRING "Name and mail address that the Debian packages carry")
+    CACHE STRING "Name and mail address of the maintainer in the Debian packages")
 
 include(GNUInstallDirs)
 
@@ -22,7 +22,7 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# orv is linked to the library of the package beside it, which no installed package knows yet.
+# orv links the library of another package of this build, which is not installed yet.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
@@ -35,7 +35,7 @@ set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_MULTIARCH same)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/packages/triggers)
 set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "core library of speech and voice-control services
-What the speech services of a vehicle head unit share: languages and their
+Code that the speech services of a vehicle head unit share: languages with
 codes, domain records, JSON and settings, table files, prompt markup, brand
 sounds, sentence splitting, a checksum store, a registry of singletons, POSIX
 signals and an inflater.")
@@ -52,10 +52,10 @@ set(CPACK_DEBIAN_ORV_PACKAGE_NAME orv)
 set(CPACK_DEBIAN_ORV_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_ORV_PACKAGE_DEPENDS "${runTimePackage} (>= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_ORV_DESCRIPTION "command-line client of the speech core library
-Shows what prompts ask for, how texts are cut into sentences, languages, brand
-sounds, radio genres and table files; keeps checksums of speech data files.")
+Shows parsed prompts, sentences, languages, brand sounds, radio genres and
+table files; stores checksums of speech data files.")
 
-# Every package carries the change log and the terms.
+# Every package contains the change log and the copyright file.
 configure_file(${CMAKE_CURRENT_LIST_DIR}/packages/changelog.in
     ${PROJECT_BINARY_DIR}/changelog.Debian @ONLY)
 execute_process(COMMAND gzip -9nkf ${PROJECT_BINARY_DIR}/changelog.Debian

@@ -5,10 +5,10 @@ set(CMAKE_SYSTEM_PROCESSOR arm)
 set(CMAKE_CXX_COMPILER arm-linux-gnueabihf-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE arm-linux-gnueabihf)
 set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm-static -L ${CMAKE_SYSROOT})
-# How compilers before GCC 7.1 passed parameters is of no interest, and the notes on it are many.
+# Turn off notes on how GCC before 7.1 passed parameters.
 set(CMAKE_CXX_FLAGS_INIT -Wno-psabi)
 
-# Nothing of the host's is for the target, save programs such as moc.
+# Use only programs of the host, such as moc; libraries and headers are those of the target.
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

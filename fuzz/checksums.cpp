@@ -18,10 +18,10 @@ void checkKey(const QString& path, Language language, Manager::ChecksumType type
     const Manager::ChecksumKey key(Manager::ChecksumKey(path, language, type).toString());
     const bool hasCode = !convertLanguageIdToIso(language).isEmpty();
     require(key.filePath == path && key.language == (hasCode ? language : InvalidLanguage) && key.type == type,
-        "a key survives both ways");
+        "a key survives toString() and back");
 }
 
-/** Whatever was loaded is there again after it was written, but for what cannot be a key, or not be written. */
+/** Loaded entries survive writing and reloading, except for paths that a key or the file cannot represent. */
 void checkStore(const QByteArray& content)
 {
     static const QTemporaryDir folder;

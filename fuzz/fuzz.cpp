@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Log lines are no findings, and would slow the search.
+// Log lines are not findings, and printing them would slow the search.
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});

@@ -5,7 +5,7 @@
 
 #include <cstddef>
 
-/** What a fuzzer hands over: a byte that chooses a variant, and the content. */
+/** The input of a fuzz target: a byte that chooses a variant, and the content. */
 class FuzzInput
 {
 public:
@@ -25,5 +25,5 @@ public:
     const QByteArray bytes;
 };
 
-/** Ends the process, which is a finding, unless @p holds. */
+/** Ends the process unless @p holds; the fuzzer reports this as a finding. */
 void require(bool holds, const char* rule);

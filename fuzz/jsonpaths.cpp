@@ -4,7 +4,7 @@
 
 #include <QStringList>
 
-// A document, a line break, and a path.
+// The input is a document, a line break, and a path.
 extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
 {
     const FuzzInput input(data, size);
@@ -17,6 +17,6 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
     }
     const QJsonValue missing(QStringLiteral("missing"));
     if (expected.isUndefined()) { expected = missing; }
-    require(JsonPath(document).value(path, missing) == expected, "a path leads where its keys lead one by one");
+    require(JsonPath(document).value(path, missing) == expected, "a path gives the same value as its keys one by one");
     return 0;
 }

@@ -1,4 +1,4 @@
-// Hands each file of the folders in the arguments to a fuzz target, as the fuzzer would.
+// Passes each file of the folders in the arguments to a fuzz target, as the fuzzer does.
 
 #include <QDir>
 

@@ -6,7 +6,7 @@
 
 namespace {
 
-/** Without blanks and inline tags, which splitting drops, makes and moves. */
+/** The text without blanks, which splitting drops and adds. */
 QString bare(QString text)
 {
     const auto isBlank = [](QChar c) { return c.isSpace(); };
@@ -22,9 +22,9 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
     const auto language = input.chosenOf({German, Arabic, MandarinChina, Korean, Japanese, InvalidLanguage});
     const QString text = input.text();
     const QStringList sentences = SentenceTokenizer::split(text, language);
-    require(sentences == splitPlainly(text, language), "texts are split as the rules say, one after the other");
+    require(sentences == splitPlainly(text, language), "texts are split as by the rules one after the other");
     if (!text.contains(QLatin1Char('\\'))) {
-        require(bare(sentences.join(QString())) == bare(text), "splitting loses and invents nothing but blanks");
+        require(bare(sentences.join(QString())) == bare(text), "splitting removes and adds only blanks");
     }
     return 0;
 }

@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
     EcoFile file;
     for (const QString& line : input.text().split(QLatin1Char('\n'))) {
         const QStringList fields = fieldsByPattern(line, char(input.variant));
-        require(fieldsOf(line, input.variant, fields.size()) == fields, "lines are scanned as the pattern does");
+        require(fieldsOf(line, input.variant, fields.size()) == fields, "lines are scanned as by the pattern");
         require(fieldsOf(line, input.variant, fields.size() + 1).isEmpty(), "lines of another length are dropped");
         file.parseHeaderLine(line);
         file.parseDataLine(line);

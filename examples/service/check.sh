@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Gives the service a few prompts, ends it by SIGTERM once they are spoken, and compares what it said.
+# Sends prompts to the service, ends it with SIGTERM after the last one, and compares its output.
 # usage: check.sh COMMAND [ARGUMENT...]
 set -euo pipefail
 
@@ -11,7 +11,7 @@ printf '%s\n' 'Wir sind gleich am Ziel.' \
 output=
 while read -r line <&3; do
     output+=$line$'\n'
-    # The brand of the settings leads to the last sound.
+    # The last prompt: a sound of the brand in the settings.
     [ "$line" != 'play: examples/sounds/abc/welcome.mp3' ] || kill -TERM "$service_PID"
 done
 diff <(printf %s "$output") - <<'END'

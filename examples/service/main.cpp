@@ -1,6 +1,6 @@
-// A speech service in small: prompts come in on standard input, one a line, and their sentences go out,
-// where a real one would hand them to its engine. SIGTERM or SIGINT quits the event loop, and then its
-// parts go, the newest first. A second signal ends it at once.
+// A small speech service. It reads prompts from standard input, one per line, and prints their
+// sentences, which a real service would pass to its engine. SIGTERM or SIGINT quits the event loop; then
+// the singletons are deleted, newest first. A second signal ends the process at once.
 
 #include <core/orvcore.h>
 
@@ -14,7 +14,7 @@
 
 namespace {
 
-/** Where sentences go. */
+/** Prints sentences and sounds. */
 class Audio : public AbstractSingleton
 {
 public:
@@ -40,7 +40,7 @@ public:
     }
 };
 
-/** What prompts come in by. Uses the audio, so it is made later and goes first. */
+/** Reads prompts. It uses Audio, so it is registered later and deleted first. */
 class Dialog : public AbstractSingleton
 {
 public:
@@ -48,7 +48,7 @@ public:
         : audio(audio)
         , input(fileno(stdin), QSocketNotifier::Read)
     {
-        std::ios::sync_with_stdio(false); // so that std::cin knows what it has read ahead
+        std::ios::sync_with_stdio(false); // so that in_avail() counts what std::cin has read ahead
         std::puts("dialog is there");
         std::fflush(stdout);
         QObject::connect(&input, &QSocketNotifier::activated, [this] { readPrompt(); });
@@ -96,7 +96,7 @@ private:
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("service-example")); // of its settings
+    QCoreApplication::setApplicationName(QStringLiteral("service-example")); // for settings
     PosixSignals& bridge = PosixSignals::instance;
     bridge.setup(SIGTERM, &bridge, "applicationQuit");
     bridge.setup(SIGINT, &bridge, "applicationQuit");
@@ -111,6 +111,6 @@ int main(int argc, char** argv)
 
     const int exitCode = QCoreApplication::exec();
     std::puts("the event loop has ended");
-    SingletonTracker::clear(); // while there still is an application, which notifiers need
+    SingletonTracker::clear(); // while the application exists: notifiers need it
     return exitCode;
 }
