@@ -56,15 +56,15 @@ def check_log_lines():
 
 def check_includes():
     block = re.search(r'^```includes\n(.*?)^```', pathlib.Path('docs/architecture.md').read_text(), re.M | re.S)[1]
-    told = {module: set(others) for module, *others in map(str.split, block.splitlines())}
+    listed = {module: set(others) for module, *others in map(str.split, block.splitlines())}
     found = collections.defaultdict(set)
     for source in sources:
         module = re.sub(r'(_p)?\.\w+$', '', str(source.relative_to('src/core')))
         for other in re.findall(r'#include <core/(\S+?)(?:_p)?\.h>', source.read_text()):
             if other not in (module, 'log', 'orvcore_export') and module != 'orvcore':
                 found[module].add(other)
-    if told != found:
-        failures.append(f'docs/architecture.md lists {told}, but the sources include {dict(found)}')
+    if listed != found:
+        failures.append(f'docs/architecture.md lists {listed}, but the sources include {dict(found)}')
 
 
 check_links()

@@ -23,7 +23,7 @@ class SingletonTrackerPrivate
 public:
     virtual ~SingletonTrackerPrivate();
 
-    // Take their own copy of the name: the original may be a part of the instance they delete.
+    // Copies of the name: the original may be a part of the instance that is deleted.
     void insert(const QByteArray& name, AbstractSingleton* instance);
     AbstractSingleton* at(const QByteArray& name);
     void erase(const QByteArray& name);

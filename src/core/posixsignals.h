@@ -98,7 +98,7 @@ private:
     bool isActivated = false;          // the notifier calls signalHandle()
     bool mayBeStale = false;           // another call has read what the notifier may be due for
     std::atomic<bool> quitting{false}; // read by the handler
-    std::atomic<int> waiting{0};       // lower bound of the numbers in the socket
+    std::atomic<int> waiting{0};       // never more than the numbers in the socket
     int sockets[2] = {-1, -1}; // the handler writes to the first, the notifier watches the second
     std::unique_ptr<QSocketNotifier> notifier;
 };

@@ -49,7 +49,7 @@ public:
     bool isEmpty() const;
 
     /**
-     * The value at @p path, which joins the keys from the root object by "/". Keys compare exactly.
+     * The value at @p path: the keys from the root object on, joined by "/". Keys compare exactly.
      *
      * Every "/" is a separator, so "a//b" and "/a" contain the empty key, and the empty path is the
      * empty key alone. Keys that contain a "/" and array elements cannot be reached.

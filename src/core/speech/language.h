@@ -100,7 +100,7 @@ ORVCORE_EXPORT QByteArray convertLanguageIdToIsoName(const Language& language);
 /** The ISO3 code, which only some languages have. */
 ORVCORE_EXPORT QByteArray convertLanguageIdToIso3(const Language& language);
 
-/** The TTS ISO3 code: the ISO3 code if there is one; most other languages have one too. */
+/** The TTS ISO3 code: equal to the ISO3 code if there is one; exists for most other languages. */
 ORVCORE_EXPORT QByteArray convertTtsLanguageIdToIso3(const Language& language);
 
 /** The language of an ISO3 code; #InvalidLanguage for others, even if they are TTS ISO3 codes. */
@@ -127,8 +127,8 @@ ORVCORE_EXPORT void updateLanguageIdToStringHash(
 /** @} */
 
 /** @name Classification
- * The product's configuration, which does not depend on the codes that a language has. Values that
- * are no language have no group, and no engine supports or refuses them.
+ * The product's configuration, which does not depend on the codes of a language. Values that are
+ * not a language have no group, and no engine supports or refuses them.
  * @{ */
 
 /** Whether the natural-language-understanding service supports the language. */

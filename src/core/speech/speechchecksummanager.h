@@ -22,8 +22,9 @@
  * the last to write discards the changes of the other. Processes that share a file must lock it
  * themselves, as `orv` does.
  *
- * Failures are only logged. Thread-safety: use an instance from one thread at a time, and do not
- * construct, write or remove two at the same time; any thread may call generateChecksum().
+ * Failures are only logged. Thread-safety: use an instance from one thread at a time. Calls of the
+ * constructor, writePersistentData() and removeFile() must not overlap, even for two instances. Any
+ * thread may call generateChecksum() at any time.
  */
 class ORVCORE_EXPORT SpeechChecksumManager
 {
@@ -43,8 +44,8 @@ public:
         ChecksumKey(const QString& filePath, Language language, ChecksumType type);
 
         /**
-         * Parses the result of toString(). Any other number of parts gives the default key; a path
-         * that contains a ";" does so too.
+         * Parses the result of toString(). Gives the default key if @p key does not have three
+         * parts, for example because the path contains a ";".
          */
         explicit ChecksumKey(const QString& key);
 
