@@ -16,5 +16,5 @@
 /** A log line of @p level, such as warning, that begins with @p signature, as most lines do. */
 #define ORV_LOG(level, signature) ORV_LOGGER(signature).level() << (signature)
 
-/** The context of such a line, for one that is handed over as a ready text. */
+/** The context of a log line, for lines whose text is passed ready-made. */
 #define ORV_LOG_CONTEXT(signature) QMessageLogContext(__FILE__, __LINE__, signature, "default")

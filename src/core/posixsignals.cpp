@@ -131,7 +131,7 @@ void PosixSignals::signalHandle()
         const auto [receiver, method] = handlers.value(signalNumber);
         const bool isQuit = receiver == this && qstrcmp(method, "applicationQuit") == 0;
         if (wasQuitting && isQuit) {
-            QCoreApplication::quit(); // waited when the program itself quit: not a second request
+            QCoreApplication::quit(); // it waited when the program quit: no second request
         } else if (isQuit || !quitting) {
             ORV_LOG(debug, here) << "Processing signal" << signalNumber;
             QMetaObject::invokeMethod(receiver, method, Qt::AutoConnection);

@@ -38,9 +38,9 @@ class QSocketNotifier;
  *
  * The socket holds a few hundred numbers. If it is full, the interrupted thread waits in the
  * handler until the event loop has read one. If that is the thread of the event loop, or the event
- * loop has ended, the process may hang until SIGKILL. So do not set up a signal that may arrive hundreds of times
- * while the event loop is busy. Child processes inherit the sockets, which stay open until the
- * process ends. A child that does not call exec must not use the bridge.
+ * loop has ended, the process may hang until SIGKILL ends it. So do not set up a signal that may
+ * arrive hundreds of times while the event loop is busy. Child processes inherit the sockets, which
+ * stay open until the process ends. A child that does not call exec must not use the bridge.
  *
  * Exit codes:
  * - 1: a second request to quit; logs a warning
@@ -95,8 +95,8 @@ private:
 
     QHash<int, std::pair<QPointer<QObject>, const char*>> handlers;
     bool initialized = false;
-    bool isActivated = false;          // the notifier calls signalHandle()
-    bool mayBeStale = false;           // another call has read what the notifier may be due for
+    bool isActivated = false;          // the notifier is calling signalHandle()
+    bool mayBeStale = false;           // the notifier may fire for a number that is already read
     std::atomic<bool> quitting{false}; // read by the handler
     std::atomic<int> waiting{0};       // never more than the numbers in the socket
     int sockets[2] = {-1, -1}; // the handler writes to the first, the notifier watches the second
