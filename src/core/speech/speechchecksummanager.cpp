@@ -122,7 +122,7 @@ QString keyText(
     const QByteArray isoBytes = convertLanguageIdToIso(language);
     const QLatin1String iso(isoBytes.constData(), isoBytes.size());
     constexpr QLatin1Char separator(';');
-    if (type == SpeechChecksumManager::DefaultChecksum) { // the usual one, without a further allocation
+    if (type == SpeechChecksumManager::DefaultChecksum) { // the usual one, in one allocation
         return filePath % separator % iso % QLatin1String(";1");
     }
     return filePath % separator % iso % separator % QString::number(type);
