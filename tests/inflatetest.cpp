@@ -106,6 +106,27 @@ private Q_SLOTS:
         QVERIFY(log.takeLines().isEmpty());
     }
 
+    void endOfTheStream()
+    {
+        LogCapture log;
+        const auto state = [](const QByteArray& data, int pieceSize) {
+            BlockDevice device;
+            Inflate inflate(device);
+            for (int i = 0; i < data.size(); i += pieceSize) { inflate << data.mid(i, pieceSize); }
+            return u("%1 %2 %3").arg(inflate.isFinished()).arg(inflate.hasFailed()).arg(inflate.surplusSize());
+        };
+        for (const int textSize : {1, 16384, 100'000}) { // one of them fills a block
+            for (const QByteArray& data : compressed(sampleText().left(textSize))) {
+                for (const int pieceSize : {1, 7, 1'000'000}) {
+                    QCOMPARE(state(data, pieceSize), u("1 0 0"));
+                    QCOMPARE(state(data + data, pieceSize), u("1 0 %1").arg(data.size()));
+                    QCOMPARE(state(data.chopped(1), pieceSize), u("0 0 0"));
+                }
+            }
+        }
+        QCOMPARE(state("no stream", 3), u("0 1 0"));
+    }
+
     void blocksAreSmall()
     {
         for (const bool refuses : {false, true}) { // what the device makes of them is its own affair

@@ -26,6 +26,8 @@ struct Inflate::Private
     z_stream stream = {}; // zeros choose zlib's own allocator
     bool initialized = false;
     bool ok = true;
+    bool finished = false;
+    quint64 surplus = 0; // bytes behind the end
 
     bool addPiece(const char* data, uInt size);
 };
@@ -42,8 +44,10 @@ bool Inflate::Private::addPiece(const char* data, uInt size)
         stream.avail_out = blockSize;
         const int result = inflate(&stream, Z_NO_FLUSH);
         switch (result) {
-        case Z_OK:
         case Z_STREAM_END:
+            finished = true;
+            break;
+        case Z_OK:
         case Z_BUF_ERROR: // no more input or no more output
             break;
         case Z_NEED_DICT:
@@ -60,6 +64,7 @@ bool Inflate::Private::addPiece(const char* data, uInt size)
             device.write(block, blockSize - stream.avail_out);
         }
     } while (stream.avail_out == 0);
+    surplus += finished ? stream.avail_in : 0;
     return true;
 }
 
@@ -96,4 +101,19 @@ Inflate& Inflate::operator<<(const QByteArray& data)
 {
     addData(data.constData(), std::size_t(data.size()));
     return *this;
+}
+
+bool Inflate::isFinished() const
+{
+    return d->finished;
+}
+
+bool Inflate::hasFailed() const
+{
+    return !d->initialized || !d->ok;
+}
+
+quint64 Inflate::surplusSize() const
+{
+    return d->surplus;
 }

@@ -2,6 +2,8 @@
 
 #include <core/orvcore_export.h>
 
+#include <QtGlobal>
+
 #include <cstddef>
 #include <memory>
 
@@ -16,7 +18,7 @@ class QIODevice;
  * device.
  *
  * Output is written at once, in blocks of at most 16384 bytes; memory use does not depend on the
- * size of the data. Bytes after the end of the stream are ignored. Corrupt data logs one warning,
+ * size of the data. Bytes after the end of the stream are ignored but counted. Corrupt data logs one warning,
  * and nothing more is written. Write errors of the device are ignored.
  *
  * Thread-safety: reentrant; use an object from one thread at a time.
@@ -38,6 +40,15 @@ public:
 
     /** Calls addData() with the whole of @p data. */
     Inflate& operator<<(const QByteArray& data);
+
+    /** Whether the end of the stream was reached: everything in it is written. */
+    bool isFinished() const;
+
+    /** Whether the data was corrupt or zlib could not start; what is added then is ignored. */
+    bool hasFailed() const;
+
+    /** The number of bytes added so far that lie behind the end of the stream. */
+    quint64 surplusSize() const;
 
 private:
     struct ORVCORE_NO_EXPORT Private; // hides zlib
