@@ -27,6 +27,9 @@ private Q_SLOTS:
             const QStringList expected = fieldsByPattern(u(row.line), char(row.separator));
             QCOMPARE(expected.join(u("|")), u(row.fields));
             QCOMPARE(fieldsOf(u(row.line), row.separator, expected.size()), expected);
+            EcoFile file;
+            file.parseHeaderLine(u("#Separator %1").arg(row.separator, 0, 16));
+            QCOMPARE(file.fieldCount(u(row.line)), expected.size());
             QCOMPARE(fieldsOf(u(row.line), row.separator, expected.size() + 1), QStringList());
         }
     }
@@ -79,9 +82,11 @@ private Q_SLOTS:
         QVERIFY(file.parse(fileName));
         QCOMPARE(file.header().version(), u("1.0"));
         QCOMPARE(file.rows().size(), 2);
+        QCOMPARE(file.droppedLineCount(), 2);
         QCOMPARE(file.rows()[1][u("name")], u("y"));
         QVERIFY(file.parse(fileName)); // now of four columns, which no line has
         QCOMPARE(file.rows().size(), 2);
+        QCOMPARE(file.droppedLineCount(), 4);
         QCOMPARE(file.header().columns().size(), 4);
         file.parseDataLine(u("1;x;3;y"));
         QCOMPARE(file.rows()[2].entryId(), quint16(3));

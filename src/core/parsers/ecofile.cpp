@@ -191,15 +191,24 @@ bool EcoFile::parse(const QString& fileName)
     }
     QTextStream stream(&file);
     QString line;
+    int dataLines = 0;
+    const int earlierRows = rowList.size();
     while (stream.readLineInto(&line)) {
         line = line.trimmed();
         if (line.startsWith(QLatin1Char('#'))) {
             parseHeaderLine(line);
         } else if (!line.isEmpty()) {
             parseDataLine(line);
+            ++dataLines;
         }
     }
+    droppedLines = dataLines - (rowList.size() - earlierRows);
     return true;
+}
+
+int EcoFile::droppedLineCount() const
+{
+    return droppedLines;
 }
 
 void EcoFile::parseHeaderLine(const QString& line)
@@ -254,6 +263,12 @@ void EcoFile::parseDataLine(const QString& line)
     }
     data.entryId = quint16(rowList.size() + 1);
     rowList.append(row);
+}
+
+int EcoFile::fieldCount(const QString& line) const
+{
+    QRegExp pattern = fieldPattern;
+    return splitFields(line, QLatin1Char(headerData.separatorCharacter), pattern).size();
 }
 
 const EcoFile::Header& EcoFile::header() const

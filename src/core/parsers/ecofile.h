@@ -90,6 +90,9 @@ public:
      */
     bool parse(const QString& fileName);
 
+    /** How many rows the last parse() dropped: those with more or fewer fields than columns. */
+    int droppedLineCount() const;
+
     /**
      * Reads one declaration:
      * - `#ECO VERSION ENCODING`; a ";" after the encoding is dropped
@@ -104,6 +107,9 @@ public:
     /** Reads one row. */
     void parseDataLine(const QString& line);
 
+    /** How many fields parseDataLine() finds in @p line with the separator that is declared now. */
+    int fieldCount(const QString& line) const;
+
     const Header& header() const;   ///< the declarations so far
     const QList<Row>& rows() const; ///< in the order of the lines
 
@@ -114,6 +120,7 @@ private:
     QHash<QString, int> placesByName; // of the distinct columns
     QVector<int> columnPlaces;        // of each declared column, its place among the distinct ones
     QRegExp fieldPattern;             // empty unless the separator needs a pattern
+    int droppedLines = 0;             // by the last parse()
 };
 
 Q_DECLARE_TYPEINFO(EcoFile::Row, Q_MOVABLE_TYPE);
