@@ -32,6 +32,14 @@ QByteArray contentOf(const QString& fileName)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/** The entries of a store, each checksum up to its first NUL. */
+QString listed(const Manager& manager)
+{
+    QStringList texts;
+    for (const Manager::Entry& entry : manager.entries()) { texts += entry.key.toString() + u("=") + u(entry.checksum); }
+    return texts.join(u(" "));
+}
+
 /** Rewrites a store of @p count entries, each time with other checksums of one value, until it is killed. */
 [[noreturn]] void rewriteForEver(int count)
 {
@@ -74,6 +82,8 @@ private Q_SLOTS:
     {
         QCOMPARE(Key().toString(), u(";00_00;1"));
         QCOMPARE(Key(u("/ä b%1%2"), German, Manager::AlternateChecksum).toString(), u("/ä b%1%2;de_DE;0"));
+        QVERIFY(Key() == Key(u("no key")) && Key() != Key(u(";de_DE;1")) && Key() != Key(u(";00_00;0")));
+        QVERIFY(Key() != Key(u("x;00_00;1")));
         QCOMPARE(Key(u("x"), Language(7), Manager::ChecksumType(12)).toString(), u("x;;12"));
         QCOMPARE(Key(u("a;b;c")).language, InvalidLanguage);
         const QMap<const char*, const char*> reread = {{"/a;de_DE;0", "/a;de_DE;0"}, {"x;yue_CN;-3", "x;yue_CN;-3"},
@@ -145,7 +155,9 @@ private Q_SLOTS:
                        "        \"language\": 11,\n        \"type\": 0\n    }\n]\n"));
         manager.insert(u("a;b"), German, "", Manager::DefaultChecksum);
         manager.writePersistentData();
+        QCOMPARE(listed(manager), u(";00_00;1= /ä;cmn_CN;0=0"));
         const Manager reloaded;
+        QCOMPARE(listed(reloaded), listed(manager));
         QCOMPARE(reloaded.checksum(u("/ä"), MandarinChina, Manager::AlternateChecksum), QByteArray("0\0f", 3));
         // A path with the separator of keys comes back as the default key.
         QVERIFY(reloaded.checksum(u("a;b"), German, Manager::DefaultChecksum).isNull());
@@ -185,7 +197,7 @@ private Q_SLOTS:
         QVERIFY(QFile::link(target, store));
         Manager manager;
         manager.writePersistentData();
-        QVERIFY(QFileInfo(store).isSymLink());
+        QVERIFY(QFileInfo(store).isSymLink() && Manager::isWritten());
         QCOMPARE(contentOf(target), QByteArray("[\n]\n"));
         QCOMPARE(QFile::permissions(target), permissions);
         log.takeLines();
@@ -201,6 +213,7 @@ private Q_SLOTS:
             setrlimit(resource, &tight);
             manager.writePersistentData();
             setrlimit(resource, &usual);
+            QVERIFY(!Manager::isWritten());
             QCOMPARE(log.takeTexts(), QStringList(warning.arg(store)));
             QCOMPARE(contentOf(target), QByteArray("[\n]\n"));
         }
@@ -314,6 +327,11 @@ private Q_SLOTS:
             QVERIFY(writeFile(store, content));
             QCOMPARE(
                 Manager::generateChecksum(store), QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex());
+        }
+        for (const QString& fileName : {store, folder->path(), QString(), u("/proc/self/mem")}) {
+            bool isRead = fileName != store;
+            Manager::generateChecksum(fileName, isRead);
+            QCOMPARE(isRead, fileName == store);
         }
         QCOMPARE(Manager::generateChecksum(u("/proc/self/mem")), nothing); // cannot be read, but states no size
         QVERIFY(log.takeLines().isEmpty());

@@ -15,6 +15,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <tuple>
 
 static_assert(sizeof(SpeechChecksumManager::ChecksumType) == 4, "the size is interface");
 
@@ -22,6 +23,9 @@ namespace {
 
 // Shared by all instances; each constructor call sets it.
 QString checksumFilePath;
+
+// Whether the last write of any instance succeeded.
+bool wasWritten = false;
 
 // Members of any type are converted by QVariant. Members of the types that the library writes are
 // read without a variant, which is faster.
@@ -153,6 +157,12 @@ QString SpeechChecksumManager::ChecksumKey::toString() const
     return keyText(filePath, language, type);
 }
 
+bool SpeechChecksumManager::ChecksumKey::operator==(const ChecksumKey& other) const
+{
+    return std::tie(filePath, language, type)
+           == std::tie(other.filePath, other.language, other.type);
+}
+
 SpeechChecksumManager::SpeechChecksumManager()
 {
     constexpr char variable[] = "ORV_SPEECH_CHECKSUM_FILE";
@@ -178,6 +188,20 @@ QByteArray SpeechChecksumManager::checksum(
     return checksums.value(keyText(filePath, language, type));
 }
 
+QList<SpeechChecksumManager::Entry> SpeechChecksumManager::entries() const
+{
+    QList<Entry> list;
+    list.reserve(checksums.size());
+    for (auto entry = checksums.constBegin(); entry != checksums.constEnd(); ++entry) {
+        list.append({ChecksumKey(entry.key()), entry.value()});
+    }
+    std::sort(list.begin(), list.end(), [](const Entry& a, const Entry& b) {
+        return std::tie(a.key.filePath, a.key.language, a.key.type)
+               < std::tie(b.key.filePath, b.key.language, b.key.type);
+    });
+    return list;
+}
+
 void SpeechChecksumManager::insert(
     const QString& filePath, Language language, const QByteArray& checksum, ChecksumType type)
 {
@@ -199,8 +223,15 @@ void SpeechChecksumManager::remove(const QString& filePath, Language language)
 
 QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath)
 {
+    bool isRead = false;
+    return generateChecksum(filePath, isRead);
+}
+
+QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath, bool& isRead)
+{
     QCryptographicHash hash(QCryptographicHash::Md5);
     QFile file(filePath);
+    isRead = false;
     if (!filePath.isEmpty() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         // Large blocks: QCryptographicHash would read a kilobyte at a time.
         QByteArray block(64 * 1024, Qt::Uninitialized);
@@ -208,6 +239,7 @@ QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath)
         while ((length = file.read(block.data(), block.size())) > 0) {
             hash.addData(block.constData(), int(length));
         }
+        isRead = length == 0 && file.atEnd();
         // False after a read error, or if the file is shorter than the size it states.
         if (!file.atEnd()) {
             ORV_LOG(warning,
@@ -239,9 +271,15 @@ void SpeechChecksumManager::writePersistentData()
         appendElement(json, ChecksumKey(entry.key()), entry.value());
     }
     json += "\n]\n";
-    if (!replaceFile(checksumFilePath, json)) {
+    wasWritten = replaceFile(checksumFilePath, json);
+    if (!wasWritten) {
         // Unlike the others of this module, this line does not begin with the function.
         ORV_LOGGER("void SpeechChecksumManager::writePersistentData()").warning()
             << "Unable to open file for writing" << checksumFilePath;
     }
+}
+
+bool SpeechChecksumManager::isWritten()
+{
+    return wasWritten;
 }

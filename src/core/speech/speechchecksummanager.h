@@ -5,6 +5,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QList>
 #include <QString>
 
 /** @addtogroup speech
@@ -52,9 +53,19 @@ public:
         /** Path, ISO code and decimal type, separated by ";". */
         QString toString() const;
 
+        bool operator==(const ChecksumKey& other) const;
+        bool operator!=(const ChecksumKey& other) const { return !(*this == other); }
+
         QString filePath; ///< as the caller passed it
         Language language = NoLanguage;
         ChecksumType type = DefaultChecksum;
+    };
+
+    /** A stored checksum with what it belongs to. */
+    struct Entry
+    {
+        ChecksumKey key;
+        QByteArray checksum;
     };
 
     /**
@@ -68,6 +79,12 @@ public:
 
     /** The stored checksum, or null if there is none. */
     QByteArray checksum(const QString& filePath, Language language, ChecksumType type) const;
+
+    /**
+     * Everything stored, by path, then language, then type. The keys are those that a written and
+     * reloaded store has: a path with a ";" comes as the default key.
+     */
+    QList<Entry> entries() const;
 
     /** Stores or replaces a checksum; a null one changes nothing, an empty one is stored. */
     void insert(
@@ -87,6 +104,12 @@ public:
      */
     static QByteArray generateChecksum(const QString& filePath);
 
+    /**
+     * The same; @p isRead gets whether the file could be opened and was read to its end, so that a
+     * missing file is told from an empty one.
+     */
+    static QByteArray generateChecksum(const QString& filePath, bool& isRead);
+
     /** Deletes the file but not the loaded store. Failure logs one critical line. */
     void removeFile();
 
@@ -104,6 +127,12 @@ public:
      * Failure logs one warning and keeps the old file; a file written in place may be truncated.
      */
     void writePersistentData();
+
+    /**
+     * Whether the last writePersistentData() of any instance put its table on disk; false before
+     * the first one.
+     */
+    static bool isWritten();
 
 private:
     QHash<QString, QByteArray> checksums; // by ChecksumKey::toString()
