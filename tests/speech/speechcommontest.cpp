@@ -122,6 +122,9 @@ private Q_SLOTS:
         for (const auto& row : rows) {
             QVERIFY(writeFile(soundsFileName(), QByteArray(row.json).replace('\'', '"')));
             const Sounds sounds = loadBrandSounds(u("BR%1and"));
+            QVERIFY(loadBrandSounds(u("x"), u("/none.json")).isEmpty());
+            log.takeLines();
+            QCOMPARE(loadBrandSounds(u("BR%1and"), soundsFileName()), sounds);
             QStringList table;
             for (auto sound = sounds.begin(); sound != sounds.end(); ++sound) {
                 table += sound.key() + u("=") + sound.value();

@@ -164,8 +164,13 @@ bool PromptData::isMp3ToWavConversionNeeded() const
 
 QHash<QString, QString> loadBrandSounds(const QString& brand)
 {
+    return loadBrandSounds(brand, brandSoundsFileName());
+}
+
+QHash<QString, QString> loadBrandSounds(const QString& brand, const QString& fileName)
+{
     brandSounds.clear();
-    const QJsonDocument document = JsonFile::loadDocument(brandSoundsFileName());
+    const QJsonDocument document = JsonFile::loadDocument(fileName);
     const QString lowerCaseBrand = brand.toLower();
     const QJsonArray sounds = document.array(); // empty unless the document is an array
     for (const QJsonValue& element : sounds) {

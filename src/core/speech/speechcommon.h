@@ -117,6 +117,10 @@ Q_DECLARE_METATYPE(PromptData)
  */
 ORVCORE_EXPORT QHash<QString, QString> loadBrandSounds(const QString& brand);
 
+/** The same from the file that @p fileName names. */
+ORVCORE_EXPORT QHash<QString, QString> loadBrandSounds(
+    const QString& brand, const QString& fileName);
+
 /**
  * The path of a brand sound; empty if it is unknown.
  *
