@@ -42,6 +42,7 @@ private Q_SLOTS:
             const QByteArray iso = convertLanguageIdToIso(language);
             const QByteArray iso3 = convertLanguageIdToIso3(language);
             const QByteArray tts = convertTtsLanguageIdToIso3(language);
+            QCOMPARE(languageName(language).isEmpty(), iso.isEmpty());
             isoCodes += iso.isEmpty() ? 0 : 1;
             iso3Codes += iso3.isEmpty() ? 0 : 1;
             ttsCodes += tts.isEmpty() ? 0 : 1;
@@ -53,6 +54,7 @@ private Q_SLOTS:
         QCOMPARE(isoCodes, 34);
         QCOMPARE(iso3Codes, 12);
         QCOMPARE(ttsCodes, 30);
+        QCOMPARE(languageName(Dutch) + languageName(PortugueseBrazil), QStringLiteral("DutchPortugueseBrazil"));
     }
 
     void irregularCodes()

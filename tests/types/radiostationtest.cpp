@@ -168,6 +168,8 @@ private Q_SLOTS:
         QCOMPARE(sdarsGenreToTyxGenreHash.uniqueKeys().size(), 37);
         QCOMPARE(sdarsGenreToTyxGenreHash.values(u("jzz/stndrd/clscl")),
             (QList<RadioStation::Genre>{RadioStation::Classical, RadioStation::Jazz})); // the later one first
+        QCOMPARE(genreName(RadioStation::Jazz) + genreName(RadioStation::Weather), u("JazzWeather"));
+        QVERIFY(genreName(RadioStation::Genre(-1)).isNull() && genreName(RadioStation::Genre(43)).isNull());
         QCOMPARE(converted({u("Deportes en Vivo")}), QVector<int>{21});
         QCOMPARE(converted({u("news/POLITICS"), u("News/PublicRadio")}), QVector<int>({28, 31}));
         QCOMPARE(converted({u("Rock "), u("")}), QVector<int>{0});

@@ -260,6 +260,19 @@ LanguageGroup languageGroup(const Language& language)
     return rowOf(language).group;
 }
 
+QString languageName(const Language& language)
+{
+    // By value.
+    static constexpr const char* names[] = {"NoLanguage", "German", "EnglishUk", "EnglishUs",
+        "Spanish", "Italian", "French", nullptr, "Dutch", "Arabic", "MandarinTaiwan",
+        "MandarinChina", "Korean", "Japanese", "Russian", "FrenchCanada", "SpanishUs", "Portuguese",
+        "Polish", "Greek", "Turkish", "Hungarian", "Romanian", "Swedish", "PortugueseBrazil",
+        "CantoneseHongKong", "CantoneseChina", "Slovak", "Czech", "Slovenian", "Danish",
+        "Norwegian", "Finnish", "Indonesian", "Thai"};
+    static_assert(std::size(names) == Thai + 1, "one name for each language");
+    return language >= 0 && language <= Thai ? QLatin1String(names[language]) : QString();
+}
+
 QDebug& operator<<(QDebug& stream, Language language)
 {
     const QByteArray iso = convertLanguageIdToIso(language);

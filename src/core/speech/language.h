@@ -30,6 +30,7 @@
  * @{ */
 
 class QDebug;
+class QString;
 
 /** A language. The library registers the meta-types "Language" and "QList<Language>" at load. */
 enum Language : int
@@ -106,6 +107,12 @@ ORVCORE_EXPORT QByteArray convertTtsLanguageIdToIso3(const Language& language);
 /** The language of an ISO3 code; #InvalidLanguage for others, even if they are TTS ISO3 codes. */
 ORVCORE_EXPORT Language convertIso3ToLanguageId(const QByteArray& iso3Code);
 /** @} */
+
+/**
+ * The name of the language's enumerator, such as "EnglishUk"; null for a value that belongs to no
+ * language, #InvalidLanguage included.
+ */
+ORVCORE_EXPORT QString languageName(const Language& language);
 
 /** @name String ids
  * Ids that the application defines; there are none until it sets them.

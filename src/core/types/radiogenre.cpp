@@ -124,3 +124,17 @@ QMultiHash<QString, Genre> genresByCategory()
 const QHash<int, Genre> rbdsGenreToTyxGenreHash = genresByCode(&ProgramType::rbds);
 const QHash<int, Genre> rdsGenreToTyxGenreHash = genresByCode(&ProgramType::rds);
 const QMultiHash<QString, Genre> sdarsGenreToTyxGenreHash = genresByCategory();
+
+QString genreName(RadioStation::Genre genre)
+{
+    // By value.
+    static constexpr const char* names[] = {"Unknown", "AdultHits", "Canadian", "Charts",
+        "Children", "Classical", "Comedy", "Country", "Culture", "Documentary", "Drama",
+        "EasyListening", "Education", "Electronic", "Entertainment", "Finance", "Folk", "HipHop",
+        "MarqueeTalk", "PublicRadio", "Jazz", "Latino", "Leisure", "Baseball", "Basketball",
+        "Football", "Hockey", "NationalMusic", "News", "Oldies", "Party", "Politics", "Pop",
+        "Religion", "RhythmAndBlues", "Rock", "Science", "Society", "Soft", "Sports", "Talk",
+        "Travel", "Weather"};
+    static_assert(std::size(names) == RadioStation::Weather + 1, "one name for each genre");
+    return genre >= 0 && genre <= RadioStation::Weather ? QLatin1String(names[genre]) : QString();
+}

@@ -27,4 +27,7 @@ extern ORVCORE_EXPORT const QHash<int, RadioStation::Genre> rbdsGenreToTyxGenreH
 /** Genres by category name in lower case; some names have two genres. */
 extern ORVCORE_EXPORT const QMultiHash<QString, RadioStation::Genre> sdarsGenreToTyxGenreHash;
 
+/** The name of the genre's enumerator, such as "AdultHits"; null for a value that is no genre. */
+ORVCORE_EXPORT QString genreName(RadioStation::Genre genre);
+
 /** @} */
