@@ -28,7 +28,7 @@ template <typename Record, typename... Fields> QString countingFields(Fields... 
         Record record;
         Record other;
         change(record.*field);
-        result += QLatin1Char(record == other ? '0' : '1');
+        result += QLatin1Char(record == other ? '0' : record != other ? '1' : '?');
         change(other.*field);
         const void* const place = &(reference.*field);
         result += place > previous && record == other ? QString() : QStringLiteral("?");
