@@ -36,7 +36,9 @@ QByteArray contentOf(const QString& fileName)
 QString listed(const Manager& manager)
 {
     QStringList texts;
-    for (const Manager::Entry& entry : manager.entries()) { texts += entry.key.toString() + u("=") + u(entry.checksum); }
+    for (const Manager::Entry& entry : manager.entries()) {
+        texts += entry.key.toString() + u("=") + u(entry.checksum);
+    }
     return texts.join(u(" "));
 }
 

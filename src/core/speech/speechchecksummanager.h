@@ -54,7 +54,10 @@ public:
         QString toString() const;
 
         bool operator==(const ChecksumKey& other) const;
-        bool operator!=(const ChecksumKey& other) const { return !(*this == other); }
+        bool operator!=(const ChecksumKey& other) const
+        {
+            return !(*this == other);
+        }
 
         QString filePath; ///< as the caller passed it
         Language language = NoLanguage;

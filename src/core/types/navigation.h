@@ -93,7 +93,10 @@ Q_DECLARE_METATYPE(LocationDescriptor)
 struct ORVCORE_EXPORT LocationInputResult
 {
     bool operator==(const LocationInputResult& other) const;
-    bool operator!=(const LocationInputResult& other) const { return !(*this == other); }
+    bool operator!=(const LocationInputResult& other) const
+    {
+        return !(*this == other);
+    }
 
     uint aux1 = 0;
     quint8 aux2 = 0;

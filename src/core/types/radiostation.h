@@ -34,7 +34,10 @@ enum RadioType : int
 struct ORVCORE_EXPORT WaveBand
 {
     bool operator==(const WaveBand& other) const;
-    bool operator!=(const WaveBand& other) const { return !(*this == other); }
+    bool operator!=(const WaveBand& other) const
+    {
+        return !(*this == other);
+    }
 
     quint8 aux1 = 0;
     QString name;
@@ -58,7 +61,10 @@ struct ORVCORE_EXPORT WaveBand
 struct ORVCORE_EXPORT DabService
 {
     bool operator==(const DabService& other) const;
-    bool operator!=(const DabService& other) const { return !(*this == other); }
+    bool operator!=(const DabService& other) const
+    {
+        return !(*this == other);
+    }
 
     quint16 ensembleAux1 = 0;
     quint8 ensembleAux2 = 0;
@@ -79,7 +85,10 @@ struct ORVCORE_EXPORT DabService
 struct ORVCORE_EXPORT SatelliteRadioCategory
 {
     bool operator==(const SatelliteRadioCategory& other) const;
-    bool operator!=(const SatelliteRadioCategory& other) const { return !(*this == other); }
+    bool operator!=(const SatelliteRadioCategory& other) const
+    {
+        return !(*this == other);
+    }
 
     quint16 id = 0;
     QString name;
@@ -90,7 +99,10 @@ struct ORVCORE_EXPORT SatelliteRadioCategory
 struct ORVCORE_EXPORT SatelliteRadioChannel
 {
     bool operator==(const SatelliteRadioChannel& other) const;
-    bool operator!=(const SatelliteRadioChannel& other) const { return !(*this == other); }
+    bool operator!=(const SatelliteRadioChannel& other) const
+    {
+        return !(*this == other);
+    }
 
     quint16 aux1 = 0;
     quint16 channelNumber = 0;
@@ -106,7 +118,10 @@ struct ORVCORE_EXPORT SatelliteRadioChannel
 struct ORVCORE_EXPORT ExtendedSatelliteRadioChannel : SatelliteRadioChannel
 {
     bool operator==(const ExtendedSatelliteRadioChannel& other) const;
-    bool operator!=(const ExtendedSatelliteRadioChannel& other) const { return !(*this == other); }
+    bool operator!=(const ExtendedSatelliteRadioChannel& other) const
+    {
+        return !(*this == other);
+    }
 
     QStringList categoryNames;
 };
@@ -186,7 +201,10 @@ public:
     RadioStation& operator=(const ExtendedSatelliteRadioChannel& channel);
 
     bool operator==(const RadioStation& other) const;
-    bool operator!=(const RadioStation& other) const { return !(*this == other); }
+    bool operator!=(const RadioStation& other) const
+    {
+        return !(*this == other);
+    }
 
     QString name;
     QVector<Genre> genres;

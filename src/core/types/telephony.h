@@ -30,7 +30,10 @@ struct ORVCORE_EXPORT Call
 {
     /** Compares all fields except handle and note. */
     bool operator==(const Call& other) const;
-    bool operator!=(const Call& other) const { return !(*this == other); }
+    bool operator!=(const Call& other) const
+    {
+        return !(*this == other);
+    }
 
     /** Earlier calls come first; calls of the same time are equivalent. */
     bool operator<(const Call& other) const;
@@ -52,7 +55,10 @@ struct ORVCORE_EXPORT Call
 struct ORVCORE_EXPORT DeviceMap
 {
     bool operator==(const DeviceMap& other) const;
-    bool operator!=(const DeviceMap& other) const { return !(*this == other); }
+    bool operator!=(const DeviceMap& other) const
+    {
+        return !(*this == other);
+    }
 
     QByteArray deviceId;
     uint aux1 = 0;
