@@ -1,7 +1,7 @@
-#include "commandline.h"
-#include "commands.h"
-#include "output.h"
-#include "suggestion.h"
+#include "commands/commands.h"
+#include "shell/commandline.h"
+#include "shell/output.h"
+#include "shell/suggestion.h"
 
 #include <core/orvcore_version.h>
 

@@ -1,7 +1,7 @@
-#include "commandline.h"
-#include "commands.h"
-#include "input.h"
-#include "output.h"
+#include "commands/commands.h"
+#include "shell/commandline.h"
+#include "shell/input.h"
+#include "shell/output.h"
 
 #include <core/inflate.h>
 

@@ -1,7 +1,7 @@
-#include "checks.h"
-#include "input.h"
-#include "suggestion.h"
-#include "tablereader.h"
+#include "checks/checks.h"
+#include "shell/input.h"
+#include "shell/suggestion.h"
+#include "shell/tablereader.h"
 
 #include <QBuffer>
 #include <QRegularExpression>

@@ -1,6 +1,6 @@
-#include "commandline.h"
-#include "commands.h"
-#include "output.h"
+#include "commands/commands.h"
+#include "shell/commandline.h"
+#include "shell/output.h"
 
 #include <core/types/radiogenre.h>
 

@@ -1,5 +1,5 @@
-#include "checks.h"
-#include "jsonplaces.h"
+#include "checks/checks.h"
+#include "checks/jsonplaces.h"
 
 #include <core/parsers/jsonfile.h>
 #include <core/speech/speechchecksummanager.h>

@@ -1,7 +1,7 @@
-#include "promptoptions.h"
+#include "commands/promptoptions.h"
 
-#include "commandline.h"
-#include "output.h"
+#include "shell/commandline.h"
+#include "shell/output.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
-#include "commandline.h"
-#include "commands.h"
-#include "input.h"
-#include "output.h"
-#include "promptoptions.h"
+#include "commands/commands.h"
+#include "commands/promptoptions.h"
+#include "shell/commandline.h"
+#include "shell/input.h"
+#include "shell/output.h"
 
 #include <core/parsers/sentencetokenizer.h>
 #include <core/speech/speechcommon.h>

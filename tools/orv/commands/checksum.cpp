@@ -1,8 +1,8 @@
-#include "commandline.h"
-#include "commands.h"
-#include "output.h"
-#include "progress.h"
-#include "storelock.h"
+#include "commands/commands.h"
+#include "commands/storelock.h"
+#include "shell/commandline.h"
+#include "shell/output.h"
+#include "shell/progress.h"
 
 #include <core/parsers/jsonfile.h>
 #include <core/speech/speechchecksummanager.h>

@@ -1,6 +1,6 @@
-#include "storelock.h"
+#include "commands/storelock.h"
 
-#include "commandline.h"
+#include "shell/commandline.h"
 
 #include <QDir>
 #include <QFileInfo>

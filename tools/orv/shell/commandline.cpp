@@ -1,7 +1,7 @@
-#include "commandline.h"
+#include "shell/commandline.h"
 
-#include "output.h"
-#include "suggestion.h"
+#include "shell/output.h"
+#include "shell/suggestion.h"
 
 #include <QCoreApplication>
 

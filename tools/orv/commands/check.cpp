@@ -1,10 +1,10 @@
-#include "checks.h"
-#include "commandline.h"
-#include "commands.h"
-#include "input.h"
-#include "output.h"
-#include "promptoptions.h"
-#include "suggestion.h"
+#include "checks/checks.h"
+#include "commands/commands.h"
+#include "commands/promptoptions.h"
+#include "shell/commandline.h"
+#include "shell/input.h"
+#include "shell/output.h"
+#include "shell/suggestion.h"
 
 #include <QFileInfo>
 #include <QJsonObject>

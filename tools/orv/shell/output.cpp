@@ -1,6 +1,6 @@
-#include "output.h"
+#include "shell/output.h"
 
-#include "commandline.h"
+#include "shell/commandline.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>

@@ -1,4 +1,4 @@
-#include "tablereader.h"
+#include "shell/tablereader.h"
 
 #include <QTextStream>
 

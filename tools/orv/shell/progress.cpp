@@ -1,4 +1,4 @@
-#include "progress.h"
+#include "shell/progress.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,6 +1,6 @@
-#include "checks.h"
-#include "input.h"
-#include "suggestion.h"
+#include "checks/checks.h"
+#include "shell/input.h"
+#include "shell/suggestion.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>

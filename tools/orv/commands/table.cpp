@@ -1,8 +1,8 @@
-#include "commandline.h"
-#include "commands.h"
-#include "input.h"
-#include "output.h"
-#include "tablereader.h"
+#include "commands/commands.h"
+#include "shell/commandline.h"
+#include "shell/input.h"
+#include "shell/output.h"
+#include "shell/tablereader.h"
 
 #include <QFile>
 #include <QJsonArray>

@@ -1,4 +1,4 @@
-#include "jsonplaces.h"
+#include "checks/jsonplaces.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -1,4 +1,4 @@
-#include "suggestion.h"
+#include "shell/suggestion.h"
 
 #include <core/speech/language.h>
 

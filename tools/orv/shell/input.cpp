@@ -1,6 +1,6 @@
-#include "input.h"
+#include "shell/input.h"
 
-#include "commandline.h"
+#include "shell/commandline.h"
 
 #include <QTextCodec>
 
