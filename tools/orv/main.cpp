@@ -1,38 +1,18 @@
 #include "commands/commands.h"
-#include "shell/commandline.h"
+#include "shell/failure.h"
 #include "shell/output.h"
-#include "shell/suggestion.h"
+#include "shell/words.h"
 
 #include <core/orvcore_version.h>
 
 #include <QCoreApplication>
 #include <QTextCodec>
 
-#include <algorithm>
+#include <clocale>
 
 namespace {
 
-struct Command
-{
-    const char* name;
-    const char* summary;
-    int (*run)(const QStringList& arguments);
-};
-
-constexpr Command commands[] = {
-    {"check", "what authors hardly mean in prompts, sounds, tables, stores, settings", runCheck},
-    {"checksum", "checksums of speech data files: update, verify, list, remove", runChecksum},
-    {"genre", "radio genres, and what broadcasters call them", runGenre},
-    {"inflate", "decompresses zlib and gzip streams", runInflate},
-    {"json", "a value of a JSON file, by its path", runJson},
-    {"language", "languages, their codes and what the engines support", runLanguage},
-    {"prompt", "what prompts ask for: audio, files, text, off-board speech", runPrompt},
-    {"sentences", "texts cut into sentences, with inline tags carried on", runSentences},
-    {"sound", "the files of brand sounds", runSound},
-    {"table", "the header and rows of table files", runTable},
-};
-
-QString usage()
+QString usage(const QVector<Command>& commands)
 {
     QString text =
         QStringLiteral("Usage: orv COMMAND [OPTION…] [ARGUMENT…]\n"
@@ -43,37 +23,47 @@ QString usage()
                     .arg(QLatin1String(command.summary));
     }
     return text
-           + QStringLiteral("\norv COMMAND --help tells more.\n"
+           + QStringLiteral("\norv help COMMAND tells more.\n"
                             "\nExit codes:\n"
                             "  0  done\n"
                             "  1  a negative finding\n"
                             "  2  wrong use or unreadable input\n");
 }
 
+const Command& commandOf(const QVector<Command>& commands, const QString& name)
+{
+    if (const Command* const command = findCommand(commands, name)) {
+        return *command;
+    }
+    throw Failure{unknown("command", name, completions(commands, {}))
+                  + QStringLiteral(" (orv help lists them)")};
+}
+
 int run(QStringList words)
 {
+    const QVector<Command> commands{checkCommand(), checksumCommand(), genreCommand(),
+        inflateCommand(), jsonCommand(), languageCommand(), promptCommand(), sentencesCommand(),
+        soundCommand(), tableCommand()};
     if (words.isEmpty()) {
-        throw Failure{QStringLiteral("no command given (orv --help lists them)")};
+        throw Failure{QStringLiteral("no command given (orv help lists them)")};
     }
     const QString name = words.takeFirst();
-    if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
-        print(usage());
-        return 0;
-    }
-    if (name == QLatin1String("--version") || name == QLatin1String("-v")) {
+    const bool isHelp = name == QLatin1String("help");
+    if (name == QLatin1String("complete")) { // asked by the completion scripts
+        print(completions(commands, words).join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    } else if (isHelp && !words.isEmpty()) {
+        print(CommandLine(commandOf(commands, words[0])).help());
+    } else if (isHelp || name == QLatin1String("--help") || name == QLatin1String("-h")) {
+        print(usage(commands));
+    } else if (name == QLatin1String("--version") || name == QLatin1String("-v")) {
         print(QStringLiteral("orv " ORVCORE_VERSION_STRING "\n"));
-        return 0;
+    } else {
+        const Command& command = commandOf(commands, name);
+        CommandLine commandLine(command);
+        commandLine.process(words);
+        return command.run(commandLine);
     }
-    const auto* const command = std::find_if(std::begin(commands), std::end(commands),
-        [&name](const Command& candidate) { return name == QLatin1String(candidate.name); });
-    if (command == std::end(commands)) {
-        QStringList names{QStringLiteral("--help"), QStringLiteral("--version")};
-        for (const Command& candidate : commands) {
-            names += QLatin1String(candidate.name);
-        }
-        throw Failure{unknown("command", name, names) + QStringLiteral(" (orv --help lists them)")};
-    }
-    return command->run(words);
+    return 0;
 }
 
 } // namespace
@@ -85,6 +75,7 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVCORE_VERSION_STRING));
     // Arguments and file names are UTF-8 in every locale, also in the plain one of build machines.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    std::setlocale(LC_CTYPE, "C.UTF-8"); // for the widths of characters
     takeOverLog();
 
     int exitCode = 0;

@@ -1,8 +1,9 @@
-#include "checks/checks.h"
+#include "checks/finding.h"
 #include "shell/input.h"
-#include "shell/suggestion.h"
+#include "shell/languages.h"
+#include "shell/words.h"
 
-#include <QFileInfo>
+#include <QFile>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -27,15 +28,15 @@ constexpr const char* forms[] = {
 };
 
 /**
- * What the library makes of a prompt, but without a file being read where one is named: which folder
- * stands for the target's root is for this program to say.
+ * What the library makes of a prompt, without reading a file that it names: which folder stands for
+ * the target's root is this program's choice.
  */
 PromptData parsed(QString prompt, PromptContext context)
 {
     if (context != A4AContext) {
         return PromptData::parse(prompt, context);
     }
-    // Below what is no folder there are no files.
+    // There are no files below a device.
     const QString attribute = QStringLiteral("path=\"");
     const QString nowhere = QStringLiteral("/dev/null/");
     PromptData result = PromptData::parse(prompt.replace(attribute, attribute + nowhere), context);
@@ -43,7 +44,7 @@ PromptData parsed(QString prompt, PromptContext context)
     if (isPath && result.text.startsWith(nowhere)) {
         result.text.remove(0, nowhere.size());
     }
-    result.text.replace(attribute + nowhere, attribute); // markup that was taken for text or path
+    result.text.replace(attribute + nowhere, attribute); // also where markup became text or a path
     return result;
 }
 
@@ -108,29 +109,129 @@ QString withoutBlanksInValues(const QString& prompt)
     return joined + prompt.midRef(from);
 }
 
-QString whySpokenWhole(const QString& prompt, PromptContext context)
+/** A word, an attribute's value, a blank or a mark within tags; or the text between two tags. */
+struct Token
 {
-    if (!isSpokenWhole(withoutBlanksInValues(prompt), context)) {
-        return QStringLiteral("a path or language holds a blank");
+    QString text;
+    int begin;
+    bool isValue;
+    bool isBetween;
+};
+
+QVector<Token> tokensOf(const QString& markup)
+{
+    static const QRegularExpression tag(QStringLiteral("<[^<>]*>?"));
+    static const QRegularExpression piece(QStringLiteral("\"[^\"]*\"|\\w+|\\s+|."));
+    QVector<Token> tokens;
+    int end = 0;
+    for (auto tags = tag.globalMatch(markup); tags.hasNext();) {
+        const QRegularExpressionMatch match = tags.next();
+        if (!tokens.isEmpty() && match.capturedStart() > end) {
+            tokens += {markup.mid(end, match.capturedStart() - end), end, false, true};
+        }
+        for (auto pieces = piece.globalMatch(match.captured()); pieces.hasNext();) {
+            const QRegularExpressionMatch part = pieces.next();
+            tokens += {part.captured(), match.capturedStart() + part.capturedStart(),
+                part.captured().size() > 1 && part.captured().startsWith(QLatin1Char('"')), false};
+        }
+        end = match.capturedEnd();
     }
-    if (context == BrandSoundContext && !isSpokenWhole(prompt, GeneralContext)) {
-        return QStringLiteral("this form does not count in the context brandsound");
-    }
-    if (context != A4AContext && !isSpokenWhole(prompt, A4AContext)) {
-        return QStringLiteral("this form counts in the context a4a alone");
-    }
-    const QString form = nearestForm(prompt, "<");
-    return QStringLiteral("nearest form: ")
-           + (isSpokenWhole(form, context)
-                   ? form + QStringLiteral(", which does not count in this context")
-                   : form);
+    return tokens;
 }
 
-/** What a prompt would still mean the same without, in front and behind. */
+/** Where a prompt first differs from a form, and what to write there. */
+struct Difference
+{
+    int begin;
+    QString advice;
+};
+
+Difference differenceFrom(const QString& form, const QString& prompt)
+{
+    const QVector<Token> wanted = tokensOf(form);
+    const QVector<Token> found = tokensOf(prompt);
+    int at = 0;
+    for (int i = 0; i < wanted.size(); ++i) {
+        const Token& token = wanted[i];
+        if (at == found.size()) {
+            QString rest;
+            for (const Token& missing : wanted.mid(i)) {
+                rest += missing.isBetween ? QString() : missing.text;
+            }
+            return {prompt.size(), QStringLiteral("add %1 at the end").arg(rest)};
+        }
+        const bool isSame = token.isBetween ? found[at].isBetween
+                            : token.isValue ? found[at].isValue
+                                            : found[at].text == token.text;
+        if (!isSame && found[at].isBetween) {
+            return {found[at].begin,
+                QStringLiteral("leave out \"%1\" between the tags").arg(found[at].text)};
+        }
+        if (!isSame && !token.isBetween) {
+            const bool isExtra = at + 1 < found.size() && found[at + 1].text == token.text;
+            return {found[at].begin, isExtra
+                                         ? QStringLiteral("leave out \"%1\"").arg(found[at].text)
+                                         : QStringLiteral("write \"%1\" where \"%2\" stands")
+                                               .arg(token.text, found[at].text)};
+        }
+        at += isSame ? 1 : 0; // text between tags may be empty
+    }
+    return {prompt.indexOf(QLatin1Char('<')), QString()};
+}
+
+/** The first tag that is not understood in this context, such as "<offboard>". */
+QString firstTag(const QString& prompt)
+{
+    static const QRegularExpression name(
+        QStringLiteral("<(audio|file|text|phonetic|tts|offboard)"));
+    return name.match(prompt).captured() + QLatin1Char('>');
+}
+
+Finding whySpokenWhole(int line, const QString& prompt, PromptContext context)
+{
+    const QString start = QStringLiteral("the tags will be read aloud: ");
+    const int column = prompt.indexOf(QLatin1Char('<')) + 1;
+    static const QRegularExpression anyTag(QStringLiteral("</?[A-Za-z]"));
+    if (!anyTag.match(prompt).hasMatch()) {
+        return {line, column, Rule::UnknownForm,
+            QStringLiteral("\"<\" will be read aloud: it does not start a tag")};
+    }
+    if (!isSpokenWhole(withoutBlanksInValues(prompt), context)) {
+        static const QRegularExpression blankInValue(QStringLiteral("=\"[^\"]*?\\s"));
+        const int blank = blankInValue.match(prompt).capturedEnd();
+        return {line, blank > 0 ? blank : column, Rule::BlankInPath,
+            start + QStringLiteral("a path or language holds a blank")};
+    }
+    if (context == BrandSoundContext && !isSpokenWhole(prompt, GeneralContext)) {
+        return {line, column, Rule::WrongContext,
+            start
+                + QStringLiteral("%1 does not work with --context brandsound")
+                      .arg(firstTag(prompt))};
+    }
+    if (context != A4AContext && !isSpokenWhole(prompt, A4AContext)) {
+        return {line, column, Rule::WrongContext,
+            start + QStringLiteral("%1 works only with --context a4a").arg(firstTag(prompt))};
+    }
+    const QString form = nearestForm(prompt, "<");
+    const Difference difference = differenceFrom(form, prompt);
+    QString text = start + QStringLiteral("the nearest form is ") + form;
+    if (!difference.advice.isEmpty()) {
+        text += QStringLiteral("; ") + difference.advice;
+    }
+    if (isSpokenWhole(form, context)) {
+        text += isSpokenWhole(form, GeneralContext)
+                    ? QStringLiteral("; it works only with --context a4a")
+                    : QStringLiteral("; it does not work with --context brandsound");
+    }
+    return {line, difference.begin + 1, Rule::UnknownForm, text};
+}
+
+/** The text in front of the markup and behind it, without which a prompt means the same. */
 struct Outside
 {
     QString before;
     QString behind;
+    int behindBegin; ///< where the text behind begins, with its blanks
 };
 
 QVector<int> positionsOf(QChar character, const QString& text)
@@ -145,7 +246,7 @@ QVector<int> positionsOf(QChar character, const QString& text)
 Outside outsideOf(const QString& prompt, PromptContext context, const PromptData& meaning)
 {
     const auto meansTheSame = [context, &meaning](QString part) {
-        if (meaning.mode == PromptFile) { // and no part becomes a sound that stood beside it
+        if (meaning.mode == PromptFile) { // no part may become a sound that stood beside the file
             part.replace(QLatin1String("<text "), QLatin1String("<- "));
         }
         const PromptData other = parsed(part, context);
@@ -153,8 +254,8 @@ Outside outsideOf(const QString& prompt, PromptContext context, const PromptData
         return !isWhole && other.text == meaning.text && other.mode == meaning.mode
                && other.language == meaning.language && other.genre == meaning.genre;
     };
-    // The same as long as the markup is in the part, so that halving finds where it starts and
-    // ends, and a prompt of many brackets is not parsed for each of them.
+    // A part means the same as long as it holds the markup, so halving finds where that starts and
+    // ends. A prompt of many brackets is not parsed for each of them.
     const QVector<int> opening = positionsOf(QLatin1Char('<'), prompt);
     const auto behindBegin = std::partition_point(
         opening.begin(), opening.end(), [&](int at) { return meansTheSame(prompt.mid(at)); });
@@ -162,24 +263,28 @@ Outside outsideOf(const QString& prompt, PromptContext context, const PromptData
     const QVector<int> closing = positionsOf(QLatin1Char('>'), prompt);
     const auto end = std::partition_point(closing.begin(), closing.end(),
         [&](int at) { return at < begin || !meansTheSame(prompt.mid(begin, at + 1 - begin)); });
-    return {prompt.left(begin).trimmed(),
-        end == closing.end() ? QString() : prompt.mid(*end + 1).trimmed()};
+    const int behind = end == closing.end() ? prompt.size() : *end + 1;
+    return {prompt.left(begin).trimmed(), prompt.mid(behind).trimmed(), behind};
 }
 
-/** Where a finding is: a line, and the file that is named there, if it is within that. */
-struct Place
+/** Collects what is found in a prompt, or in a file that it names. */
+class Collector
 {
-    int line;
-    QString inFile;
+public:
+    Findings findings;
+    int line = 0;
+    QString inFile; ///< what a text about a named file starts with
+    int fileColumn = 0;
+
+    /** @p index is where it begins in the text that is checked. */
+    void add(int index, Rule rule, const QString& text)
+    {
+        findings.append({line, inFile.isEmpty() ? index + 1 : fileColumn, rule, inFile + text});
+    }
 };
 
-void add(Findings& findings, const Place& place, const QString& reason)
-{
-    findings.append({place.line, place.inFile + reason});
-}
-
-/** Whether a text holds what starts as an inline tag, but is none. */
-bool holdsBrokenInlineTag(const QString& text)
+/** Where a text holds what starts as an inline tag, but is none; or -1. */
+int brokenInlineTag(const QString& text)
 {
     const QString opening = QStringLiteral("\\!\\");
     const QLatin1Char closing('\\');
@@ -195,125 +300,182 @@ bool holdsBrokenInlineTag(const QString& text)
         const bool isAssignment = equals > 0 && equals < tag.size() - 2;
         if (end == text.size() || !tag.endsWith(closing) || tag.contains(opening)
             || !(isAssignment || tag == QLatin1String("rst\\"))) {
-            return true;
+            return at;
         }
     }
-    return false;
+    return -1;
 }
 
-void checkInlineTags(Findings& findings, const Place& place, const QString& text)
+void checkInlineTags(Collector& collector, const QString& markup, const QString& spoken)
 {
-    if (holdsBrokenInlineTag(text)) {
-        add(findings, place,
+    const int at = brokenInlineTag(spoken);
+    if (at >= 0) {
+        collector.add(std::max(markup.indexOf(spoken), 0) + at, Rule::BrokenInlineTag,
             QStringLiteral(
-                "an inline tag without its form or the blank behind it is spoken as it stands"));
+                "not an inline tag, so it is read aloud; write \\!\\NAME=VALUE\\ and a space"));
+    }
+}
+
+/** Checks a text that this machine speaks for sounds and entities. */
+void checkSpokenWords(
+    Collector& collector, const QString& markup, const QString& spoken, const CheckOptions& options)
+{
+    static const QRegularExpression entity(
+        QStringLiteral("&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"));
+    const int begin = std::max(markup.indexOf(spoken), 0);
+    const QRegularExpressionMatch match = entity.match(spoken);
+    if (match.hasMatch()) {
+        collector.add(begin + match.capturedStart(), Rule::EntitySpoken,
+            QStringLiteral("read aloud as it stands: \"%1\"").arg(match.captured()));
+    }
+    const QString word = spoken.trimmed();
+    const int slip = word.size() < 4 ? 1 : word.size() > 8 ? 3 : 2;
+    if (options.context != BrandSoundContext && options.soundIds.contains(word)) {
+        collector.add(begin, Rule::BareSoundId,
+            QStringLiteral("read aloud, not played: a sound is <text language=\"ISO\">%1</text>, "
+                           "or --context brandsound")
+                .arg(word));
+    } else if (const QString id = nearest(word, options.soundIds, slip); !id.isNull()) {
+        collector.add(begin, Rule::NearSoundId,
+            QStringLiteral("nearly the sound \"%1\", but read aloud").arg(id));
     }
 }
 
 /** Checks what is spoken of markup that is understood. */
-void checkSpokenText(Findings& findings, const Place& place, const PromptData& prompt)
+void checkSpokenText(Collector& collector, const QString& markup, const PromptData& prompt,
+    const CheckOptions& options)
 {
-    // An off-board service has markup of its own; but not this library's.
-    static const QRegularExpression tag(QStringLiteral("</?[a-z]"));
+    // An off-board service has tags of its own, but not those of this library.
+    static const QRegularExpression anyTag(QStringLiteral("</?[a-z]"));
     static const QRegularExpression offboardTag(QStringLiteral("</?(offboard|tts)\\b"));
+    const bool isOffboard = prompt.mode == PromptOffboard;
+    const int begin = std::max(markup.indexOf(prompt.text), 0);
+    const auto tag = (isOffboard ? offboardTag : anyTag).match(prompt.text);
     if (prompt.text.trimmed().isEmpty()) {
-        add(findings, place, QStringLiteral("nothing is spoken"));
-    } else if (prompt.text.contains(prompt.mode == PromptOffboard ? offboardTag : tag)) {
-        add(findings, place, QStringLiteral("markup within the text is spoken as it stands"));
+        collector.add(begin, Rule::NothingSpoken, QStringLiteral("nothing is spoken"));
+    } else if (tag.hasMatch()) {
+        collector.add(begin + tag.capturedStart(), Rule::InnerMarkup,
+            QStringLiteral("the tags within the text will be read aloud"));
     }
-    checkInlineTags(findings, place, prompt.text);
+    if (!isOffboard) {
+        checkSpokenWords(collector, markup, prompt.text, options);
+    }
+    checkInlineTags(collector, markup, prompt.text);
+}
+
+/** Checks the codes of languages. @return whether all are known */
+bool checkLanguages(Collector& collector, const QString& markup, const PromptData& meaning,
+    const CheckOptions& options)
+{
+    // Off-board text may have markup of its own, with languages of its own.
+    static const QRegularExpression boardTag(
+        QStringLiteral(R"~(<(audio|file|text|phonetic) language="([^"]*)")~"));
+    static const QRegularExpression offboardTag(QStringLiteral(R"~(<(tts) lang="([^"]*)"/>)~"));
+    const bool isOffboard = meaning.mode == PromptOffboard;
+    bool areKnown = true;
+    auto match = (isOffboard ? offboardTag : boardTag).globalMatch(markup);
+    while (match.hasNext()) {
+        const QRegularExpressionMatch tag = match.next();
+        const QString code = tag.captured(2);
+        // A brand sound is named by text with a language, whatever the language is.
+        const bool mayName =
+            tag.captured(1) == QLatin1String("text")
+            && (meaning.mode == PromptAudio || options.context == BrandSoundContext);
+        if (convertIsoToLanguageId(code.toUtf8()) == InvalidLanguage) {
+            collector.add(tag.capturedStart(2), Rule::UnknownLanguage, unknownLanguage(code));
+            areKnown = false;
+        } else if (!isOffboard && !mayName) {
+            collector.add(tag.capturedStart(2), Rule::LanguageIgnored,
+                QStringLiteral("\"%1\" has no effect: only <tts lang=\"%1\"/> sets a language")
+                    .arg(code));
+        }
+    }
+    return areKnown;
 }
 
 /** Checks markup that is understood, as @p meaning. */
-void checkMarkup(Findings& findings, const Place& place, const QString& markup,
-    PromptContext context, const PromptData& meaning)
+void checkMarkup(Collector& collector, const QString& markup, const PromptData& meaning,
+    const CheckOptions& options)
 {
-    // Off-board text may be in markup of its own, with languages of its own.
-    static const QRegularExpression languageCode(
-        QStringLiteral(R"~(<(?:audio|file|text|phonetic) language="([^"]*)")~"));
-    static const QRegularExpression offboardLanguage(QStringLiteral(R"~(<tts lang="([^"]*)"/>)~"));
-    const bool isOffboard = meaning.mode == PromptOffboard;
-    auto match = (isOffboard ? offboardLanguage : languageCode).globalMatch(markup);
-    bool isLanguageKnown = true;
-    while (match.hasNext()) {
-        const QString code = match.next().captured(1);
-        if (convertIsoToLanguageId(code.toUtf8()) == InvalidLanguage) {
-            add(findings, place, unknownLanguage(code));
-            isLanguageKnown = false;
-        }
-    }
-    Outside outside = outsideOf(markup, context, meaning);
-    if (isOffboard && !isLanguageKnown) {
-        // Its tag means nothing, and so seems to be outside.
+    const bool areLanguagesKnown = checkLanguages(collector, markup, meaning, options);
+    Outside outside = outsideOf(markup, options.context, meaning);
+    if (meaning.mode == PromptOffboard && !areLanguagesKnown) {
+        // The tag of an unknown language means nothing, and so seems to be outside.
         const int tag = outside.before.lastIndexOf(QLatin1String("<tts "));
         outside.before = outside.before.left(tag).trimmed();
     }
-    for (const QString& part : {outside.before, outside.behind}) {
+    const auto report = [&](const QString& part, int from) {
         if (!part.isEmpty()) {
-            add(findings, place,
-                QStringLiteral("dropped, since it is outside the markup: \"%1\"").arg(part));
+            collector.add(markup.indexOf(part, from), Rule::OutsideMarkup,
+                QStringLiteral("dropped, because it is outside the tags: \"%1\"").arg(part));
         }
-    }
+    };
+    report(outside.before, 0);
+    report(outside.behind, outside.behindBegin);
 }
 
 /** Checks a file of off-board markup that a prompt names. */
-void checkOffboardFile(
-    Findings& findings, int line, const QString& path, const CheckOptions& options)
+void checkOffboardFile(Collector& collector, const QString& path, const CheckOptions& options)
 {
-    QFile file(onThisMachine(path, options));
-    if (!QFileInfo(file).isFile()) {
-        return; // which is told already
-    }
-    const Place place{line, QStringLiteral("in \"%1\": ").arg(path)};
+    QFile file(options.onThisMachine(path));
+    collector.inFile = QStringLiteral("in \"%1\": ").arg(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        add(findings, place, file.errorString());
+        collector.add(0, Rule::UnreadableFile, file.errorString());
         return;
     }
     const QByteArray content = file.readAll();
     if (!content.contains("<offboard")) {
-        return; // of another kind
+        return; // a file of another kind
     }
-    const QByteArray bytes = content.constData(); // up to the first NUL, as it is read
+    const QByteArray bytes = content.constData(); // up to the first NUL, as the library reads it
     if (bytes.size() < content.size()) {
-        add(findings, place, QStringLiteral("lost from the first NUL on"));
+        collector.add(0, Rule::NulInFile, QStringLiteral("lost from the first NUL on"));
     }
     QString markup;
     if (!decodeUtf8(bytes, markup)) {
-        add(findings, place, QStringLiteral("not valid UTF-8"));
+        collector.add(0, Rule::NotUtf8, QStringLiteral("not valid UTF-8"));
         return;
     }
     const PromptData meaning = parsed(markup, A4AContext);
     if (meaning.mode == PromptOffboard) {
-        checkMarkup(findings, place, markup, A4AContext, meaning);
-        checkSpokenText(findings, place, meaning);
+        checkMarkup(collector, markup, meaning, options);
+        checkSpokenText(collector, markup, meaning, options);
     } else {
-        add(findings, place,
-            QStringLiteral("no off-board markup is found, nearest form: ")
+        collector.add(0, Rule::NoOffboardMarkup,
+            QStringLiteral("no off-board markup is found; the nearest form is ")
                 + nearestForm(markup, "<offboard"));
     }
 }
 
-void checkPrompt(Findings& findings, int line, const QString& prompt, const CheckOptions& options)
+void checkPrompt(Collector& collector, const QString& prompt, const CheckOptions& options)
 {
-    const Place place{line, QString()};
+    static const QRegularExpression comment(QStringLiteral("^\\s*#+(\\s|$)"));
+    if (comment.match(prompt).hasMatch()) {
+        collector.add(prompt.indexOf(QLatin1Char('#')), Rule::CommentSpoken,
+            QStringLiteral("read aloud: a line of prompts is never a comment"));
+    }
     const PromptData meaning = parsed(prompt, options.context);
     if (meaning.mode == PromptText && meaning.text == prompt) {
         if (prompt.contains(QLatin1Char('<'))) {
-            add(findings, place,
-                QStringLiteral("spoken whole, markup included: ")
-                    + whySpokenWhole(prompt, options.context));
+            collector.findings += whySpokenWhole(collector.line, prompt, options.context);
         }
-        checkInlineTags(findings, place, prompt);
+        checkSpokenWords(collector, prompt, prompt, options);
+        checkInlineTags(collector, prompt, prompt);
         return;
     }
-    checkMarkup(findings, place, prompt, options.context, meaning);
+    checkMarkup(collector, prompt, meaning, options);
     if (meaning.mode == PromptText || meaning.mode == PromptOffboard) {
-        checkSpokenText(findings, place, meaning);
+        checkSpokenText(collector, prompt, meaning, options);
         return;
     }
-    checkFile(findings, line, meaning.text, options);
-    if (options.context == A4AContext && meaning.mode == PromptFile) {
-        checkOffboardFile(findings, line, meaning.text, options);
+    const int path = std::max(prompt.indexOf(meaning.text), 0);
+    if (!options.isFile(meaning.text)) {
+        collector.add(
+            path, Rule::MissingFile, QStringLiteral("no such file: \"%1\"").arg(meaning.text));
+    } else if (options.context == A4AContext && meaning.mode == PromptFile) {
+        collector.fileColumn = path + 1;
+        checkOffboardFile(collector, meaning.text, options);
+        collector.inFile.clear();
     }
 }
 
@@ -321,20 +483,17 @@ void checkPrompt(Findings& findings, int line, const QString& prompt, const Chec
 
 Findings checkPrompts(const QByteArray& content, const CheckOptions& options)
 {
-    Findings findings;
-    int line = 0;
-    const QList<QByteArray> lines = content.split('\n');
-    for (QByteArray bytes : lines) {
-        ++line;
-        if (bytes.endsWith('\r')) {
-            bytes.chop(1);
-        }
+    Collector collector;
+    LineReader reader(content);
+    QByteArray bytes;
+    while (reader.readBytes(bytes)) {
+        collector.line = reader.lineNumber();
         QString prompt;
         if (decodeUtf8(bytes, prompt)) {
-            checkPrompt(findings, line, prompt, options);
+            checkPrompt(collector, prompt, options);
         } else {
-            findings.append({line, QStringLiteral("not valid UTF-8")});
+            collector.add(0, Rule::NotUtf8, QStringLiteral("not valid UTF-8"));
         }
     }
-    return findings;
+    return collector.findings;
 }

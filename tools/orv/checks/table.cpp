@@ -1,10 +1,12 @@
-#include "checks/checks.h"
+#include "checks/finding.h"
 #include "shell/input.h"
-#include "shell/suggestion.h"
 #include "shell/tablereader.h"
+#include "shell/words.h"
 
 #include <QBuffer>
 #include <QRegularExpression>
+
+#include <algorithm>
 
 namespace {
 
@@ -13,76 +15,57 @@ bool isDeclared(const EcoFile& file)
     return !file.header().version().isEmpty() || !file.header().encoding().isEmpty();
 }
 
-constexpr int mostFields = 200; // that are counted
-
-/** How many fields the library finds in a line: the number of columns with which it takes it. */
-QString fieldCount(const QString& line, char separator)
-{
-    EcoFile probe;
-    probe.parseHeaderLine(QStringLiteral("#Separator %1").arg(uchar(separator), 0, 16));
-    for (int count = 0; count <= mostFields; ++count) {
-        probe.parseDataLine(line);
-        if (!probe.rows().isEmpty()) {
-            return QString::number(count);
-        }
-        probe.parseHeaderLine(QStringLiteral("#Column %1").arg(count));
-    }
-    return QStringLiteral("too many");
-}
-
 bool hasLoneQuote(const QString& line)
 {
     return line.count(QLatin1Char('"')) % 2 != 0;
 }
 
-QString counted(const QString& count, const char* what)
+QString whyDropped(const QString& line, const EcoFile& file)
 {
-    const char* const ending = count == QLatin1String("1") ? "" : "s";
-    return QStringLiteral("%1 %2%3").arg(count, QLatin1String(what), QLatin1String(ending));
-}
-
-QString whyDropped(const QString& line, const EcoFile::Header& header)
-{
-    if (header.columns().isEmpty()) {
+    const int columns = file.header().columns().size();
+    if (columns == 0) {
         return QStringLiteral("no columns are declared above it");
     }
-    QString reason = counted(fieldCount(line, header.separator()), "field")
-                     + QStringLiteral(" for ")
-                     + counted(QString::number(header.columns().size()), "column");
-    if (hasLoneQuote(line)) {
-        reason += QStringLiteral(", with a quote that has no partner");
-    }
-    return reason;
+    return counted(file.fieldCount(line), "field") + QStringLiteral(" for ")
+           + counted(columns, "column")
+           + QLatin1String(hasLoneQuote(line) ? ", with a quote that has no partner" : "");
 }
 
-QString checkColumn(const EcoFile::Header& before, const EcoFile& after)
+/** What is wrong with a column; or an empty text. */
+QString problemOfColumn(const EcoFile::Header& before, const EcoFile& after)
 {
     const QString column = after.header().columns().last();
     if (before.columns().contains(column)) {
-        return QStringLiteral("column \"%1\" again: of its fields the last one counts").arg(column);
+        return QStringLiteral("column \"%1\" again: its last field counts").arg(column);
     }
     if (!after.rows().isEmpty()) {
-        return QStringLiteral("a column below the first row, which lacks it");
+        return QStringLiteral("a column below the first row, which does not have it");
     }
     return QString();
 }
 
-QString checkSeparator(const QString& line, const EcoFile::Header& header)
+/** Whether a line that declares a column is named as it should be. */
+bool isNamed(const QString& line)
+{
+    return line.section(QLatin1Char(' '), 0, 0) == QLatin1String("#Column");
+}
+
+/** What is wrong with a separator; or an empty text. */
+QString problemOfSeparator(const QString& line, const EcoFile::Header& header)
 {
     const int code = line.section(QLatin1Char(' '), 1).toInt(nullptr, 16);
     if (code >= 0 && code <= 0xFF) {
         return QString();
     }
-    return QStringLiteral("no code of two digits, and taken for %1, \"%2\"")
+    return QStringLiteral("not a code of two digits, so it counts as %1, \"%2\"")
         .arg(uchar(header.separator()), 2, 16, QLatin1Char('0'))
         .arg(QLatin1Char(header.separator()));
 }
 
-/** What is wrong with a line that declares something, or seems to; nothing for a mere remark. */
-QString checkDeclaration(const QString& line, const EcoFile::Header& before, const EcoFile& after)
+/** What is wrong with a line that starts with "#"; an empty text also for a comment. */
+QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
 {
-    // Setting another separator first shows whether the line sets any.
-    const EcoFile::Header& header = after.header();
+    // Another separator comes first, to see whether the line sets one.
     EcoFile probe;
     const char other = header.separator() == 'x' ? 'y' : 'x';
     probe.parseHeaderLine(QStringLiteral("#Separator %1").arg(uchar(other), 0, 16));
@@ -107,20 +90,18 @@ QString checkDeclaration(const QString& line, const EcoFile::Header& before, con
     for (const Declaration& declaration : declarations) {
         const QString& name = declaration.name;
         if (declaration.isMade && line.section(QLatin1Char(' '), 0, 0) != name) {
-            return QStringLiteral("counts as \"%1\", as it starts so").arg(name);
+            return QStringLiteral("counts as \"%1\", because it starts like one").arg(name);
         }
         if (!declaration.isMade && word.compare(name, Qt::CaseInsensitive) == 0) {
             return declaration.whenNot;
         }
-        // For a slip of the pen; but hardly anything depends on the version.
+        // A slip of the pen, but not in "#ECO": hardly anything depends on the version.
         if (!declaration.isMade && name.size() > 4
             && editDistance(word.toLower(), name.toLower()) == 1) {
             return QStringLiteral("a comment, did you mean \"%1\"?").arg(name);
         }
     }
-    return declarations[0].isMade   ? checkColumn(before, after)
-           : declarations[1].isMade ? checkSeparator(line, header)
-                                    : QString();
+    return declarations[1].isMade ? problemOfSeparator(line, header) : QString();
 }
 
 void checkEncoding(Findings& findings, const QByteArray& content)
@@ -128,13 +109,13 @@ void checkEncoding(Findings& findings, const QByteArray& content)
     if (content.startsWith("\xFF\xFE") || content.startsWith("\xFE\xFF")) {
         return; // UTF-16, which is read as such
     }
-    int number = 0;
-    const QList<QByteArray> lines = content.split('\n');
-    for (const QByteArray& line : lines) {
-        ++number;
+    LineReader reader(content);
+    QByteArray line;
+    while (reader.readBytes(line)) {
         QString text;
         if (!decodeUtf8(line, text)) {
-            findings.append({number, QStringLiteral("not valid UTF-8")});
+            findings.append(
+                {reader.lineNumber(), 1, Rule::NotUtf8, QStringLiteral("not valid UTF-8")});
         }
     }
 }
@@ -145,24 +126,39 @@ Findings checkTable(const QByteArray& content, const CheckOptions&)
 {
     Findings findings;
     checkEncoding(findings, content);
-    EcoFile::Header before; // not the rows: they would be copied at every remark
+    EcoFile::Header before; // not the rows: they would be copied at every line with "#"
     QBuffer buffer;
     buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
-    readTable(buffer, [&](const TableLine& line, const EcoFile& after) {
+    const EcoFile file = readTable(buffer, [&](const TableLine& line, const EcoFile& after) {
+        const auto add = [&](int column, Rule rule, const QString& text) {
+            findings.append({line.number, column, rule, text});
+        };
         if (line.isDeclaration) {
-            const QString reason = checkDeclaration(line.text, before, after);
-            if (!reason.isEmpty()) {
-                findings.append({line.number, reason});
+            const bool isColumn =
+                after.header().columns().size() > before.columns().size() && isNamed(line.text);
+            const QString problem = isColumn ? problemOfColumn(before, after)
+                                             : problemOfDeclaration(line.text, after.header());
+            if (!problem.isEmpty()) {
+                add(1, isColumn ? Rule::LateColumn : Rule::BadDeclaration, problem);
             }
             before = after.header();
         } else if (line.isDropped) {
-            findings.append(
-                {line.number, QStringLiteral("dropped: ") + whyDropped(line.text, after.header())});
+            add(1, Rule::DroppedRow, QStringLiteral("dropped: ") + whyDropped(line.text, after));
         } else if (hasLoneQuote(line.text)) {
-            findings.append({line.number,
-                QStringLiteral("a quote that has no partner is lost, and ends its field")});
+            add(line.text.lastIndexOf(QLatin1Char('"')) + 1, Rule::LoneQuote,
+                QStringLiteral("a quote that has no partner is lost, and ends its field"));
         }
     });
+    const auto isDropped = [](const Finding& finding) { return finding.rule == Rule::DroppedRow; };
+    if (file.header().columns().isEmpty()
+        && std::any_of(findings.begin(), findings.end(), isDropped)) {
+        const auto isOther = [](const Finding& finding) {
+            return finding.rule != Rule::BadDeclaration;
+        };
+        findings.erase(std::remove_if(findings.begin(), findings.end(), isOther), findings.end());
+        findings.append(
+            {1, 1, Rule::NotATable, QStringLiteral("not a table file: no line declares a column")});
+    }
     return findings;
 }

@@ -1,15 +1,18 @@
-#include "checks/checks.h"
+#include "checks/finding.h"
 #include "commands/commands.h"
-#include "commands/promptoptions.h"
-#include "shell/commandline.h"
+#include "commands/options.h"
+#include "commands/sarif.h"
+#include "shell/failure.h"
+#include "shell/files.h"
 #include "shell/input.h"
 #include "shell/output.h"
-#include "shell/suggestion.h"
+#include "shell/words.h"
 
 #include <QFileInfo>
 #include <QJsonObject>
 
 #include <algorithm>
+#include <tuple>
 
 namespace {
 
@@ -17,120 +20,303 @@ struct Kind
 {
     const char* name;
     Findings (*check)(const QByteArray& content, const CheckOptions& options);
+    const char* suffix; ///< of the files that are checked in a folder
+    const char* text;
+    bool usesSounds = false;
 };
 
 constexpr Kind kinds[] = {
-    {"prompts", checkPrompts},
-    {"settings", checkSettings},
-    {"sounds", checkSounds},
-    {"store", checkStore},
-    {"table", checkTable},
+    {"prompts", checkPrompts, ".txt",
+        "prompt markup, one prompt per line, with the off-board markup\n"
+        "            of files it names",
+        true},
+    {"settings", checkSettings, ".json", "the JSON file of an application's settings"},
+    {"sounds", checkSounds, ".json", "a JSON table of brand sounds"},
+    {"store", checkStore, ".json", "a checksum store"},
+    {"table", checkTable, ".eco", "an \"#ECO\" table file"},
 };
 
-const Kind& kindOf(const QString& name)
+QStringList kindNames()
 {
     QStringList names;
     for (const Kind& kind : kinds) {
-        if (name == QLatin1String(kind.name)) {
-            return kind;
-        }
         names += QLatin1String(kind.name);
     }
-    throw Failure{unknown("kind of file", name, names)
-                  + QStringLiteral(" (%1)").arg(names.join(QStringLiteral(", ")))};
+    return names;
 }
 
-/** @return the number of findings @throw Failure when the file cannot be read */
-int check(const Kind& kind, QString fileName, const CheckOptions& options, bool asJson)
+/** What a run of the command works on. */
+struct Task
 {
-    QFile file;
-    openInput(file, fileName);
-    const QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        throw Failure{QStringLiteral("%1: %2").arg(fileName, file.errorString())};
+    const Kind& kind;
+    QVector<PromptContext> contexts;
+    QStringList contextNames;
+    CheckOptions options;
+    QStringList allowed;  ///< names of rules
+    QStringList baseline; ///< accepted findings, by keyOf()
+    int accepted = 0;
+    int exitCode = 0;
+    QVector<FileFinding> findings = {};
+};
+
+/** What makes two findings the same, wherever their lines have moved to. */
+QString keyOf(const QString& file, const QString& rule, const QString& text)
+{
+    return file + QLatin1Char('\n') + rule + QLatin1Char('\n') + text;
+}
+
+QJsonObject jsonOf(const QString& file, const Finding& finding)
+{
+    const RuleText& rule = textOf(finding.rule);
+    return {{QStringLiteral("file"), file}, {QStringLiteral("line"), finding.line},
+        {QStringLiteral("column"), finding.column},
+        {QStringLiteral("severity"), QLatin1String(rule.severity)},
+        {QStringLiteral("rule"), QLatin1String(rule.name)},
+        {QStringLiteral("reason"), finding.text}};
+}
+
+/** The findings that --json once wrote into a file. @throw Failure */
+QStringList readBaseline(const QString& fileName)
+{
+    QStringList keys;
+    LineReader reader(fileName);
+    QByteArray line;
+    while (reader.readBytes(line)) {
+        const QJsonObject object = QJsonDocument::fromJson(line).object();
+        if (object.isEmpty()) {
+            throw Failure{QStringLiteral("%1:%2: not a finding that orv check --json wrote")
+                              .arg(fileName, QString::number(reader.lineNumber()))};
+        }
+        keys += keyOf(object.value(QLatin1String("file")).toString(),
+            object.value(QLatin1String("rule")).toString(),
+            object.value(QLatin1String("reason")).toString());
     }
-    Findings findings = kind.check(content, options);
-    std::stable_sort(findings.begin(), findings.end(),
-        [](const Finding& a, const Finding& b) { return a.line < b.line; });
-    for (const Finding& finding : qAsConst(findings)) {
-        if (asJson) {
-            printJson({{QStringLiteral("file"), fileName}, {QStringLiteral("line"), finding.line},
-                {QStringLiteral("reason"), finding.reason}});
-        } else {
-            print(onOneLine(QStringLiteral("%1:%2: %3")
-                                .arg(fileName, QString::number(finding.line), finding.reason))
-                  + QLatin1Char('\n'));
+    return keys;
+}
+
+/** The findings in all contexts; those that are not of all contexts name theirs. */
+Findings findAll(Task& task, const QByteArray& content)
+{
+    QVector<Findings> found;
+    for (const PromptContext context : qAsConst(task.contexts)) {
+        task.options.context = context;
+        found += task.kind.check(content, task.options);
+    }
+    const auto orderOf = [](const Finding& finding) {
+        return std::tie(finding.line, finding.column, finding.rule, finding.text);
+    };
+    const auto isLess = [&](const Finding& a, const Finding& b) { return orderOf(a) < orderOf(b); };
+    for (Findings& findings : found) {
+        std::stable_sort(findings.begin(), findings.end(), isLess);
+    }
+    Findings all;
+    for (int i = 0; i < found.size(); ++i) {
+        for (Finding finding : qAsConst(found[i])) {
+            QStringList contexts;
+            for (int j = 0; j < found.size(); ++j) {
+                if (std::binary_search(found[j].begin(), found[j].end(), finding, isLess)) {
+                    contexts += task.contextNames[j];
+                }
+            }
+            if (contexts[0] != task.contextNames[i]) {
+                continue; // an earlier context had it
+            }
+            if (contexts.size() < found.size()) {
+                finding.text += QStringLiteral(" (in %1)").arg(contexts.join(QStringLiteral(", ")));
+            }
+            all += finding;
         }
     }
-    return findings.size();
+    std::stable_sort(all.begin(), all.end(), [](const Finding& a, const Finding& b) {
+        return std::tie(a.line, a.column) < std::tie(b.line, b.column);
+    });
+    return all;
+}
+
+/** Checks one file, and keeps what is not accepted. @throw Failure when the file cannot be read */
+void check(Task& task, QString fileName)
+{
+    const QByteArray content = readInput(fileName);
+    const Findings findings = findAll(task, content);
+    for (const Finding& finding : findings) {
+        const QString rule = QLatin1String(textOf(finding.rule).name);
+        if (task.allowed.contains(rule)
+            || task.baseline.removeOne(keyOf(fileName, rule, finding.text))) {
+            ++task.accepted;
+        } else {
+            task.findings.append({fileName, finding});
+        }
+    }
+}
+
+/** Tells of an input that cannot be used; the others go on. */
+void refuse(Task& task, const QString& reason)
+{
+    printError(reason);
+    task.exitCode = 2;
+}
+
+/** The files that an argument stands for. */
+QStringList filesFor(Task& task, const QString& argument)
+{
+    if (argument.isEmpty() || !QFileInfo(argument).isDir()) {
+        return {argument};
+    }
+    const QLatin1String suffix(task.kind.suffix);
+    QStringList names;
+    int others = 0;
+    const QVector<FoundFile> files = filesAt(argument);
+    for (const FoundFile& file : files) {
+        if (!file.problem.isEmpty()) {
+            refuse(task, file.path + QStringLiteral(": ") + file.problem);
+        } else if (file.path.endsWith(suffix)) {
+            names += file.path;
+        } else {
+            ++others;
+        }
+    }
+    if (others > 0) {
+        printError(QStringLiteral("%1: left out %2 not named *%3")
+                       .arg(argument, counted(others, "file"), suffix));
+    }
+    if (names.isEmpty()) {
+        refuse(task, QStringLiteral("%1: no file named *%2 in it").arg(argument, suffix));
+    }
+    return names;
+}
+
+void show(const Task& task, const CommandLine& commandLine)
+{
+    if (commandLine.isSet("sarif")) {
+        print(QString::fromUtf8(sarifOf(task.findings).toJson()));
+        return;
+    }
+    for (const FileFinding& found : task.findings) {
+        const Finding& finding = found.second;
+        const RuleText& rule = textOf(finding.rule);
+        if (commandLine.isSet("json")) {
+            printJson(jsonOf(found.first, finding));
+            continue;
+        }
+        const char* const severity = rule.severity;
+        const Colour colour = *severity == 'e' ? Red : *severity == 'w' ? Yellow : Cyan;
+        print(QStringLiteral("%1:%2:%3: %4: %5 [%6]\n")
+                  .arg(onOneLine(found.first), QString::number(finding.line),
+                      QString::number(finding.column), coloured(QLatin1String(severity), colour),
+                      onOneLine(finding.text), QLatin1String(rule.name)));
+    }
+}
+
+const Kind& kindOf(const QString& name)
+{
+    const int index = kindNames().indexOf(name);
+    if (index < 0) {
+        throw Failure{unknown("kind of file", name, kindNames())
+                      + QStringLiteral(" (%1)").arg(kindNames().join(QStringLiteral(", ")))};
+    }
+    return kinds[index];
+}
+
+Task taskOf(const CommandLine& commandLine)
+{
+    Task task{kindOf(commandLine.arguments()[0]), contextsOf(commandLine),
+        commandLine.values("context"), {}, commandLine.values("allow"), {}};
+    task.contextNames.removeDuplicates();
+    task.options.brand = commandLine.value("brand");
+    task.options.root = commandLine.value("root");
+    if (commandLine.isSet("root") && !QFileInfo(task.options.root).isDir()) {
+        throw Failure{QStringLiteral("no such folder: \"%1\"").arg(task.options.root)};
+    }
+    if (commandLine.isSet("json") && commandLine.isSet("sarif")) {
+        throw Failure{QStringLiteral("either --json or --sarif")};
+    }
+    for (const QString& rule : qAsConst(task.allowed)) {
+        if (!ruleNames().contains(rule)) {
+            throw Failure{unknown("rule", rule, ruleNames())
+                          + QStringLiteral(" (orv help check lists them)")};
+        }
+    }
+    if (commandLine.isSet("baseline")) {
+        task.baseline = readBaseline(commandLine.value("baseline"));
+    }
+    if (task.kind.usesSounds) {
+        task.options.soundIds = loadSounds(commandLine, false).keys();
+        task.options.soundIds.sort();
+    } else {
+        task.contexts = {GeneralContext};
+    }
+    return task;
+}
+
+int run(const CommandLine& commandLine)
+{
+    if (commandLine.arguments().size() < 2) {
+        throw Failure{QStringLiteral("a kind and a file are needed")};
+    }
+    Task task = taskOf(commandLine);
+    const QStringList arguments = commandLine.arguments().mid(1);
+    for (const QString& argument : arguments) {
+        const QStringList files = filesFor(task, argument);
+        for (const QString& file : files) {
+            try {
+                check(task, file);
+            } catch (const Failure& failure) { // the other files are checked all the same
+                refuse(task, failure.reason);
+            }
+        }
+    }
+    show(task, commandLine);
+    if (task.accepted > 0) {
+        printError(QStringLiteral("accepted %1").arg(counted(task.accepted, "finding")));
+    }
+    return std::max(task.exitCode, task.findings.isEmpty() ? 0 : 1);
+}
+
+QString helpText()
+{
+    QString text = QStringLiteral(
+        "Tells what the library would do in silence and an author would hardly want, as\n"
+        "FILE:LINE:COLUMN: SEVERITY: TEXT [RULE]. Exit code: 0 without a finding, 1 with\n"
+        "any, 2 when a file cannot be read.\n\nKinds:\n");
+    for (const Kind& kind : kinds) {
+        text += QStringLiteral("  %1  %2\n")
+                    .arg(QLatin1String(kind.name), -8)
+                    .arg(QLatin1String(kind.text));
+    }
+    text += QStringLiteral("\nRules:\n");
+    for (int i = 0; i < int(Rule::RuleCount); ++i) {
+        const RuleText& rule = textOf(Rule(i));
+        text += QStringLiteral("  %1  %2\n")
+                    .arg(QLatin1String(rule.name), -17)
+                    .arg(QLatin1String(rule.text));
+    }
+    return text.trimmed();
 }
 
 } // namespace
 
-QString onThisMachine(const QString& path, const CheckOptions& options)
+Command checkCommand()
 {
-    return path.startsWith(QLatin1Char('/')) ? options.root + path : path;
-}
-
-void checkFile(Findings& findings, int line, const QString& path, const CheckOptions& options)
-{
-    if (!QFileInfo(onThisMachine(path, options)).isFile()) {
-        findings.append({line, QStringLiteral("no such file: \"%1\"").arg(path)});
-    }
-}
-
-int runCheck(const QStringList& arguments)
-{
-    CommandLine commandLine("check",
-        "Tells what the library would silently speak whole, drop, skip or overwrite, by file,\n"
-        "line and reason. Exit code: 0 without a finding, 1 with any, 2 when a file cannot be "
-        "read.\n"
-        "Brand sounds are read from share/tts/common.json beside the program's bin "
-        "folder.\n\nKinds:\n"
-        "  prompts   prompt markup, one prompt per line, with the off-board markup of files it "
-        "names\n"
-        "  settings  the JSON file of an application's settings\n"
-        "  sounds    a JSON table of brand sounds\n"
-        "  store     a checksum store\n"
-        "  table     an \"#ECO\" table file");
-    commandLine.addOption("context",
-        "For prompts: the caller's situation: general (without it), brandsound, a4a or a number.",
-        "NAME|N", "general");
-    commandLine.addOption(
-        "brand", "For prompts and sounds: the car brand; TYX without it.", "NAME", "TYX");
-    commandLine.addOption("root",
-        "The folder that stands for the target's root folder: absolute paths are looked for below\n"
-        "it, others in the working folder.",
-        "DIR");
-    commandLine.addOption("json", "Writes one JSON object per finding.");
-    commandLine.addArgument("kind", "What the files hold.", "KIND");
-    commandLine.addArgument("file", "A file; - for standard input.", "FILE…");
-    commandLine.addExample("prompts examples/prompts/mistakes.txt");
-    commandLine.addExample("table --json stations.eco | jq .reason");
-    commandLine.process(arguments, arguments.size());
-    const QStringList kindAndFiles = commandLine.arguments();
-    if (kindAndFiles.size() < 2) {
-        throw Failure{QStringLiteral("a kind and a file are needed")};
-    }
-    const Kind& kind = kindOf(kindAndFiles[0]);
-    const CheckOptions options{contextOf(commandLine.value("context")), commandLine.value("brand"),
-        commandLine.value("root")};
-    if (commandLine.isSet("root") && !QFileInfo(options.root).isDir()) {
-        throw Failure{QStringLiteral("no such folder: \"%1\"").arg(options.root)};
-    }
-    if (kind.check == checkPrompts) {
-        loadSounds(commandLine);
-    }
-    int exitCode = 0;
-    const QStringList fileNames = kindAndFiles.mid(1);
-    for (const QString& fileName : fileNames) {
-        try {
-            const int count = check(kind, fileName, options, commandLine.isSet("json"));
-            exitCode = std::max(exitCode, count > 0 ? 1 : 0);
-        } catch (const Failure& failure) {
-            printError(failure.reason); // and the other files are checked all the same
-            exitCode = 2;
-        }
-    }
-    return exitCode;
+    return {"check", "finds mistakes in prompts, sounds, tables, stores and settings", helpText(),
+        {{"kind", "KIND", "What the files hold.", kindNames},
+            {"file", "FILE…",
+                "A file; - for standard input; or a folder: the files in it and below, *.txt "
+                "for prompts, *.eco for tables, *.json for the others."}},
+        {contextOption, brandOption, soundsOption,
+            {"root",
+                "The folder that stands for the target's root folder: absolute paths are looked "
+                "for below it, others in the working folder.",
+                "DIR"},
+            {"allow", "Accepts the findings of a rule; may be given several times.", "RULE", "",
+                ruleNames},
+            {"baseline",
+                "Accepts the findings that an earlier run wrote into FILE with --json, wherever "
+                "their lines are now.",
+                "FILE"},
+            {"json", "Writes one JSON object per finding."},
+            {"sarif", "Writes all findings as SARIF 2.1.0."}},
+        {QStringLiteral("prompts examples/prompts/mistakes.txt"),
+            QStringLiteral("prompts --context general --context a4a speech/prompts"),
+            QStringLiteral("table --json stations.eco | jq .reason")},
+        run};
 }

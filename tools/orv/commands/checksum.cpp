@@ -1,105 +1,87 @@
 #include "commands/commands.h"
 #include "commands/storelock.h"
-#include "shell/commandline.h"
+#include "shell/failure.h"
+#include "shell/files.h"
+#include "shell/input.h"
+#include "shell/languages.h"
+#include "shell/listing.h"
 #include "shell/output.h"
 #include "shell/progress.h"
+#include "shell/words.h"
 
-#include <core/parsers/jsonfile.h>
 #include <core/speech/speechchecksummanager.h>
 
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
-#include <QJsonArray>
+#include <QHash>
 #include <QJsonObject>
 
 #include <algorithm>
+#include <optional>
 
 namespace {
 
 using Manager = SpeechChecksumManager;
+using Entry = Manager::Entry;
 
 constexpr char storeVariable[] = "ORV_SPEECH_CHECKSUM_FILE";
 
-/** An element of the store file. */
-struct Entry
-{
-    Manager::ChecksumKey key;
-    QString checksum;
-};
-
-struct DataFile
-{
-    QString path;
-    qint64 size;
-};
-
-/** What a command works on. */
+/** What an action works on. */
 struct Task
 {
     QStringList paths;
-    bool hasLanguage;
-    Language language;
-    bool hasType;
-    Manager::ChecksumType type;
+    std::optional<Language> language; ///< empty for all
+    std::optional<Manager::ChecksumType> type;
     bool isJson;
     QString storeFile;
     int exitCode = 0;
-    QStringList ownFiles = {}; // canonical paths: the store, and what locks it
+    QStringList ownFiles = {}; ///< canonical paths: the store and its lock
+
+    bool wants(const Manager::ChecksumKey& key) const
+    {
+        return key.language == language.value_or(key.language)
+               && key.type == type.value_or(key.type);
+    }
 };
+
+QStringList typeNames()
+{
+    return {QStringLiteral("alternate"), QStringLiteral("default")}; // by value
+}
 
 QString typeName(Manager::ChecksumType type)
 {
-    return type == Manager::AlternateChecksum ? QStringLiteral("alternate")
-           : type == Manager::DefaultChecksum ? QStringLiteral("default")
-                                              : QString::number(type);
+    return typeNames().value(type, QString::number(type));
 }
 
-Manager::ChecksumType typeOf(const QString& name)
+QString codeOf(Language language)
 {
-    for (const auto type : {Manager::DefaultChecksum, Manager::AlternateChecksum}) {
-        if (name == typeName(type)) {
-            return type;
-        }
-    }
-    throw Failure{QStringLiteral("unknown type: \"%1\" (default or alternate)").arg(name)};
+    return QString::fromLatin1(convertLanguageIdToIso(language));
 }
 
-/** Points the library at the store, and refuses a broken one, which is not to be overwritten. */
-QVector<Entry> readStore(const Task& task, bool mayBeMissing)
+/** Points the library at the store, and refuses a broken one, which must not be overwritten. */
+Manager openStore(const Task& task, bool mayBeMissing)
 {
     qputenv(storeVariable, task.storeFile.toUtf8());
     if (mayBeMissing && !QFileInfo::exists(task.storeFile)) {
-        return {};
+        return Manager();
     }
-    const QJsonDocument document = JsonFile::loadDocument(task.storeFile);
-    if (document.isNull()) {
-        throw Failure{takeLoggedFailure()};
+    Manager manager;
+    if (manager.entries().isEmpty()) {
+        QString name = task.storeFile;
+        if (!readJson(name).isArray()) {
+            throw Failure{QStringLiteral("%1: not a checksum store, which is an array").arg(name)};
+        }
     }
-    if (!document.isArray()) {
-        throw Failure{QStringLiteral("\"%1\" is no checksum store").arg(task.storeFile)};
-    }
-    QVector<Entry> entries;
-    const QJsonArray elements = document.array();
-    for (const QJsonValue& element : elements) {
-        const QVariantMap map = element.toVariant().toMap();
-        entries.append({{map.value(QStringLiteral("filePath")).toString(),
-                            Language(map.value(QStringLiteral("language")).toInt()),
-                            Manager::ChecksumType(map.value(QStringLiteral("type")).toInt())},
-            map.value(QStringLiteral("checksum")).toString()});
-    }
-    std::stable_sort(entries.begin(), entries.end(),
-        [](const Entry& a, const Entry& b) { return a.key.filePath < b.key.filePath; });
-    return entries;
+    return manager;
 }
 
-void writeStore(Manager& manager)
+void writeStore(Manager& manager, const Task& task)
 {
-    takeLoggedFailure();
     manager.writePersistentData();
-    const QString failure = takeLoggedFailure();
-    if (!failure.isEmpty()) {
-        throw Failure{failure};
+    if (!Manager::isWritten()) {
+        throw Failure{QStringLiteral("%1: the store cannot be written").arg(task.storeFile)};
     }
 }
 
@@ -110,48 +92,20 @@ void refuse(Task& task, const QString& path, const QString& reason)
     task.exitCode = 2;
 }
 
-void collectFile(Task& task, const QString& path, QVector<DataFile>& files)
+/** The files among @p paths and in the folders among them, in order, but for the store itself. */
+QVector<FoundFile> collectFiles(Task& task, const QStringList& paths)
 {
-    const QFileInfo info(path);
-    if (!info.exists()) {
-        refuse(task, path, QStringLiteral("no such file"));
-    } else if (path.contains(QLatin1Char(';'))) {
-        refuse(task, path, QStringLiteral("a path with \";\" cannot be stored"));
-    } else if (!info.isFile()) {
-        refuse(task, path, QStringLiteral("no regular file"));
-    } else if (!task.ownFiles.contains(info.canonicalFilePath())) {
-        files.append({path, info.size()});
-    } // and the store itself is left out: it changes with what it tells
-}
-
-/** The files in a folder and in the folders within it, without following links to folders. */
-void collectFolder(Task& task, const QString& path, QVector<DataFile>& files)
-{
-    const QDir folder(path);
-    if (!folder.isReadable()) {
-        refuse(task, path, QStringLiteral("the folder cannot be read"));
-    }
-    const QFileInfoList entries = folder.entryInfoList(
-        QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot, QDir::Name);
-    for (const QFileInfo& entry : entries) {
-        const QString entryPath = QDir::cleanPath(entry.filePath()); // within "." without "./"
-        if (!entry.isDir()) {
-            collectFile(task, entryPath, files);
-        } else if (!entry.isSymLink()) {
-            collectFolder(task, entryPath, files);
-        }
-    }
-}
-
-/** The files among @p paths and in the folders among them, in order. */
-QVector<DataFile> collectFiles(Task& task, const QStringList& paths)
-{
-    QVector<DataFile> files;
+    QVector<FoundFile> files;
     for (const QString& path : paths) {
-        if (QFileInfo(path).isDir()) {
-            collectFolder(task, path, files);
-        } else {
-            collectFile(task, path, files);
+        const QVector<FoundFile> found = filesAt(path);
+        for (const FoundFile& file : found) {
+            if (!file.problem.isEmpty()) {
+                refuse(task, file.path, file.problem);
+            } else if (file.path.contains(QLatin1Char(';'))) {
+                refuse(task, file.path, QStringLiteral("a path with \";\" cannot be stored"));
+            } else if (!task.ownFiles.contains(QFileInfo(file.path).canonicalFilePath())) {
+                files.append(file);
+            }
         }
     }
     return files;
@@ -159,7 +113,7 @@ QVector<DataFile> collectFiles(Task& task, const QStringList& paths)
 
 /**
  * The checksum that the library would generate, block by block, so that a large file moves the bar.
- * Null when the file cannot be read to its end, where the library would answer all the same.
+ * Null when the file cannot be read to its end.
  */
 QByteArray checksumOf(Task& task, const QString& path, Progress& progress)
 {
@@ -172,31 +126,30 @@ QByteArray checksumOf(Task& task, const QString& path, Progress& progress)
         progress.advance(length);
     }
     if (length < 0) {
-        progress.clear();
         refuse(task, path, file.errorString());
         return QByteArray();
     }
     return hash.result().toHex();
 }
 
-/** Hands each file with its fresh checksum to @p take. */
+/** Passes each file with its fresh checksum to @p take. */
 template <typename Function>
-void hashFiles(Task& task, const QVector<DataFile>& files, Function take)
+void hashFiles(Task& task, const QVector<FoundFile>& files, Function take)
 {
     qint64 total = 0;
-    for (const DataFile& file : files) {
+    for (const FoundFile& file : files) {
         total += file.size;
     }
     Progress progress(total);
-    for (const DataFile& file : files) {
+    for (const FoundFile& file : files) {
         const QByteArray checksum = checksumOf(task, file.path, progress);
         if (!checksum.isNull()) {
-            take(file.path, checksum, progress);
+            take(file.path, checksum);
         }
     }
 }
 
-/** However services spell what they store. */
+/** Whether a stored path, in any spelling, is one of @p roots or lies below one. */
 bool liesBelow(const QString& storedPath, const QStringList& roots)
 {
     const QString path = QDir::cleanPath(storedPath);
@@ -210,21 +163,36 @@ bool liesBelow(const QString& storedPath, const QStringList& roots)
     });
 }
 
+/** What the task asks for of the stored entries. */
+QVector<Entry> wantedEntries(const Task& task, const Manager& manager)
+{
+    QVector<Entry> wanted;
+    const QList<Entry> entries = manager.entries();
+    for (const Entry& entry : entries) {
+        if (task.wants(entry.key)
+            && (task.paths.isEmpty() || liesBelow(entry.key.filePath, task.paths))) {
+            wanted += entry;
+        }
+    }
+    return wanted;
+}
+
 void update(Task& task)
 {
     const StoreLock lock(task.storeFile);
-    readStore(task, true);
-    Manager manager;
+    Manager manager = openStore(task, true);
+    const Language language = task.language.value_or(NoLanguage);
+    const auto type = task.type.value_or(Manager::DefaultChecksum);
     int added = 0;
     int changed = 0;
     int unchanged = 0;
-    const auto store = [&](const QString& path, const QByteArray& fresh, Progress&) {
-        const QByteArray stored = manager.checksum(path, task.language, task.type);
-        ++(stored.isNull() ? added : stored != fresh ? changed : unchanged);
-        manager.insert(path, task.language, fresh, task.type);
-    };
-    hashFiles(task, collectFiles(task, task.paths), store);
-    writeStore(manager);
+    hashFiles(
+        task, collectFiles(task, task.paths), [&](const QString& path, const QByteArray& fresh) {
+            const QByteArray stored = manager.checksum(path, language, type);
+            ++(stored.isNull() ? added : stored != fresh ? changed : unchanged);
+            manager.insert(path, language, fresh, type);
+        });
+    writeStore(manager, task);
     if (task.isJson) {
         printJson({{QStringLiteral("new"), added}, {QStringLiteral("changed"), changed},
             {QStringLiteral("unchanged"), unchanged}});
@@ -236,115 +204,142 @@ void update(Task& task)
     }
 }
 
+/** What came of each comparison, by its status. */
+using Counts = QHash<QString, int>;
+
+/** People learn the language and type only where they are not the usual ones. */
+void report(Task& task, Counts& counts, const char* status, const Manager::ChecksumKey& key)
+{
+    ++counts[QLatin1String(status)];
+    if (qstrcmp(status, "asStored") == 0) {
+        return;
+    }
+    task.exitCode = std::max(task.exitCode, 1);
+    if (task.isJson) {
+        printJson({{QStringLiteral("status"), QLatin1String(status)},
+            {QStringLiteral("filePath"), key.filePath},
+            {QStringLiteral("language"), codeOf(key.language)},
+            {QStringLiteral("type"), typeName(key.type)}});
+        return;
+    }
+    const bool isUsual = key.language == NoLanguage && key.type == Manager::DefaultChecksum;
+    print(
+        QStringLiteral("%1  %2%3\n")
+            .arg(QLatin1String(status), -7)
+            .arg(onOneLine(key.filePath),
+                isUsual
+                    ? QString()
+                    : QStringLiteral("  (%1, %2)").arg(codeOf(key.language), typeName(key.type))));
+}
+
+void reportTotal(Task& task, const Counts& counts)
+{
+    int total = 0;
+    QStringList parts;
+    QJsonObject object{{QStringLiteral("status"), QStringLiteral("total")}};
+    for (const char* status : {"asStored", "changed", "missing", "new"}) {
+        const int count = counts.value(QLatin1String(status));
+        total += count;
+        object.insert(QLatin1String(status), count);
+        if (count > 0) {
+            parts += QStringLiteral("%1 %2").arg(count).arg(
+                QLatin1String(qstrcmp(status, "asStored") == 0 ? "as stored" : status));
+        }
+    }
+    object.insert(QStringLiteral("files"), total);
+    if (total == 0) {
+        task.exitCode = std::max(task.exitCode, 1);
+    }
+    if (task.isJson) {
+        printJson(object);
+    } else {
+        printError(counted(total, "file") + QLatin1String(parts.isEmpty() ? "" : ": ")
+                   + parts.join(QStringLiteral(", ")));
+    }
+}
+
 void verify(Task& task)
 {
-    const auto report = [&task](const char* status, const QString& path) {
-        if (task.isJson) {
-            printJson({{QStringLiteral("status"), QLatin1String(status)},
-                {QStringLiteral("filePath"), path}});
-        } else {
-            print(QStringLiteral("%1  %2\n").arg(QLatin1String(status), -7).arg(onOneLine(path)));
-        }
-        task.exitCode = std::max(task.exitCode, 1);
-    };
-    // What is stored of the paths, or everything, is there or missing; folders may hold more.
+    const Manager manager = openStore(task, false);
+    Counts counts;
+    QHash<QString, QVector<Entry>> present; // by cleaned path
+    QStringList presentPaths;
     QStringList missing;
-    QStringList present;
-    const QVector<Entry> stored = readStore(task, false);
+    const QVector<Entry> stored = wantedEntries(task, manager);
     for (const Entry& entry : stored) {
         const QString& path = entry.key.filePath;
-        if (entry.key.language != task.language || entry.key.type != task.type
-            || !(task.paths.isEmpty() || liesBelow(path, task.paths))) {
+        if (!QFileInfo(path).isFile()) {
+            missing += path;
+            report(task, counts, "missing", entry.key);
             continue;
         }
-        if (QFileInfo(path).isFile()) {
-            present.append(path);
-        } else {
-            missing.append(path);
-            report("missing", path);
-        }
+        QVector<Entry>& entries = present[QDir::cleanPath(path)];
+        presentPaths += entries.isEmpty() ? QStringList(path) : QStringList();
+        entries += entry;
     }
-    QStringList paths;
-    const QStringList& wanted = task.paths.isEmpty() ? present : task.paths;
-    for (const QString& path : wanted) {
-        const auto isPartMissing = [&] {
-            return std::any_of(missing.begin(), missing.end(),
-                [&path](const QString& file) { return liesBelow(file, {path}); });
-        };
-        if (QFileInfo::exists(path) || !isPartMissing()) {
-            paths.append(path);
+    // Folders may hold further files. A path that is missing as a whole was reported above.
+    QStringList paths = task.paths.isEmpty() ? presentPaths : task.paths;
+    const auto isReported = [&missing](const QString& path) {
+        return !QFileInfo::exists(path)
+               && std::any_of(missing.begin(), missing.end(),
+                   [&path](const QString& file) { return liesBelow(file, {path}); });
+    };
+    paths.erase(std::remove_if(paths.begin(), paths.end(), isReported), paths.end());
+    hashFiles(task, collectFiles(task, paths), [&](const QString& path, const QByteArray& fresh) {
+        const QVector<Entry> entries = present.value(QDir::cleanPath(path));
+        if (entries.isEmpty()) {
+            report(task, counts, "new",
+                {path, task.language.value_or(NoLanguage),
+                    task.type.value_or(Manager::DefaultChecksum)});
         }
-    }
-    const Manager manager;
-    hashFiles(task, collectFiles(task, paths),
-        [&](const QString& path, const QByteArray& fresh, Progress& progress) {
-            const QByteArray stored = manager.checksum(path, task.language, task.type);
-            if (stored != fresh) {
-                progress.clear();
-                report(stored.isNull() ? "new" : "changed", path);
-            }
-        });
+        for (const Entry& entry : entries) {
+            report(task, counts, entry.checksum == fresh ? "asStored" : "changed", entry.key);
+        }
+    });
+    reportTotal(task, counts);
 }
 
 void refuseUnknownPaths(Task& task)
 {
-    printError(QStringLiteral("nothing of that is stored"));
+    printError(QStringLiteral("nothing is stored of that"));
     task.exitCode = 1;
 }
 
 void list(Task& task)
 {
-    int listed = 0;
-    QVector<QStringList> rows;
-    const QVector<Entry> entries = readStore(task, false);
+    const QVector<Entry> entries = wantedEntries(task, openStore(task, false));
+    Listing listing(task.isJson, {{"checksum"}, {"language"}, {"type"}, {"filePath"}});
     for (const Entry& entry : entries) {
-        if ((task.hasLanguage && entry.key.language != task.language)
-            || (task.hasType && entry.key.type != task.type)
-            || (!task.paths.isEmpty() && !liesBelow(entry.key.filePath, task.paths))) {
-            continue;
-        }
-        ++listed;
-        const QString language = QString::fromLatin1(convertLanguageIdToIso(entry.key.language));
-        if (task.isJson) {
-            printJson({{QStringLiteral("checksum"), entry.checksum},
-                {QStringLiteral("filePath"), entry.key.filePath},
-                {QStringLiteral("language"), language},
-                {QStringLiteral("type"), typeName(entry.key.type)}});
-        } else {
-            rows.append({entry.checksum, language, typeName(entry.key.type),
-                onOneLine(entry.key.filePath)});
-        }
+        listing.add({QString::fromUtf8(entry.checksum), codeOf(entry.key.language),
+            typeName(entry.key.type), entry.key.filePath});
     }
-    printTable(rows);
-    if (listed == 0 && !task.paths.isEmpty()) {
+    listing.finish();
+    if (entries.isEmpty() && !task.paths.isEmpty()) {
         refuseUnknownPaths(task);
     }
 }
 
 void remove(Task& task)
 {
-    if (task.hasType) {
-        throw Failure{QStringLiteral("remove takes both types away; --type is not for it")};
+    if (task.type) {
+        throw Failure{QStringLiteral("remove always removes both types; --type is not for it")};
     }
+    task.language = task.language.value_or(NoLanguage);
     const StoreLock lock(task.storeFile);
-    const QVector<Entry> entries = readStore(task, false);
-    Manager manager;
-    int removed = 0;
-    for (const Entry& entry : entries) {
-        if (entry.key.language == task.language && liesBelow(entry.key.filePath, task.paths)) {
-            manager.remove(entry.key.filePath, task.language);
-            ++removed;
-        }
-    }
-    if (removed == 0) {
+    Manager manager = openStore(task, false);
+    const QVector<Entry> entries = wantedEntries(task, manager);
+    if (entries.isEmpty()) {
         refuseUnknownPaths(task);
         return;
     }
-    writeStore(manager);
+    for (const Entry& entry : entries) {
+        manager.remove(entry.key.filePath, entry.key.language);
+    }
+    writeStore(manager, task);
     if (task.isJson) {
-        printJson({{QStringLiteral("removed"), removed}});
+        printJson({{QStringLiteral("removed"), entries.size()}});
     } else {
-        print(QStringLiteral("%1 removed\n").arg(removed));
+        print(QStringLiteral("%1 removed\n").arg(entries.size()));
     }
 }
 
@@ -362,48 +357,30 @@ constexpr Action actions[] = {
     {"remove", true, remove},
 };
 
-} // namespace
-
-int runChecksum(const QStringList& arguments)
+QStringList actionNames()
 {
-    CommandLine commandLine("checksum",
-        "Keeps checksums of speech data files.\n\nActions:\n"
-        "  update  stores the checksums that the files have now\n"
-        "  verify  shows the files that are new, changed or missing; all stored ones without PATH\n"
-        "  list    shows what is stored\n"
-        "  remove  forgets what is stored of the files, both types");
-    commandLine.addOption(
-        "language", "The language of the files; 00_00, none, without it.", "ISO", "00_00");
-    commandLine.addOption(
-        "type", "The kind of checksum: default (without it) or alternate.", "TYPE", "default");
-    commandLine.addOption("store",
-        "The store; without it the one that ORV_SPEECH_CHECKSUM_FILE names, or\n"
-        "/mnt/share/speech/checksum.json. A lock file beside it, FILE.lock, keeps two\n"
-        "processes from changing it at once.",
-        "FILE");
-    commandLine.addOption("json", "Writes JSON objects: of counts, or one per file.");
-    commandLine.addArgument("action", "update, verify, list or remove.", "ACTION");
-    commandLine.addArgument("path",
-        "Files, or folders with all that lies in them; stored without \"./\" and the like.",
-        "[PATH…]");
-    commandLine.addExample("update --language de_DE speech/de_DE");
-    commandLine.addExample("verify");
-    commandLine.process(arguments, arguments.size());
+    QStringList names;
+    for (const Action& action : actions) {
+        names += QLatin1String(action.name);
+    }
+    return names;
+}
 
-    const QStringList words = commandLine.arguments();
-    const auto* const action =
-        std::find_if(std::begin(actions), std::end(actions), [&words](const Action& candidate) {
-            return words.value(0) == QLatin1String(candidate.name);
-        });
-    if (action == std::end(actions)) {
-        throw Failure{QStringLiteral("one of update, verify, list and remove is needed")};
-    }
-    if (action->needsPaths && words.size() < 2) {
-        throw Failure{QStringLiteral("%1 needs a file or a folder").arg(words[0])};
-    }
-    Task task{words.mid(1), commandLine.isSet("language"), commandLine.language(),
-        commandLine.isSet("type"), typeOf(commandLine.value("type")), commandLine.isSet("json"),
+Task taskOf(const CommandLine& commandLine)
+{
+    Task task{commandLine.arguments().mid(1), {}, {}, commandLine.isSet("json"),
         commandLine.value("store")};
+    if (commandLine.isSet("language")) {
+        task.language = commandLine.language();
+    }
+    if (commandLine.isSet("type")) {
+        const int type = typeNames().indexOf(commandLine.value("type"));
+        if (type < 0) {
+            throw Failure{unknown("type", commandLine.value("type"), typeNames())
+                          + QStringLiteral(" (default or alternate)")};
+        }
+        task.type = Manager::ChecksumType(type);
+    }
     if (!commandLine.isSet("store")) {
         task.storeFile =
             qEnvironmentVariable(storeVariable, QStringLiteral("/mnt/share/speech/checksum.json"));
@@ -413,8 +390,60 @@ int runChecksum(const QStringList& arguments)
         if (path.isEmpty()) {
             throw Failure{QStringLiteral("a path is empty")};
         }
-        path = QDir::cleanPath(path); // one spelling of a path, as it is looked up by it
+        path = QDir::cleanPath(path); // one spelling, as entries are found by it
     }
-    action->run(task);
+    return task;
+}
+
+int run(const CommandLine& commandLine)
+{
+    const QStringList words = commandLine.arguments();
+    const int named = actionNames().indexOf(words.value(0));
+    if (words.isEmpty()) {
+        throw Failure{QStringLiteral("one of update, verify, list and remove is needed")};
+    }
+    if (named < 0) {
+        throw Failure{unknown("action", words[0], actionNames())
+                      + QStringLiteral(" (update, verify, list or remove)")};
+    }
+    if (actions[named].needsPaths && words.size() < 2) {
+        throw Failure{QStringLiteral("%1 needs a file or a folder").arg(words[0])};
+    }
+    Task task = taskOf(commandLine);
+    actions[named].run(task);
     return task.exitCode;
+}
+
+} // namespace
+
+Command checksumCommand()
+{
+    return {"checksum", "keeps checksums of speech data: update, verify, list, remove",
+        QStringLiteral(
+            "Keeps checksums of speech data files.\n\nActions:\n"
+            "  update  stores the checksums that the files have now\n"
+            "  verify  shows the files that are new, changed or missing; without PATH, all\n"
+            "          that are stored; without --language and --type, in all languages and\n"
+            "          types. It ends with a count. Exit code: 0 when all is as stored, 1 for\n"
+            "          any difference or no files, 2 when a file cannot be read.\n"
+            "  list    shows what is stored\n"
+            "  remove  forgets what is stored of the files, both types"),
+        {{"action", "ACTION", "update, verify, list or remove.", actionNames},
+            {"path", "[PATH…]",
+                "Files, or folders with all files in them; stored without \"./\" and the like."}},
+        {{"language",
+             "The language of the files. Without it, update and remove take 00_00 (none), the "
+             "others all.",
+             "ISO", "", languageCodes},
+            {"type",
+                "The kind of checksum: default or alternate. Without it, update takes default, "
+                "the others both.",
+                "TYPE", "", typeNames},
+            {"store",
+                "The store; without it the one that ORV_SPEECH_CHECKSUM_FILE names, or "
+                "/mnt/share/speech/checksum.json. A lock file beside it, FILE.lock, keeps two "
+                "processes from changing it at once.",
+                "FILE"},
+            {"json", "Writes JSON objects: of counts, or one per file."}},
+        {QStringLiteral("update --language de_DE speech/de_DE"), QStringLiteral("verify")}, run};
 }

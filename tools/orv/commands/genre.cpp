@@ -1,11 +1,11 @@
 #include "commands/commands.h"
-#include "shell/commandline.h"
+#include "shell/failure.h"
+#include "shell/listing.h"
 #include "shell/output.h"
 
 #include <core/types/radiogenre.h>
 
 #include <QJsonArray>
-#include <QJsonObject>
 
 #include <algorithm>
 
@@ -13,166 +13,112 @@ namespace {
 
 using Genre = RadioStation::Genre;
 
-// By value.
-constexpr const char* genreNames[] = {"Unknown", "AdultHits", "Canadian", "Charts", "Children",
-    "Classical", "Comedy", "Country", "Culture", "Documentary", "Drama", "EasyListening",
-    "Education", "Electronic", "Entertainment", "Finance", "Folk", "HipHop", "MarqueeTalk",
-    "PublicRadio", "Jazz", "Latino", "Leisure", "Baseball", "Basketball", "Football", "Hockey",
-    "NationalMusic", "News", "Oldies", "Party", "Politics", "Pop", "Religion", "RhythmAndBlues",
-    "Rock", "Science", "Society", "Soft", "Sports", "Talk", "Travel", "Weather"};
-static_assert(std::size(genreNames) == RadioStation::Weather + 1, "one name for each genre");
-
-constexpr const char* vocabularies[] = {"rds", "rbds", "satellite"};
-
-/** A word of a vocabulary, and one genre it stands for. */
-struct Meaning
+/** One way of broadcasters to name genres. */
+struct Vocabulary
 {
-    const char* vocabulary;
-    QString word;
-    Genre genre;
+    const char* name;
+    const QHash<int, Genre>* codes; ///< nullptr for category names
 };
 
-QString nameOf(Genre genre)
-{
-    return QLatin1String(genreNames[genre]);
-}
+const Vocabulary vocabularies[] = {
+    {"rds", &rdsGenreToTyxGenreHash},
+    {"rbds", &rbdsGenreToTyxGenreHash},
+    {"satellite", nullptr},
+};
 
-/** Appends what one word stands for; nothing when it is unknown. @throw Failure for no number */
-void appendMeanings(const char* vocabulary, const QString& word, QVector<Meaning>& meanings)
+/** The genres that a word stands for, ascending. @throw Failure where a number is needed */
+QList<Genre> genresOf(const Vocabulary& vocabulary, const QString& word)
 {
-    if (vocabulary == vocabularies[2]) {
-        QList<Genre> genres = sdarsGenreToTyxGenreHash.values(word.toLower());
+    QList<Genre> genres;
+    if (vocabulary.codes == nullptr) {
+        genres = sdarsGenreToTyxGenreHash.values(word.toLower());
         std::sort(genres.begin(), genres.end());
-        for (const Genre genre : qAsConst(genres)) {
-            meanings.append({vocabulary, word, genre});
-        }
-        return;
+        return genres;
     }
     bool isNumber = false;
     const int code = word.toInt(&isNumber);
     if (!isNumber) {
-        throw Failure{
-            QStringLiteral("no number for --%1: \"%2\"").arg(QLatin1String(vocabulary), word)};
+        throw Failure{QStringLiteral("not a number for --%1: \"%2\"")
+                          .arg(QLatin1String(vocabulary.name), word)};
     }
-    const auto& table =
-        vocabulary == vocabularies[0] ? rdsGenreToTyxGenreHash : rbdsGenreToTyxGenreHash;
-    if (table.contains(code)) {
-        meanings.append({vocabulary, word, table.value(code)});
+    if (vocabulary.codes->contains(code)) {
+        genres += vocabulary.codes->value(code);
     }
+    return genres;
 }
 
-void printMeanings(const QVector<Meaning>& meanings, bool isJson)
+/** The words that stand for a genre, in order. */
+QJsonArray wordsOf(const Vocabulary& vocabulary, Genre genre)
 {
-    QVector<QStringList> rows{{QStringLiteral("VOCABULARY"), QStringLiteral("CODE"),
-        QStringLiteral("VALUE"), QStringLiteral("GENRE")}};
-    for (const Meaning& meaning : meanings) {
-        if (isJson) {
-            printJson({{QStringLiteral("vocabulary"), QLatin1String(meaning.vocabulary)},
-                {QStringLiteral("code"), meaning.word}, {QStringLiteral("value"), meaning.genre},
-                {QStringLiteral("genre"), nameOf(meaning.genre)}});
-        } else {
-            rows.append({QLatin1String(meaning.vocabulary), onOneLine(meaning.word),
-                QString::number(meaning.genre), nameOf(meaning.genre)});
-        }
+    QStringList words;
+    if (vocabulary.codes == nullptr) {
+        words = sdarsGenreToTyxGenreHash.keys(genre);
+        words.sort();
+        return QJsonArray::fromStringList(words);
     }
-    if (!isJson && !meanings.isEmpty()) {
-        printTable(rows);
-    }
-}
-
-QStringList codesOf(const QHash<int, Genre>& table, Genre genre)
-{
-    QList<int> codes = table.keys(genre);
+    QList<int> codes = vocabulary.codes->keys(genre);
     std::sort(codes.begin(), codes.end());
-    QStringList texts;
     for (const int code : qAsConst(codes)) {
-        texts.append(QString::number(code));
+        words += QString::number(code);
     }
-    return texts;
+    return QJsonArray::fromStringList(words);
 }
 
-/** All genres with the words that stand for them. */
-void printVocabularies(bool isJson)
+void showAll(bool isJson)
 {
-    QVector<QStringList> rows{{QStringLiteral("VALUE"), QStringLiteral("GENRE"),
-        QStringLiteral("RDS"), QStringLiteral("RBDS"), QStringLiteral("SATELLITE")}};
-    for (int value = 0; value < int(std::size(genreNames)); ++value) {
-        const auto genre = Genre(value);
-        QStringList names = sdarsGenreToTyxGenreHash.keys(genre);
-        names.sort();
-        const QStringList words[] = {
-            codesOf(rdsGenreToTyxGenreHash, genre), codesOf(rbdsGenreToTyxGenreHash, genre), names};
-        QJsonObject object{
-            {QStringLiteral("value"), value}, {QStringLiteral("genre"), nameOf(genre)}};
-        QStringList row{QString::number(value), nameOf(genre)};
-        for (std::size_t i = 0; i < std::size(vocabularies); ++i) {
-            object.insert(QLatin1String(vocabularies[i]), QJsonArray::fromStringList(words[i]));
-            row.append(words[i].join(QStringLiteral(", ")));
+    Listing listing(isJson, {{"value", "VALUE"}, {"genre", "GENRE"}, {"rds", "RDS"},
+                                {"rbds", "RBDS"}, {"satellite", "SATELLITE"}});
+    for (int value = 0; !genreName(Genre(value)).isNull(); ++value) {
+        QVector<QJsonValue> cells{value, genreName(Genre(value))};
+        for (const Vocabulary& vocabulary : vocabularies) {
+            cells += wordsOf(vocabulary, Genre(value));
         }
-        if (isJson) {
-            printJson(object);
-        } else {
-            rows.append(row);
-        }
+        listing.add(cells);
     }
-    if (!isJson) {
-        printTable(rows);
-    }
+    listing.finish();
 }
 
-/** The arguments with each option before each of its words, as in "--rds 1 --rds 2". */
-QStringList spelledOut(const QStringList& arguments)
+int run(const CommandLine& commandLine)
 {
-    QStringList result;
-    QString option;
-    bool wasOption = false;
-    for (const QString& argument : arguments) {
-        const bool isOption = argument.startsWith(QLatin1String("--"));
-        if (isOption) {
-            option = argument.section(QLatin1Char('='), 0, 0);
-        } else if (!wasOption && !option.isEmpty()) {
-            result.append(option);
-        }
-        result.append(argument);
-        wasOption = isOption && !argument.contains(QLatin1Char('='));
-    }
-    return result;
-}
-
-} // namespace
-
-int runGenre(const QStringList& arguments)
-{
-    CommandLine commandLine("genre",
-        "Shows the genres that programme types and satellite-radio categories stand for; without\n"
-        "any, all genres with what stands for them. An option takes one or more words.");
-    commandLine.addOption("rds", "Programme types of RDS and DAB, 0 to 31.", "N…");
-    commandLine.addOption("rbds", "Programme types of RBDS, 0 to 31.", "N…");
-    commandLine.addOption("satellite", "Category names, in any letter case.", "NAME…");
-    commandLine.addOption("json", "Writes one JSON object per genre.");
-    commandLine.addExample("--rds 10 --satellite \"Latino\"");
-    commandLine.process(spelledOut(arguments), 0);
-
-    QVector<Meaning> meanings;
-    bool isAsked = false;
     int exitCode = 0;
-    for (const char* vocabulary : vocabularies) {
-        const QStringList words = commandLine.values(vocabulary);
+    bool isAsked = false;
+    Listing listing(commandLine.isSet("json"),
+        {{"vocabulary", "VOCABULARY"}, {"code", "CODE"}, {"value", "VALUE"}, {"genre", "GENRE"}});
+    for (const Vocabulary& vocabulary : vocabularies) {
+        const QString name = QLatin1String(vocabulary.name);
+        const QStringList words = commandLine.values(vocabulary.name);
         for (const QString& word : words) {
-            const int count = meanings.size();
-            appendMeanings(vocabulary, word, meanings);
             isAsked = true;
-            if (meanings.size() == count) {
-                printError(QStringLiteral("unknown for --%1: \"%2\"")
-                               .arg(QLatin1String(vocabulary), word));
+            const QList<Genre> genres = genresOf(vocabulary, word);
+            for (const Genre genre : genres) {
+                listing.add({name, word, genre, genreName(genre)});
+            }
+            if (genres.isEmpty()) {
+                printError(QStringLiteral("unknown for --%1: \"%2\"").arg(name, word));
                 exitCode = 1;
             }
         }
     }
     if (isAsked) {
-        printMeanings(meanings, commandLine.isSet("json"));
+        listing.finish();
     } else {
-        printVocabularies(commandLine.isSet("json"));
+        showAll(commandLine.isSet("json"));
     }
     return exitCode;
+}
+
+} // namespace
+
+Command genreCommand()
+{
+    return {"genre", "shows radio genres, and what broadcasters call them",
+        QStringLiteral("Shows the genres that programme types and satellite-radio categories stand "
+                       "for;\nwithout any, all genres with what stands for them. An option takes "
+                       "one or more\nwords."),
+        {},
+        {{"rds", "Programme types of RDS and DAB, 0 to 31.", "N…"},
+            {"rbds", "Programme types of RBDS, 0 to 31.", "N…"},
+            {"satellite", "Category names, in any letter case.", "NAME…"},
+            {"json", "Writes one JSON object per genre."}},
+        {QStringLiteral("--rds 10 --satellite \"Latino\"")}, run, 0};
 }

@@ -1,7 +1,8 @@
 #include "commands/commands.h"
-#include "shell/commandline.h"
+#include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/output.h"
+#include "shell/words.h"
 
 #include <core/inflate.h>
 
@@ -16,23 +17,17 @@ namespace {
 
 constexpr int blockSize = 64 * 1024;
 
-// Longer than any field of a gzip header that goes by its length.
-constexpr int probeSize = 128 * 1024;
-
-/** Hands on what is written until the input is over; then only notes whether there is more. */
-class Gate : public QIODevice
+/** Passes on what is written, and remembers a failure, which Inflate does not check. */
+class Output : public QIODevice
 {
 public:
-    /** Without a target, everything is dropped. */
-    explicit Gate(QIODevice* target)
+    explicit Output(QIODevice& target)
         : target(target)
     {
         open(WriteOnly | Unbuffered);
     }
 
-    bool isOver = false;
     bool hasFailed = false;
-    bool hasSurplus = false;
 
 protected:
     qint64 readData(char*, qint64) override
@@ -42,78 +37,40 @@ protected:
 
     qint64 writeData(const char* data, qint64 size) override
     {
-        if (isOver) {
-            hasSurplus = true;
-        } else if (target != nullptr && target->write(data, size) != size) {
-            hasFailed = true;
-        }
+        hasFailed |= target.write(data, size) != size;
         return size;
     }
 
 private:
-    QIODevice* const target;
+    QIODevice& target;
 };
 
-/**
- * Decompresses, and finds out whether the stream was whole, which the library does not tell.
- *
- * Behind its end a stream ignores whatever comes, but within it no two different bytes can both go
- * on without a sign. So the stream is decompressed twice, and in the end the one is fed zeros and
- * the other ones: that neither fails nor yields anything is what only an ended stream does.
- */
-class Decompressor
+/** @return an empty text, or what is wrong with the data @throw Failure */
+QString decompress(QFile& input, const QString& inputName, QIODevice& target)
 {
-public:
-    explicit Decompressor(QIODevice& target)
-        : output(&target)
-    {}
-
-    /** @throw Failure when the target cannot be written */
-    void add(const QByteArray& data)
-    {
-        outputStream << data;
-        shadowStream << data;
+    Output output(target);
+    Inflate inflate(output);
+    Progress progress(input.size());
+    for (QByteArray data; !(data = input.read(blockSize)).isEmpty() && !inflate.hasFailed();) {
+        inflate << data;
+        progress.advance(input.isSequential() ? 0 : data.size());
         if (output.hasFailed) {
             throw Failure{QStringLiteral("cannot write the output")};
-        }
-    }
-
-    bool isWhole()
-    {
-        output.isOver = true;
-        shadow.isOver = true;
-        outputStream << QByteArray(probeSize, '\0');
-        shadowStream << QByteArray(probeSize, '\xFF');
-        return !output.hasSurplus && !shadow.hasSurplus && takeLoggedFailure().isEmpty();
-    }
-
-private:
-    Gate output;
-    Gate shadow{nullptr};
-    Inflate outputStream{output};
-    Inflate shadowStream{shadow};
-};
-
-/** @return an empty text, or what is wrong with the data */
-QString decompress(QFile& input, const QString& inputName, QIODevice& output)
-{
-    Decompressor decompressor(output);
-    for (;;) {
-        const QByteArray data = input.read(blockSize);
-        if (data.isEmpty()) {
-            break;
-        }
-        decompressor.add(data);
-        const QString failure = takeLoggedFailure();
-        if (!failure.isEmpty()) {
-            return QStringLiteral("corrupt data: %1").arg(failure);
         }
     }
     if (input.error() != QFileDevice::NoError) {
         throw Failure{QStringLiteral("%1: %2").arg(inputName, input.errorString())};
     }
-    return decompressor.isWhole() ? QString()
-                                  : QStringLiteral("the compressed data ends too early");
+    if (inflate.hasFailed()) {
+        return QStringLiteral("the compressed data is corrupt");
+    }
+    if (!inflate.isFinished()) {
+        return QStringLiteral("the compressed data ends too early");
+    }
+    return inflate.surplusSize() == 0
+               ? QString()
+               : QStringLiteral("left %1 behind the end of the compressed data")
+                     .arg(counted(qint64(inflate.surplusSize()), "byte"));
 }
 
 std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
@@ -133,7 +90,7 @@ std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
     if (info.exists() && !commandLine.isSet("force")) {
         throw Failure{QStringLiteral("%1 exists; --force overwrites it").arg(fileName)};
     }
-    // A file appears whole or not at all, but a device must stay one.
+    // A file appears whole or not at all; a device is written to.
     std::unique_ptr<QFileDevice> file;
     if (info.exists() && !info.isFile()) {
         file = std::make_unique<QFile>(fileName);
@@ -146,20 +103,8 @@ std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
     return file;
 }
 
-} // namespace
-
-int runInflate(const QStringList& arguments)
+int run(const CommandLine& commandLine)
 {
-    CommandLine commandLine("inflate",
-        "Decompresses a zlib or gzip stream to standard output or into a file.\n"
-        "What follows the end of the stream is ignored.");
-    commandLine.addOption("o", "The file to write; it appears only if the data is whole.", "FILE");
-    commandLine.addOption("force", "Overwrites the file if it exists.");
-    commandLine.addArgument("file", "The compressed file; - or none for standard input.", "[FILE]");
-    commandLine.addExample("-o voice.dat voice.dat.gz");
-    commandLine.addExample("voice.dat.gz | head");
-    commandLine.process(arguments, 1);
-
     QString inputName = commandLine.fileName();
     QFile input;
     openInput(input, inputName);
@@ -167,11 +112,27 @@ int runInflate(const QStringList& arguments)
     const QString reason = decompress(input, inputName, *output);
     if (!reason.isEmpty()) {
         printError(QStringLiteral("%1: %2").arg(inputName, reason));
-        return 1; // what a QSaveFile holds goes with it
+        return 1; // a QSaveFile that is not committed leaves no file
     }
     auto* const file = qobject_cast<QSaveFile*>(output.get());
     if (file != nullptr ? !file->commit() : !output->flush()) {
         throw Failure{QStringLiteral("cannot write the output: %1").arg(output->errorString())};
     }
     return 0;
+}
+
+} // namespace
+
+Command inflateCommand()
+{
+    return {"inflate", "decompresses zlib and gzip streams",
+        QStringLiteral("Decompresses a zlib or gzip stream to standard output or into a file. "
+                       "Bytes that\nfollow the stream, such as a second one, are left and counted; "
+                       "the exit code is\nthen 1."),
+        {{"file", "[FILE]", "The compressed file; - or none for standard input."}},
+        {{"o", "The file to write; it appears only if the data is whole and nothing follows it.",
+             "FILE"},
+            {"force", "Overwrites the file if it exists."}},
+        {QStringLiteral("-o voice.dat voice.dat.gz"), QStringLiteral("voice.dat.gz | head")}, run,
+        1};
 }

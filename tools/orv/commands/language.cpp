@@ -1,173 +1,85 @@
 #include "commands/commands.h"
-#include "shell/commandline.h"
+#include "shell/languages.h"
+#include "shell/listing.h"
 #include "shell/output.h"
-#include "shell/suggestion.h"
-
-#include <QJsonObject>
-#include <QJsonValue>
 
 namespace {
 
-// Languages have the values of one byte.
-constexpr int valueCount = 256;
-
-struct CodeFamily
+/** A text that languages may lack, which is null then. */
+QJsonValue orNull(const QString& text)
 {
-    const char* name;
-    const char* heading;
-    QByteArray (*codeOf)(const Language&);
-};
-
-constexpr CodeFamily codeFamilies[] = {
-    {"iso", "ISO", convertLanguageIdToIso},
-    {"isoName", "ISO NAME", convertLanguageIdToIsoName},
-    {"iso3", "ISO3", convertLanguageIdToIso3},
-    {"ttsIso3", "TTS ISO3", convertTtsLanguageIdToIso3},
-};
-
-QString groupName(Language language)
-{
-    switch (languageGroup(language)) {
-    case EnglishGroup:
-        return QStringLiteral("English");
-    case SpanishGroup:
-        return QStringLiteral("Spanish");
-    case FrenchGroup:
-        return QStringLiteral("French");
-    case ChineseGroup:
-        return QStringLiteral("Chinese");
-    case PortugueseGroup:
-        return QStringLiteral("Portuguese");
-    case NoLanguageGroup:
-        break;
-    }
-    return QString();
+    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
 }
 
-struct EngineAnswer
+QJsonValue groupName(Language language)
 {
-    const char* name;
-    const char* heading;
-    bool (*answer)(Language);
-};
-
-constexpr EngineAnswer engineAnswers[] = {
-    {"nlu", "NLU", [](Language language) { return isNluLanguage(language); }},
-    {"prompter", "PROMPTER",
-        [](Language language) { return !isInvalidPrompterLanguage(language); }},
-    {"recognizer", "RECOGNIZER",
-        [](Language language) { return !isInvalidRecognizerLanguage(language); }},
-};
-
-QStringList tableHeading()
-{
-    QStringList row{QStringLiteral("VALUE")};
-    for (const CodeFamily& family : codeFamilies) {
-        row += QLatin1String(family.heading);
-    }
-    row += QStringLiteral("GROUP");
-    for (const EngineAnswer& engine : engineAnswers) {
-        row += QLatin1String(engine.heading);
-    }
-    return row;
+    static const char* const names[] = {"English", "Spanish", "French", "Chinese", "Portuguese"};
+    const LanguageGroup group = languageGroup(language);
+    return group == NoLanguageGroup ? QJsonValue() : QJsonValue(QLatin1String(names[group]));
 }
 
-QStringList tableRow(Language language)
+QStringList codesOf(Language language)
 {
-    QStringList row{QString::number(language)};
-    for (const CodeFamily& family : codeFamilies) {
-        row += QString::fromLatin1(family.codeOf(language));
+    QStringList codes;
+    for (QByteArray (*const codeOf)(const Language&) : {convertLanguageIdToIso,
+             convertLanguageIdToIsoName, convertLanguageIdToIso3, convertTtsLanguageIdToIso3}) {
+        codes += QString::fromLatin1(codeOf(language));
     }
-    row += groupName(language);
-    for (const EngineAnswer& engine : engineAnswers) {
-        row += engine.answer(language) ? QStringLiteral("yes") : QStringLiteral("no");
-    }
-    return row;
+    return codes;
 }
 
-QJsonObject jsonObject(Language language)
+/** The languages with @p word as a code of any family, as their value or as their name. */
+QVector<Language> languagesKnownAs(const QString& word)
 {
-    // What a language lacks is null.
-    const auto textOrNull = [](const QString& text) {
-        return text.isEmpty() ? QJsonValue() : QJsonValue(text);
-    };
-    QJsonObject object{{QStringLiteral("value"), int(language)},
-        {QStringLiteral("group"), textOrNull(groupName(language))}};
-    for (const CodeFamily& family : codeFamilies) {
-        object.insert(
-            QLatin1String(family.name), textOrNull(QString::fromLatin1(family.codeOf(language))));
-    }
-    for (const EngineAnswer& engine : engineAnswers) {
-        object.insert(QLatin1String(engine.name), engine.answer(language));
-    }
-    return object;
-}
-
-bool isKnownAs(Language language, const QByteArray& code)
-{
-    if (code.isEmpty()) {
-        return false; // what a language lacks is no code of it
-    }
-    for (const CodeFamily& family : codeFamilies) {
-        if (family.codeOf(language) == code) {
-            return true;
+    QVector<Language> found;
+    const QVector<Language> languages = allLanguages();
+    for (const Language language : languages) {
+        const QStringList words =
+            codesOf(language) + QStringList{QString::number(language), languageName(language)};
+        if (!word.isEmpty() && words.contains(word)) {
+            found += language;
         }
     }
-    return QByteArray::number(language) == code;
+    return found;
 }
 
-/** The languages with @p code in any family, or with that value. */
-QVector<Language> languagesKnownAs(const QString& code)
+int run(const CommandLine& commandLine)
 {
-    QVector<Language> languages;
-    for (int value = 0; value < valueCount; ++value) {
-        const auto language = Language(value);
-        if (!convertLanguageIdToIso(language).isEmpty()
-            && (code.isNull() || isKnownAs(language, code.toUtf8()))) {
-            languages.append(language);
-        }
-    }
-    return languages;
-}
-
-} // namespace
-
-int runLanguage(const QStringList& arguments)
-{
-    CommandLine commandLine("language",
-        "Shows languages: all of them, or those that the given codes or values stand for.");
-    commandLine.addOption("json", "Writes one JSON object per language.");
-    commandLine.addArgument(
-        "code", "A code of any family, such as de_DE or deu-DEU, or a value.", "[CODE…]");
-    commandLine.addExample("de_DE zh_TW");
-    commandLine.addExample("--json");
-    commandLine.process(arguments, arguments.size());
-
     int exitCode = 0;
-    QVector<Language> languages;
-    const QStringList codes = commandLine.arguments();
-    if (codes.isEmpty()) {
-        languages = languagesKnownAs(QString());
-    }
-    for (const QString& code : codes) {
-        const QVector<Language> found = languagesKnownAs(code);
+    const QStringList words = commandLine.arguments();
+    QVector<Language> languages = words.isEmpty() ? allLanguages() : QVector<Language>();
+    for (const QString& word : words) {
+        const QVector<Language> found = languagesKnownAs(word);
         if (found.isEmpty()) {
-            printError(unknownLanguage(code));
+            printError(unknownLanguage(word));
             exitCode = 1;
         }
         languages += found;
     }
-
-    if (commandLine.isSet("json")) {
-        for (const Language language : qAsConst(languages)) {
-            printJson(jsonObject(language));
-        }
-    } else if (!languages.isEmpty()) {
-        QVector<QStringList> rows{tableHeading()};
-        for (const Language language : qAsConst(languages)) {
-            rows.append(tableRow(language));
-        }
-        printTable(rows);
+    Listing listing(commandLine.isSet("json"),
+        {{"value", "VALUE"}, {"name", "", false}, {"iso", "ISO"}, {"isoName", "ISO NAME"},
+            {"iso3", "ISO3"}, {"ttsIso3", "TTS ISO3"}, {"group", "GROUP"}, {"nlu", "NLU"},
+            {"prompter", "PROMPTER"}, {"recognizer", "RECOGNIZER"}});
+    for (const Language language : qAsConst(languages)) {
+        const QStringList codes = codesOf(language);
+        listing.add({int(language), languageName(language), orNull(codes[0]), orNull(codes[1]),
+            orNull(codes[2]), orNull(codes[3]), groupName(language), isNluLanguage(language),
+            !isInvalidPrompterLanguage(language), !isInvalidRecognizerLanguage(language)});
     }
+    listing.finish();
     return exitCode;
+}
+
+} // namespace
+
+Command languageCommand()
+{
+    return {"language", "shows languages, their codes and what the engines support",
+        QStringLiteral("Shows languages: all of them, or those that the given codes, values or "
+                       "names stand\nfor."),
+        {{"code", "[CODE…]",
+            "A code of any family, such as de_DE or deu-DEU, a value, or a name such as German.",
+            languageCodes}},
+        {{"json", "Writes one JSON object per language."}},
+        {QStringLiteral("de_DE zh_TW"), QStringLiteral("--json")}, run};
 }

@@ -1,11 +1,11 @@
 #include "commands/commands.h"
-#include "commands/promptoptions.h"
-#include "shell/commandline.h"
+#include "commands/options.h"
+#include "shell/failure.h"
 #include "shell/input.h"
+#include "shell/languages.h"
 #include "shell/output.h"
 
 #include <core/parsers/sentencetokenizer.h>
-#include <core/speech/speechcommon.h>
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -60,36 +60,20 @@ void printPrompt(int line, const PromptData& prompt)
     }
 }
 
-} // namespace
-
-int runPrompt(const QStringList& arguments)
+int run(const CommandLine& commandLine)
 {
-    CommandLine commandLine("prompt",
-        "Shows what prompts ask for, one prompt per line of the file or of standard input. MP3 "
-        "files\n"
-        "that are there are marked for conversion to WAV. Brand sounds are read from\n"
-        "share/tts/common.json beside the program's bin folder.");
-    commandLine.addOption("context",
-        "The caller's situation: general (without it), brandsound, a4a or a number.", "NAME|N",
-        "general");
-    commandLine.addOption(
-        "brand", "The car brand whose sounds are played; TYX without it.", "NAME", "TYX");
-    commandLine.addOption(
-        "language", "Also cuts spoken text into sentences of this language.", "ISO");
-    commandLine.addOption("json", "Writes one JSON object per prompt.");
-    commandLine.addArgument("file", "A file of prompts; - or none for standard input.", "[FILE]");
-    commandLine.addExample("--context a4a prompts.txt");
-    commandLine.addExample("--language de_DE --json prompts.txt");
-    commandLine.process(arguments, 1);
-    const PromptContext context = contextOf(commandLine.value("context"));
+    const QVector<PromptContext> contexts = contextsOf(commandLine);
+    if (contexts.size() > 1) {
+        throw Failure{QStringLiteral("one --context at a time; orv check takes several")};
+    }
     const bool wantsSentences = commandLine.isSet("language");
     const Language language = wantsSentences ? commandLine.language() : InvalidLanguage;
 
+    loadSounds(commandLine, false);
     LineReader reader(commandLine.fileName());
-    loadSounds(commandLine);
     QString line;
     while (reader.readLine(line)) {
-        const PromptData prompt = PromptData::parse(line, context);
+        const PromptData prompt = PromptData::parse(line, contexts[0]);
         const QStringList sentences =
             wantsSentences ? sentencesOf(prompt, language) : QStringList();
         if (commandLine.isSet("json")) {
@@ -106,4 +90,21 @@ int runPrompt(const QStringList& arguments)
         }
     }
     return 0;
+}
+
+} // namespace
+
+Command promptCommand()
+{
+    return {"prompt", "shows what prompts ask for: audio, files, text, off-board speech",
+        QStringLiteral("Shows what prompts ask for, one prompt per line of the file or of standard "
+                       "input.\nMP3 files that exist are marked for conversion to WAV."),
+        {{"file", "[FILE]", "A file of prompts; - or none for standard input."}},
+        {contextOption, brandOption, soundsOption,
+            {"language", "Also cuts spoken text into sentences of this language.", "ISO", "",
+                languageCodes},
+            {"json", "Writes one JSON object per prompt."}},
+        {QStringLiteral("--context a4a prompts.txt"),
+            QStringLiteral("--language de_DE --json prompts.txt")},
+        run, 1};
 }

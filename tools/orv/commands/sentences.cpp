@@ -1,6 +1,7 @@
 #include "commands/commands.h"
-#include "shell/commandline.h"
+#include "shell/failure.h"
 #include "shell/input.h"
+#include "shell/languages.h"
 #include "shell/output.h"
 
 #include <core/parsers/sentencetokenizer.h>
@@ -8,20 +9,14 @@
 #include <QJsonArray>
 #include <QJsonObject>
 
-int runSentences(const QStringList& arguments)
+namespace {
+
+int run(const CommandLine& commandLine)
 {
-    CommandLine commandLine("sentences",
-        "Cuts texts into sentences, one text per line of the file or of standard input.");
-    commandLine.addOption("language", "The language of the texts, such as de_DE. Required.", "ISO");
-    commandLine.addOption("json", "Writes one JSON object per text.");
-    commandLine.addArgument("file", "A file of texts; - or none for standard input.", "[FILE]");
-    commandLine.addExample("--language ja_JP texts.txt");
-    commandLine.process(arguments, 1);
     if (!commandLine.isSet("language")) {
         throw Failure{QStringLiteral("the option --language is missing")};
     }
     const Language language = commandLine.language();
-
     LineReader reader(commandLine.fileName());
     QString line;
     while (reader.readLine(line)) {
@@ -29,11 +24,25 @@ int runSentences(const QStringList& arguments)
         if (commandLine.isSet("json")) {
             printJson({{QStringLiteral("line"), reader.lineNumber()},
                 {QStringLiteral("sentences"), QJsonArray::fromStringList(sentences)}});
-        } else {
-            for (const QString& sentence : sentences) {
-                print(onOneLine(sentence) + QLatin1Char('\n'));
-            }
+            continue;
+        }
+        for (const QString& sentence : sentences) {
+            print(onOneLine(sentence) + QLatin1Char('\n'));
         }
     }
     return 0;
+}
+
+} // namespace
+
+Command sentencesCommand()
+{
+    return {"sentences", "cuts texts into sentences, with inline tags carried on",
+        QStringLiteral("Cuts texts into sentences, one text per line of the file or of standard "
+                       "input."),
+        {{"file", "[FILE]", "A file of texts; - or none for standard input."}},
+        {{"language", "The language of the texts, such as de_DE. Required.", "ISO", "",
+             languageCodes},
+            {"json", "Writes one JSON object per text."}},
+        {QStringLiteral("--language ja_JP texts.txt")}, run, 1};
 }

@@ -1,50 +1,39 @@
 #include "commands/commands.h"
-#include "shell/commandline.h"
+#include "commands/options.h"
+#include "shell/listing.h"
 #include "shell/output.h"
+#include "shell/words.h"
 
-#include <core/speech/speechcommon.h>
+namespace {
 
-#include <QJsonObject>
-
-int runSound(const QStringList& arguments)
+int run(const CommandLine& commandLine)
 {
-    CommandLine commandLine("sound",
-        "Shows the audio files of brand sounds: all of them, or the given ones.\n"
-        "They are read from share/tts/common.json beside the program's bin folder.");
-    commandLine.addOption(
-        "brand", "The car brand whose sounds are meant; TYX without it.", "NAME", "TYX");
-    commandLine.addOption("json", "Writes one JSON object per sound.");
-    commandLine.addArgument("id", "The id of a sound.", "[ID…]");
-    commandLine.addExample("--brand Nova welcome");
-    commandLine.process(arguments, arguments.size());
-
-    const QHash<QString, QString> sounds = loadBrandSounds(commandLine.value("brand"));
-    const QString failure = takeLoggedFailure();
-    if (!failure.isEmpty()) {
-        throw Failure{failure};
-    }
-    if (sounds.isEmpty()) {
-        printError(QStringLiteral("share/tts/common.json holds no brand sounds"));
-        return 1;
-    }
-    QStringList ids = commandLine.arguments();
-    if (ids.isEmpty()) {
-        ids = sounds.keys();
-        ids.sort();
-    }
+    const QHash<QString, QString> sounds = loadSounds(commandLine, true);
+    QStringList known = sounds.keys();
+    known.sort();
+    const QStringList ids = commandLine.arguments().isEmpty() ? known : commandLine.arguments();
     int exitCode = 0;
-    QVector<QStringList> rows;
-    for (const QString& id : qAsConst(ids)) {
-        const auto sound = sounds.constFind(id);
-        if (sound == sounds.constEnd()) {
-            printError(QStringLiteral("unknown sound: \"%1\"").arg(id));
-            exitCode = 1;
-        } else if (commandLine.isSet("json")) {
-            printJson({{QStringLiteral("id"), id}, {QStringLiteral("path"), *sound}});
+    Listing listing(commandLine.isSet("json"), {{"id"}, {"path"}});
+    for (const QString& id : ids) {
+        if (sounds.contains(id)) {
+            listing.add({id, sounds[id]});
         } else {
-            rows.append({onOneLine(id), onOneLine(*sound)});
+            printError(unknown("sound", id, known));
+            exitCode = 1;
         }
     }
-    printTable(rows);
+    listing.finish();
     return exitCode;
+}
+
+} // namespace
+
+Command soundCommand()
+{
+    return {"sound", "shows the files of brand sounds",
+        QStringLiteral("Shows the audio files of brand sounds: all of them, or those of the given "
+                       "ids."),
+        {{"id", "[ID…]", "The id of a sound."}},
+        {brandOption, soundsOption, {"json", "Writes one JSON object per sound."}},
+        {QStringLiteral("--brand Nova welcome")}, run};
 }

@@ -1,6 +1,6 @@
 #include "commands/storelock.h"
 
-#include "shell/commandline.h"
+#include "shell/failure.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,5 +1,5 @@
 #include "commands/commands.h"
-#include "shell/commandline.h"
+#include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/output.h"
 #include "shell/tablereader.h"
@@ -87,26 +87,15 @@ void printForPeople(const EcoFile& file, const QStringList& columns)
     printTable(rows);
 }
 
-} // namespace
-
-int runTable(const QStringList& arguments)
+int run(const CommandLine& commandLine)
 {
-    CommandLine commandLine("table",
-        "Shows an \"#ECO\" table file: its header and its rows. Lines that the library drops are\n"
-        "told on standard error.");
-    commandLine.addOption("json", "Writes the header and each row as a JSON object.");
-    commandLine.addOption("csv", "Writes the column names and the rows as comma-separated values.");
-    commandLine.addArgument("file", "A table file; - for standard input.", "FILE");
-    commandLine.addExample("stations.eco");
-    commandLine.addExample("--csv stations.eco > stations.csv");
-    commandLine.process(arguments, 1);
     if (commandLine.arguments().isEmpty()) {
         throw Failure{QStringLiteral("a table file is needed")};
     }
     if (commandLine.isSet("json") && commandLine.isSet("csv")) {
         throw Failure{QStringLiteral("either --json or --csv")};
     }
-    QString fileName = commandLine.arguments().at(0);
+    QString fileName = commandLine.fileName();
     QFile input;
     openInput(input, fileName);
     QVector<int> droppedLines;
@@ -116,8 +105,11 @@ int runTable(const QStringList& arguments)
         }
     });
     QStringList columns = table.header().columns();
-    columns.removeDuplicates(); // the last field of a name is the one that counts
-
+    columns.removeDuplicates(); // the last field of a name counts
+    if (columns.isEmpty() && !droppedLines.isEmpty()) {
+        throw Failure{
+            QStringLiteral("%1: not a table file: no line declares a column").arg(fileName)};
+    }
     if (commandLine.isSet("json")) {
         printAsJson(table, columns);
     } else if (commandLine.isSet("csv")) {
@@ -130,4 +122,18 @@ int runTable(const QStringList& arguments)
     }
     reportDropped(fileName, droppedLines);
     return 0;
+}
+
+} // namespace
+
+Command tableCommand()
+{
+    return {"table", "shows the header and rows of table files",
+        QStringLiteral("Shows an \"#ECO\" table file: its header and its rows. Lines that the "
+                       "library\ndrops are named on standard error."),
+        {{"file", "FILE", "A table file; - for standard input."}},
+        {{"json", "Writes the header and each row as a JSON object."},
+            {"csv", "Writes the column names and the rows as comma-separated values."}},
+        {QStringLiteral("stations.eco"), QStringLiteral("--csv stations.eco > stations.csv")}, run,
+        1};
 }

@@ -1,24 +1,108 @@
 #include "shell/commandline.h"
 
+#include "shell/failure.h"
+#include "shell/languages.h"
 #include "shell/output.h"
-#include "shell/suggestion.h"
+#include "shell/words.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
+
 namespace {
 
-/** What Qt says of wrong use, in the form of all the other messages. */
-QString misuse(
-    const QCommandLineParser& parser, const QStringList& arguments, const QStringList& options)
+const QVector<Option> commonOptions = {
+    {"help", "Shows this help."},
+    {"version", "Shows the version."},
+    {"verbose", "Shows the library's log lines on standard error."},
+};
+
+QString dashed(const Option& option)
+{
+    return QLatin1String(option.name[1] == '\0' ? "-" : "--") + QLatin1String(option.name);
+}
+
+/** The words with each option that takes several before each of them, as in "--rds 1 --rds 2". */
+QStringList spelledOut(const Command& command, const QStringList& words)
+{
+    QStringList result;
+    QString open;
+    bool isFirst = false; // of the words behind the option
+    for (const QString& word : words) {
+        if (word.startsWith(QLatin1String("--"))) {
+            const QString name = word.section(QLatin1Char('='), 0, 0);
+            isFirst = name == word;
+            open.clear();
+            for (const Option& option : command.options) {
+                if (name == dashed(option) && QString::fromUtf8(option.value).endsWith(u'…')) {
+                    open = name;
+                }
+            }
+        } else if (!open.isEmpty() && !isFirst) {
+            result += open;
+        } else {
+            isFirst = false;
+        }
+        result += word;
+    }
+    return result;
+}
+
+QStringList optionsOf(const Command& command)
+{
+    QStringList words;
+    const QVector<Option> options = command.options + commonOptions;
+    for (const Option& option : options) {
+        words += dashed(option);
+    }
+    return words;
+}
+
+} // namespace
+
+CommandLine::CommandLine(const Command& command)
+    : command(command)
+{
+    parser.setApplicationDescription(command.text);
+    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
+    const QVector<Option> options = commonOptions + command.options;
+    for (const Option& option : options) {
+        QStringList names{QLatin1String(option.name)};
+        if (names[0] == QLatin1String("help") || names[0] == QLatin1String("version")) {
+            names.prepend(names[0].left(1)); // the two that have a short form
+        }
+        parser.addOption(QCommandLineOption(names, QString::fromUtf8(option.text),
+            QString::fromUtf8(option.value), QString::fromUtf8(option.otherwise)));
+    }
+    for (const Argument& argument : command.arguments) {
+        parser.addPositionalArgument(QLatin1String(argument.name), QString::fromUtf8(argument.text),
+            QString::fromUtf8(argument.syntax));
+    }
+}
+
+QString CommandLine::help() const
+{
+    QString help = parser.helpText(); // it names the program by its path, without the command
+    help.replace(0, help.indexOf(QLatin1String("[options]")),
+        QStringLiteral("Usage: orv %1 ").arg(QLatin1String(command.name)));
+    help += QStringLiteral("\nExamples:\n");
+    for (const QString& example : command.examples) {
+        help += QStringLiteral("  orv %1 %2\n").arg(QLatin1String(command.name), example);
+    }
+    return help;
+}
+
+/** What Qt says of wrong use, in the form of the other messages. */
+QString CommandLine::misuse(const QStringList& words) const
 {
     const QString name = parser.unknownOptionNames().value(0);
-    for (const QString& argument : arguments) {
+    for (const QString& argument : words) {
         const QString word = argument.section(QLatin1Char('='), 0, 0);
         const bool isShort = argument.startsWith(QLatin1Char('-'))
                              && !argument.startsWith(QLatin1String("--")) && name.size() == 1
                              && argument.contains(name);
         if (!name.isEmpty() && (isShort || word == QLatin1String("--") + name)) {
-            return unknown("option", word, options);
+            return unknown("option", word, optionsOf(command));
         }
     }
     QString text = parser.errorText(); // such as "Missing value after '--brand'."
@@ -26,61 +110,26 @@ QString misuse(
     return text.replace(0, 1, text.at(0).toLower());
 }
 
-} // namespace
-
-CommandLine::CommandLine(const char* command, const char* description)
-    : command(QString::fromUtf8(command))
+void CommandLine::process(const QStringList& words)
 {
-    parser.setApplicationDescription(QString::fromUtf8(description));
-    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
-    parser.addOptions({{{QStringLiteral("h"), QStringLiteral("help")},
-                           QStringLiteral("Shows this help.")},
-        {{QStringLiteral("v"), QStringLiteral("version")}, QStringLiteral("Shows the version.")},
-        {QStringLiteral("verbose"),
-            QStringLiteral("Shows the library's log lines on standard error.")}});
-}
-
-void CommandLine::addOption(
-    const char* name, const char* description, const char* valueName, const char* defaultValue)
-{
-    options += QLatin1String(name[1] == '\0' ? "-" : "--") + QString::fromUtf8(name);
-    parser.addOption(QCommandLineOption(QString::fromUtf8(name), QString::fromUtf8(description),
-        QString::fromUtf8(valueName), QString::fromUtf8(defaultValue)));
-}
-
-void CommandLine::addArgument(const char* name, const char* description, const char* syntax)
-{
-    parser.addPositionalArgument(
-        QString::fromUtf8(name), QString::fromUtf8(description), QString::fromUtf8(syntax));
-}
-
-void CommandLine::addExample(const char* words)
-{
-    examples += QStringLiteral("  orv %1 %2\n").arg(command, QString::fromUtf8(words));
-}
-
-void CommandLine::process(const QStringList& arguments, int mostArguments)
-{
-    if (!parser.parse(QStringList(QCoreApplication::applicationName()) + arguments)) {
-        throw Failure{misuse(parser, arguments, options)};
+    if (!parser.parse(
+            QStringList(QCoreApplication::applicationName()) + spelledOut(command, words))) {
+        throw Failure{misuse(words)};
     }
-    if (parser.isSet(QStringLiteral("help"))) {
-        QString help = parser.helpText(); // names the program by its path, and no command
-        help.replace(0, help.indexOf(QLatin1String("[options]")),
-            QStringLiteral("Usage: orv %1 ").arg(command));
-        print(help + QStringLiteral("\nExamples:\n") + examples);
+    if (isSet("help")) {
+        print(help());
         throw Answered();
     }
-    if (parser.isSet(QStringLiteral("version"))) {
+    if (isSet("version")) {
         print(QCoreApplication::applicationName() + QLatin1Char(' ')
               + QCoreApplication::applicationVersion() + QLatin1Char('\n'));
         throw Answered();
     }
-    if (this->arguments().size() > mostArguments) {
-        throw Failure{
-            QStringLiteral("too many arguments: \"%1\"").arg(this->arguments().at(mostArguments))};
+    if (arguments().size() > command.mostArguments) {
+        throw Failure{QStringLiteral("too many arguments: \"%1\"")
+                          .arg(arguments().at(command.mostArguments))};
     }
-    showLog(parser.isSet(QStringLiteral("verbose")));
+    showLog(isSet("verbose"));
 }
 
 bool CommandLine::isSet(const char* option) const
@@ -116,4 +165,52 @@ Language CommandLine::language() const
         throw Failure{unknownLanguage(code) + QStringLiteral(" (orv language lists them)")};
     }
     return language;
+}
+
+const Command* findCommand(const QVector<Command>& commands, const QString& name)
+{
+    const auto* const command = std::find_if(commands.begin(), commands.end(),
+        [&name](const Command& candidate) { return name == QLatin1String(candidate.name); });
+    return command == commands.end() ? nullptr : command;
+}
+
+QStringList completions(const QVector<Command>& commands, const QStringList& words)
+{
+    const QStringList files{QStringLiteral(":files")};
+    const Command* const command = words.size() > 1 ? findCommand(commands, words[0]) : nullptr;
+    if (command == nullptr) {
+        QStringList names{QStringLiteral("help")};
+        for (const Command& candidate : commands) {
+            names += QLatin1String(candidate.name);
+        }
+        const bool isFirst = words.size() <= 1;
+        return isFirst ? names + QStringList{QStringLiteral("--help"), QStringLiteral("--version")}
+               : words[0] == names[0] ? names
+                                      : files;
+    }
+    int place = -1; // of the last word among the arguments
+    const Option* open = nullptr;
+    for (int i = 1; i < words.size(); ++i) {
+        const bool isValue = open != nullptr;
+        const Option* const opened = open;
+        open = nullptr;
+        for (const Option& option : command->options) {
+            if (!isValue && option.value != nullptr && words[i] == dashed(option)) {
+                open = &option;
+            }
+        }
+        if (isValue && i + 1 == words.size()) {
+            return opened->choices != nullptr ? opened->choices() : files;
+        }
+        place += isValue || words[i].startsWith(QLatin1Char('-')) ? 0 : 1;
+    }
+    if (words.last().startsWith(QLatin1Char('-'))) {
+        return optionsOf(*command);
+    }
+    if (command->arguments.isEmpty()) {
+        return {};
+    }
+    const Choices choices =
+        command->arguments[std::min(place, command->arguments.size() - 1)].choices;
+    return choices != nullptr ? choices() : files;
 }

@@ -1,20 +1,26 @@
 #include "shell/input.h"
 
-#include "shell/commandline.h"
+#include "shell/failure.h"
+#include "shell/output.h"
 
 #include <QTextCodec>
+
+#include <algorithm>
 
 #include <unistd.h>
 
 void openInput(QFile& file, QString& name)
 {
     bool isOpen = false;
-    if (name.isEmpty()) { // of a variable that is not set, say: to wait for input would puzzle
+    if (name.isEmpty()) { // from a variable that is not set: waiting for input would puzzle
         throw Failure{QStringLiteral("the name of a file is empty")};
     }
     if (name == QLatin1String("-")) {
         name = QStringLiteral("standard input");
-        // By its descriptor: the stream would be read up to the NULs of its lines.
+        if (isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1) {
+            printError(QStringLiteral("reading what you type; Ctrl-D on an empty line ends it"));
+        }
+        // By its descriptor: reading through the stream would stop lines at a NUL.
         isOpen = file.open(STDIN_FILENO, QIODevice::ReadOnly);
     } else {
         file.setFileName(name);
@@ -23,6 +29,31 @@ void openInput(QFile& file, QString& name)
     if (!isOpen) {
         throw Failure{QStringLiteral("%1: %2").arg(name, file.errorString())};
     }
+}
+
+QByteArray readInput(QString& name)
+{
+    QFile file;
+    openInput(file, name);
+    const QByteArray content = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        throw Failure{QStringLiteral("%1: %2").arg(name, file.errorString())};
+    }
+    return content;
+}
+
+QJsonDocument readJson(QString& name)
+{
+    const QByteArray content = readInput(name);
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(content, &error);
+    if (document.isNull()) {
+        const Place place = PlaceFinder(content).at(error.offset);
+        throw Failure{QStringLiteral("%1:%2:%3: no valid JSON: %4")
+                          .arg(name, QString::number(place.line), QString::number(place.column),
+                              error.errorString())};
+    }
+    return document;
 }
 
 bool decodeUtf8(const QByteArray& bytes, QString& text)
@@ -34,14 +65,26 @@ bool decodeUtf8(const QByteArray& bytes, QString& text)
 
 LineReader::LineReader(const QString& fileName)
     : name(fileName)
+    , device(file)
 {
     openInput(file, name);
+    if (!file.isSequential()) {
+        progress = std::make_unique<Progress>(file.size());
+    }
 }
 
-bool LineReader::readLine(QString& line)
+LineReader::LineReader(const QByteArray& content)
+    : device(buffer)
+    , progress(std::make_unique<Progress>(content.size()))
 {
-    QByteArray bytes = file.readLine();
-    if (bytes.isEmpty()) {
+    buffer.setData(content);
+    buffer.open(QIODevice::ReadOnly);
+}
+
+bool LineReader::readBytes(QByteArray& line)
+{
+    line = device.readLine();
+    if (line.isEmpty()) {
         if (file.error() != QFileDevice::NoError) {
             throw Failure{
                 QStringLiteral("%1:%2: %3").arg(name, QString::number(number), file.errorString())};
@@ -49,8 +92,20 @@ bool LineReader::readLine(QString& line)
         return false;
     }
     ++number;
-    if (bytes.endsWith('\n')) {
-        bytes.chop(bytes.endsWith("\r\n") ? 2 : 1);
+    if (progress) {
+        progress->advance(line.size());
+    }
+    if (line.endsWith('\n')) {
+        line.chop(line.endsWith("\r\n") ? 2 : 1);
+    }
+    return true;
+}
+
+bool LineReader::readLine(QString& line)
+{
+    QByteArray bytes;
+    if (!readBytes(bytes)) {
+        return false;
     }
     if (!decodeUtf8(bytes, line)) {
         throw Failure{QStringLiteral("%1:%2: not valid UTF-8").arg(name, QString::number(number))};
@@ -61,4 +116,22 @@ bool LineReader::readLine(QString& line)
 int LineReader::lineNumber() const
 {
     return number;
+}
+
+PlaceFinder::PlaceFinder(const QByteArray& text)
+    : text(text)
+    , reached(text.startsWith("\xEF\xBB\xBF") ? 3 : 0) // the byte order mark takes no column
+{}
+
+Place PlaceFinder::at(int offset)
+{
+    for (const int end = std::min(offset, text.size()); reached < end; ++reached) {
+        const auto byte = uchar(text[reached]);
+        if (byte == '\n') {
+            place = {place.line + 1, 1};
+        } else if (byte < 0x80 || byte >= 0xC0) { // no further byte of a character
+            place.column += byte >= 0xF0 ? 2 : 1;
+        }
+    }
+    return place;
 }

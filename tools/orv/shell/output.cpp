@@ -1,6 +1,7 @@
 #include "shell/output.h"
 
-#include "shell/commandline.h"
+#include "shell/failure.h"
+#include "shell/progress.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -8,27 +9,27 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cwchar>
+
+#include <unistd.h>
 
 namespace {
 
 bool isLogShown = false;
-QString loggedFailure;
 
-void handleMessage(QtMsgType type, const QMessageLogContext& context, const QString& text)
+void handleMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
 {
     static const char* const levels[] = {"debug", "warning", "critical", "fatal", "info"};
     if (isLogShown) {
-        std::fflush(stdout); // in the order of events, also where both go the same way
+        std::fflush(stdout); // in the order of events, also where both go to one place
+        Progress::clear();
         std::fprintf(stderr, "%s: %s\n", levels[type], qUtf8Printable(text));
-    }
-    if (type == QtWarningMsg || type == QtCriticalMsg) {
-        const QString function = QString::fromUtf8(context.function);
-        loggedFailure = (text.startsWith(function) ? text.mid(function.size()) : text).trimmed();
     }
 }
 
 void writeOut(const QByteArray& bytes)
 {
+    Progress::clear();
     if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout) != size_t(bytes.size())) {
         throw Failure{QStringLiteral("cannot write to standard output")};
     }
@@ -52,14 +53,15 @@ void printTable(const QVector<QStringList>& rows)
     for (const QStringList& row : rows) {
         widths.resize(std::max(widths.size(), row.size()));
         for (int i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], std::max(row[i].size(), 1));
+            widths[i] = std::max(widths[i], std::max(displayWidth(row[i]), 1));
         }
     }
     for (const QStringList& row : rows) {
         QString line;
         for (int i = 0; i < row.size(); ++i) {
             const QString cell = row[i].isEmpty() ? QStringLiteral("-") : row[i];
-            line += i + 1 < row.size() ? cell.leftJustified(widths[i] + 2) : cell;
+            const int gap = i + 1 < row.size() ? widths[i] + 2 - displayWidth(cell) : 0;
+            line += cell + QString(gap, QLatin1Char(' '));
         }
         print(line + QLatin1Char('\n'));
     }
@@ -67,7 +69,7 @@ void printTable(const QVector<QStringList>& rows)
 
 void finishOutput()
 {
-    // What a remark on standard error had flushed in vain before is gone, but noted.
+    // A remark may have flushed the output before and failed; the stream remembers that.
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
         throw Failure{QStringLiteral("cannot write to standard output")};
     }
@@ -76,6 +78,7 @@ void finishOutput()
 void printError(const QString& reason)
 {
     std::fflush(stdout);
+    Progress::clear();
     std::fprintf(stderr, "%s: %s\n", qUtf8Printable(QCoreApplication::applicationName()),
         qUtf8Printable(onOneLine(reason)));
 }
@@ -91,6 +94,25 @@ QString onOneLine(QString text)
     return text;
 }
 
+int displayWidth(const QString& text)
+{
+    const QVector<uint> characters = text.toUcs4();
+    int width = 0;
+    for (const uint character : characters) {
+        const int columns = wcwidth(wchar_t(character));
+        width += columns >= 0 ? columns : 1;
+    }
+    return width;
+}
+
+QString coloured(const QString& text, Colour colour)
+{
+    static const bool isWanted = isatty(STDOUT_FILENO) == 1
+                                 && qEnvironmentVariableIsEmpty("NO_COLOR")
+                                 && qgetenv("TERM") != "dumb";
+    return isWanted ? QStringLiteral("\033[%1m%2\033[0m").arg(colour).arg(text) : text;
+}
+
 void takeOverLog()
 {
     qInstallMessageHandler(handleMessage);
@@ -99,11 +121,4 @@ void takeOverLog()
 void showLog(bool isShown)
 {
     isLogShown = isShown;
-}
-
-QString takeLoggedFailure()
-{
-    QString failure;
-    failure.swap(loggedFailure);
-    return failure;
 }

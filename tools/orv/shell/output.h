@@ -12,24 +12,32 @@ void print(const QString& text);
 /** Writes one object on a line of its own. */
 void printJson(const QJsonObject& object);
 
-/** Writes rows in aligned columns, two blanks apart; cells that are empty show as "-". */
+/** Writes rows in aligned columns, two blanks apart; empty cells show as "-". */
 void printTable(const QVector<QStringList>& rows);
 
-/** Hands on what standard output still holds. @throw Failure when that cannot be written */
+/** Writes what standard output still buffers. @throw Failure when that cannot be written */
 void finishOutput();
 
 /** One line on standard error, behind the program's name. */
 void printError(const QString& reason);
 
-/** @p text on one line: symbols such as U+240A stand in for line breaks and the like. */
+/** @p text on one line: symbols such as U+240A replace line breaks and other control characters. */
 QString onOneLine(QString text);
 
-/**
- * Takes over the library's log lines: keeps them from standard error unless they are to be shown,
- * and remembers the last one that tells of a failure.
- */
+/** How many columns of a terminal @p text takes: two for a wide character, none for an accent. */
+int displayWidth(const QString& text);
+
+/** Colours for terminals, by their codes. */
+enum Colour
+{
+    Red = 31,
+    Yellow = 33,
+    Cyan = 36,
+};
+
+/** @p text in a colour where standard output is a terminal and NO_COLOR is not set. */
+QString coloured(const QString& text, Colour colour);
+
+/** Keeps the library's log lines from standard error, until showLog(true). */
 void takeOverLog();
 void showLog(bool isShown);
-
-/** What the library warned of last, since the last call, without the function; or nothing. */
-QString takeLoggedFailure();

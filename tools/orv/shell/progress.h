@@ -3,8 +3,10 @@
 #include <QElapsedTimer>
 
 /**
- * A bar on standard error with the rate and the time that remains, for work that takes longer than
- * a second; only on a terminal.
+ * A bar on standard error with the rate and the remaining time, for work that takes longer than a
+ * second; only on a terminal, and never wider than that.
+ *
+ * Output removes the bar first; the next advance() draws it again.
  */
 class Progress
 {
@@ -16,8 +18,8 @@ public:
 
     void advance(qint64 bytes);
 
-    /** Frees the line for other output. */
-    void clear();
+    /** Removes the bar that is on the terminal, if there is one. */
+    static void clear();
 
 private:
     void draw(qint64 milliseconds) const;
@@ -26,6 +28,5 @@ private:
     qint64 done = 0;
     const bool isTerminal;
     qint64 drawnAt = 0;
-    bool isDrawn = false;
     QElapsedTimer timer;
 };

@@ -1,14 +1,23 @@
 #include "shell/tablereader.h"
 
+#include "shell/progress.h"
+
+#include <QIODevice>
 #include <QTextStream>
 
 EcoFile readTable(
     QIODevice& device, const std::function<void(const TableLine&, const EcoFile&)>& see)
 {
     EcoFile file;
+    Progress progress(device.size());
+    qint64 seen = 0;
     QTextStream stream(&device);
     QString line;
     for (int number = 1; stream.readLineInto(&line); ++number) {
+        if (device.pos() > seen) { // the stream reads block by block
+            progress.advance(device.pos() - seen);
+            seen = device.pos();
+        }
         line = line.trimmed();
         if (line.startsWith(QLatin1Char('#'))) {
             file.parseHeaderLine(line);

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <core/speech/speechcommon.h>
+
+#include <QByteArray>
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+/** What may be found, in the order of the table of rules. */
+enum class Rule
+{
+    BareSoundId,
+    BlankInPath,
+    BrokenInlineTag,
+    CommentSpoken,
+    EntitySpoken,
+    InnerMarkup,
+    LanguageIgnored,
+    MissingFile,
+    NearSoundId,
+    NoOffboardMarkup,
+    NothingSpoken,
+    NotUtf8,
+    NulInFile,
+    OutsideMarkup,
+    UnknownForm,
+    UnknownLanguage,
+    UnreadableFile,
+    WrongContext,
+    BadValue,
+    LostPath,
+    NotLoaded,
+    Overwritten,
+    Skipped,
+    UnreachableKey,
+    BadDeclaration,
+    DroppedRow,
+    LateColumn,
+    LoneQuote,
+    NotATable,
+    RuleCount,
+};
+
+/** A rule as users know it. */
+struct RuleText
+{
+    Rule rule;
+    const char* name;     ///< short and stable
+    const char* severity; ///< error, warning or note
+    const char* text;     ///< one line of at most 54 characters
+};
+
+const RuleText& textOf(Rule rule);
+
+/** The names of all rules. */
+QStringList ruleNames();
+
+/** What the library would do in silence, and an author would hardly want. */
+struct Finding
+{
+    int line;   ///< from 1
+    int column; ///< in UTF-16 code units, from 1
+    Rule rule;
+    QString text;
+};
+
+using Findings = QVector<Finding>;
+
+/** What the checks go by, beside the file. */
+struct CheckOptions
+{
+    PromptContext context = GeneralContext;
+    QString brand;
+    QStringList soundIds; ///< of the brand sounds that are loaded
+    QString root; ///< the folder that stands for the target's root folder; empty for this machine's
+
+    /** Where a file of the target is on this machine. */
+    QString onThisMachine(const QString& path) const;
+
+    /** Whether @p path leads to a file. */
+    bool isFile(const QString& path) const;
+};
+
+// Each judges the content of one file by what the library makes of it; prompts with the brand sounds
+// that are loaded.
+Findings checkPrompts(const QByteArray& content, const CheckOptions& options);
+Findings checkSounds(const QByteArray& content, const CheckOptions& options);
+Findings checkTable(const QByteArray& content, const CheckOptions& options);
+Findings checkStore(const QByteArray& content, const CheckOptions& options);
+Findings checkSettings(const QByteArray& content, const CheckOptions& options);

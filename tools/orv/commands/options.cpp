@@ -1,0 +1,78 @@
+#include "commands/options.h"
+
+#include "shell/failure.h"
+#include "shell/input.h"
+#include "shell/output.h"
+#include "shell/words.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+QStringList contextNames()
+{
+    return {QStringLiteral("general"), QStringLiteral("brandsound"), QStringLiteral("a4a")};
+}
+
+PromptContext contextOf(const QString& text)
+{
+    constexpr PromptContext contexts[] = {GeneralContext, BrandSoundContext, A4AContext};
+    const int named = contextNames().indexOf(text.toLower());
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (named < 0 && !isNumber) {
+        throw Failure{unknown("context", text, contextNames())
+                      + QStringLiteral(" (general, brandsound, a4a or a number)")};
+    }
+    return named >= 0 ? contexts[named] : PromptContext(number);
+}
+
+} // namespace
+
+const Option brandOption = {
+    "brand", "The car brand whose sounds are played; TYX without it.", "NAME", "TYX"};
+
+const Option contextOption = {"context",
+    "The caller's situation: general (without it), brandsound, a4a or a number.", "NAME|N",
+    "general", contextNames};
+
+const Option soundsOption = {"sounds",
+    "The table of brand sounds; without it share/tts/common.json beside the program's bin folder.",
+    "FILE"};
+
+QVector<PromptContext> contextsOf(const CommandLine& commandLine)
+{
+    QVector<PromptContext> contexts;
+    const QStringList names = commandLine.values("context");
+    for (const QString& name : names) {
+        const PromptContext context = contextOf(name);
+        if (!contexts.contains(context)) {
+            contexts += context;
+        }
+    }
+    return contexts;
+}
+
+QHash<QString, QString> loadSounds(const CommandLine& commandLine, bool isNeeded)
+{
+    QString file = commandLine.value("sounds");
+    if (!commandLine.isSet("sounds")) {
+        file = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tts/common.json");
+    }
+    const QHash<QString, QString> sounds = loadBrandSounds(commandLine.value("brand"), file);
+    if (!sounds.isEmpty()) {
+        return sounds;
+    }
+    QString reason;
+    try {
+        readJson(file);
+        reason = file + QStringLiteral(": no brand sounds in it");
+    } catch (const Failure& failure) {
+        reason = failure.reason;
+    }
+    if (isNeeded || commandLine.isSet("brand") || commandLine.isSet("sounds")) {
+        throw Failure{reason};
+    }
+    printError(QStringLiteral("no brand sounds are known: ") + reason);
+    return sounds;
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "checks/finding.h"
+
+#include <QJsonDocument>
+#include <QPair>
+
+/** A finding with the name of its file. */
+using FileFinding = QPair<QString, Finding>;
+
+/** The findings as SARIF 2.1.0, which build servers and editors read. */
+QJsonDocument sarifOf(const QVector<FileFinding>& findings);

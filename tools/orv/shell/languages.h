@@ -1,0 +1,15 @@
+#pragma once
+
+#include <core/speech/language.h>
+
+#include <QStringList>
+#include <QVector>
+
+/** All languages, by value. */
+QVector<Language> allLanguages();
+
+/** Their ISO codes. */
+QStringList languageCodes();
+
+/** The message for a code that is unknown; it suggests a code for a near code or name. */
+QString unknownLanguage(const QString& code);

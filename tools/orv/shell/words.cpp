@@ -1,0 +1,55 @@
+#include "shell/words.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <numeric>
+
+QString counted(qint64 count, const char* thing)
+{
+    return QStringLiteral("%1 %2%3").arg(
+        QString::number(count), QLatin1String(thing), QLatin1String(count == 1 ? "" : "s"));
+}
+
+QVector<int> editDistances(const QString& a, const QString& b)
+{
+    QVector<int> row(b.size() + 1); // for a growing start of a
+    std::iota(row.begin(), row.end(), 0);
+    for (int i = 0; i < a.size(); ++i) {
+        int diagonal = row[0];
+        row[0] = i + 1;
+        for (int j = 0; j < b.size(); ++j) {
+            const int replaced = diagonal + (a[i] == b[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row;
+}
+
+int editDistance(const QString& a, const QString& b)
+{
+    return editDistances(a, b).constLast();
+}
+
+QString nearest(const QString& word, const QStringList& candidates, int limit)
+{
+    QString result;
+    for (const QString& candidate : candidates) {
+        if (std::abs(word.size() - candidate.size()) >= limit) {
+            continue;
+        }
+        const int distance = editDistance(word.toLower(), candidate.toLower());
+        if (distance < limit) {
+            result = candidate;
+            limit = distance;
+        }
+    }
+    return result;
+}
+
+QString unknown(const char* what, const QString& word, const QStringList& candidates)
+{
+    const QString text = QStringLiteral("unknown %1: \"%2\"").arg(QLatin1String(what), word);
+    const QString guess = nearest(word, candidates, (word.size() + 1) / 2);
+    return guess.isEmpty() ? text : text + QStringLiteral(", did you mean \"%1\"?").arg(guess);
+}
