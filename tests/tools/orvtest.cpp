@@ -3,11 +3,20 @@
 #include <support/childprocess.h>
 #include <support/helpers.h>
 
+#include <core/speech/speechcommon.h>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLockFile>
+#include <QSet>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 
 #include <array>
+#include <cstdio>
 
 // Runs the program as a user does; ORV_PROGRAM is its path.
 class OrvTest : public QObject
@@ -33,6 +42,13 @@ private Q_SLOTS:
             {"filePath": "./files/a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"},
             {"filePath": "files/./a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"}])");
         write("gone.json", R"([{"filePath": "gone/a", "type": 1}])");
+        write("two", "2");
+        write("binary", "\x7Fxyz\n\x01\n\n\xFF;\"\n");
+        write("sounds.json", R"([{"id": "ding", "value": "%1"}, {"id": "dong", "value": "files/a"}])");
+        write("prompts/a.txt", "<text>ok</text> you\n<text></text>\n");
+        write("prompts/deep/b.txt", "x <text>ok</text>");
+        write("prompts/notes.md", "x");
+        write("baseline.json", R"({"file": "prompts/a.txt", "rule": "nothing-spoken", "reason": "nothing is spoken"})");
         QVERIFY(QDir(folder.path()).mkdir(u("bin")) && QFile::copy(u(ORV_PROGRAM), folder.filePath(u("bin/orv"))));
         write("changed.json", R"([{"filePath": "files/a", "type": 1, "checksum": "x"}, {"filePath": "gone", "type": 1},
             {"filePath": "files", "type": 1}])");
@@ -161,6 +177,101 @@ private Q_SLOTS:
         }
     }
 
+    void namesThatAreNotUtf8()
+    {
+        const QByteArray data = QFile::encodeName(folder.filePath(u("names")));
+        QVERIFY(writeFile(folder.filePath(u("names/a")), {}));
+        QCOMPARE(rename((data + "/a").constData(), (data + "/a\xE9-").constData()), 0);
+        for (const char* action : {"update", "verify"}) {
+            const ChildResult result = runOrv({u("checksum"), u(action), u("--store"), u("names.json"), u("names")});
+            QVERIFY(result.error.startsWith("orv: names/a\\xe9-: the name is not valid UTF-8\n"));
+            QCOMPARE(result.exitCode, 2);
+        }
+    }
+
+    // What the schema of SARIF 2.1.0 requires, and what refers to what.
+    void findingsAsSarif()
+    {
+        QVERIFY(writeFile(folder.filePath(u("sarif/ü %.txt")), "<TEXT>ä</TEXT>\n\xFF\n<text></text>"));
+        const ChildResult result = runOrv({u("check"), u("prompts"), u("--sarif"), u("sarif"), u("prompts")});
+        const QJsonObject log = QJsonDocument::fromJson(result.output).object();
+        QCOMPARE(log[u("version")], QJsonValue(u("2.1.0")));
+        const QJsonValue run = log[u("runs")][0];
+        QCOMPARE(log[u("runs")].toArray().size(), 1);
+        const QJsonValue driver = run[u("tool")][u("driver")];
+        QVERIFY(!driver[u("name")].toString().isEmpty());
+        QVERIFY(QStringList({u("utf16CodeUnits"), u("unicodeCodePoints")}).contains(run[u("columnKind")].toString()));
+        const QStringList levels{u("none"), u("note"), u("warning"), u("error")};
+        QSet<QString> ids;
+        for (const QJsonValue& rule : driver[u("rules")].toArray()) {
+            QVERIFY(!rule[u("shortDescription")][u("text")].toString().isEmpty());
+            QVERIFY(levels.contains(rule[u("defaultConfiguration")][u("level")].toString()));
+            QVERIFY(!ids.contains(rule[u("id")].toString()));
+            ids += rule[u("id")].toString();
+        }
+        QStringList places;
+        for (const QJsonValue& finding : run[u("results")].toArray()) {
+            QVERIFY(!finding[u("message")][u("text")].toString().isEmpty());
+            QVERIFY(levels.contains(finding[u("level")].toString()));
+            QCOMPARE(driver[u("rules")][finding[u("ruleIndex")].toInt(-1)][u("id")], finding[u("ruleId")]);
+            const QJsonValue place = finding[u("locations")][0][u("physicalLocation")];
+            const QUrl uri(place[u("artifactLocation")][u("uri")].toString(), QUrl::StrictMode);
+            QVERIFY(uri.isValid() && uri.isRelative());
+            const QJsonValue region = place[u("region")];
+            places +=
+                u("%1:%2:%3").arg(uri.path()).arg(region[u("startLine")].toInt()).arg(region[u("startColumn")].toInt());
+        }
+        QCOMPARE(places.join(u(" ")), u("sarif/ü %.txt:1:2 sarif/ü %.txt:2:1 sarif/ü %.txt:3:1 prompts/a.txt:1:17 "
+                                        "prompts/a.txt:2:1 prompts/deep/b.txt:1:1"));
+    }
+
+    void findingsInAnEditor()
+    {
+        const QString vim = QStandardPaths::findExecutable(u("vim"));
+        if (vim.isEmpty()) { QSKIP("vim is not installed: scripts/setup vim"); }
+        QVERIFY(writeFile(folder.filePath(u("errors")), runOrv({u("check"), u("prompts"), u("prompts")}).output));
+        const QString list = u("call writefile(map(getqflist(), 'bufname(v:val.bufnr) . \" \" . v:val.lnum . \" \" . "
+                               "v:val.col . v:val.text[:8]'), 'quickfix')");
+        runChild({u("-u"), u("NONE"), u("-es"), u("-c"), u("cgetfile errors"), u("-c"), list, u("-c"), u("qall!")}, vim,
+            {}, folder.path());
+        QFile quickfix(folder.filePath(u("quickfix")));
+        QVERIFY(quickfix.open(QIODevice::ReadOnly));
+        QCOMPARE(quickfix.readAll(),
+            QByteArray("prompts/a.txt 1 17 warning:\nprompts/a.txt 2 1 warning:\nprompts/deep/b.txt 1 1 warning:\n"));
+    }
+
+    // What the library speaks whole, tags included, is what the checks say so of.
+    void checksAgreeWithTheLibrary()
+    {
+        QRandomGenerator random(1);
+        const QStringList fragments{u("<text>"), u("</text>"), u("<text language=\"de_DE\">"), u("<audio path=\"a\"/>"),
+            u("<file language=\"x\" path=\"a b\"/>"), u("<tts lang=\"de_DE\"/>"), u("<offboard>"), u("</offboard>"),
+            u("<offboard genre=\"g\">"), u("<phonetic>"), u("</phonetic>"), u("<"), u(">"), u("\""), u("ding"), u(" "),
+            u("# "), u("&amp;"), u("\\!\\"), u("%1")};
+        for (const auto context : {GeneralContext, BrandSoundContext, A4AContext}) {
+            QStringList prompts;
+            for (int round = testRounds(3); round > 0; --round) { prompts += randomText(random, fragments, 8); }
+            const QString option = QString::number(context);
+            const QStringList words{u("--sounds"), u("sounds.json"), u("--json"), u("--context"), option, u("-")};
+            const QByteArray input = prompts.join(QLatin1Char('\n')).toUtf8();
+            QSet<int> found;
+            for (const QByteArray& line :
+                runOrv(QStringList{u("check"), u("prompts")} + words, input).output.split('\n')) {
+                const QJsonObject finding = QJsonDocument::fromJson(line).object();
+                const QStringList rules{u("blank-in-path"), u("unknown-form"), u("wrong-context")};
+                if (rules.contains(finding[u("rule")].toString())) { found += finding[u("line")].toInt(); }
+            }
+            QSet<int> expected;
+            for (const QByteArray& line : runOrv(QStringList{u("prompt")} + words, input).output.split('\n')) {
+                const QJsonObject prompt = QJsonDocument::fromJson(line).object();
+                const QString text = prompts.value(prompt[u("line")].toInt() - 1);
+                const bool isWhole = prompt[u("mode")] == u("text") && prompt[u("text")] == text;
+                if (isWhole && text.contains(QLatin1Char('<'))) { expected += prompt[u("line")].toInt(); }
+            }
+            QVERIFY(!expected.isEmpty() && found == expected);
+        }
+    }
+
     void outputThatCannotBeWritten()
     {
         ChildProcess child;
@@ -180,6 +291,7 @@ private Q_SLOTS:
             for (const char* option : {"--help", "--version"}) {
                 const ChildResult result = runChild({u(command), u(option)}, u(ORV_PROGRAM));
                 const QByteArray help = QByteArray("Usage: orv ") + command + " [options]";
+                for (const QString& line : u(result.output).split(QLatin1Char('\n'))) { QVERIFY(line.size() <= 80); }
                 QVERIFY(result.output.startsWith(option[2] == 'h' ? help : "orv " ORV_VERSION "\n"));
                 const QByteArray example = QByteArray("\nExamples:\n  orv ") + command + ' ';
                 QCOMPARE(result.output.contains(example), option[2] == 'h');
@@ -189,6 +301,11 @@ private Q_SLOTS:
     }
 
 private:
+    ChildResult runOrv(const QStringList& words, const QByteArray& input = {})
+    {
+        return runChild(words, u(ORV_PROGRAM), input, folder.path());
+    }
+
     /** The transcripts of a page; its other samples have names, behind their language, and are written as files. */
     QByteArray transcripts(const char* page)
     {

@@ -83,7 +83,7 @@ QStringList readBaseline(const QString& fileName)
     QByteArray line;
     while (reader.readBytes(line)) {
         const QJsonObject object = QJsonDocument::fromJson(line).object();
-        if (object.isEmpty()) {
+        if (!object.contains(QLatin1String("rule"))) {
             throw Failure{QStringLiteral("%1:%2: not a finding that orv check --json wrote")
                               .arg(fileName, QString::number(reader.lineNumber()))};
         }
@@ -188,7 +188,7 @@ QStringList filesFor(Task& task, const QString& argument)
 void show(const Task& task, const CommandLine& commandLine)
 {
     if (commandLine.isSet("sarif")) {
-        print(QString::fromUtf8(sarifOf(task.findings).toJson()));
+        printJson(sarifOf(task.findings));
         return;
     }
     for (const FileFinding& found : task.findings) {

@@ -76,7 +76,7 @@ Command languageCommand()
 {
     return {"language", "shows languages, their codes and what the engines support",
         QStringLiteral("Shows languages: all of them, or those that the given codes, values or "
-                       "names stand\nfor."),
+                       "names\nstand for."),
         {{"code", "[CODE…]",
             "A code of any family, such as de_DE or deu-DEU, a value, or a name such as German.",
             languageCodes}},

@@ -97,8 +97,8 @@ int run(const CommandLine& commandLine)
 Command promptCommand()
 {
     return {"prompt", "shows what prompts ask for: audio, files, text, off-board speech",
-        QStringLiteral("Shows what prompts ask for, one prompt per line of the file or of standard "
-                       "input.\nMP3 files that exist are marked for conversion to WAV."),
+        QStringLiteral("Shows what prompts ask for, one prompt per line of the file or of "
+                       "standard\ninput. MP3 files that exist are marked for conversion to WAV."),
         {{"file", "[FILE]", "A file of prompts; - or none for standard input."}},
         {contextOption, brandOption, soundsOption,
             {"language", "Also cuts spoken text into sentences of this language.", "ISO", "",

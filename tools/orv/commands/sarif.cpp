@@ -32,7 +32,7 @@ QJsonObject resultOf(const QString& file, const Finding& finding)
 
 } // namespace
 
-QJsonDocument sarifOf(const QVector<FileFinding>& findings)
+QJsonObject sarifOf(const QVector<FileFinding>& findings)
 {
     QJsonArray rules;
     for (int i = 0; i < int(Rule::RuleCount); ++i) {
@@ -49,12 +49,12 @@ QJsonDocument sarifOf(const QVector<FileFinding>& findings)
     const QJsonObject driver{{QStringLiteral("name"), QCoreApplication::applicationName()},
         {QStringLiteral("version"), QCoreApplication::applicationVersion()},
         {QStringLiteral("rules"), rules}};
-    return QJsonDocument(QJsonObject{{QStringLiteral("version"), QStringLiteral("2.1.0")},
+    return {{QStringLiteral("version"), QStringLiteral("2.1.0")},
         {QStringLiteral("$schema"),
             QStringLiteral("https://json.schemastore.org/sarif-2.1.0.json")},
         {QStringLiteral("runs"),
             QJsonArray{QJsonObject{
                 {QStringLiteral("tool"), QJsonObject{{QStringLiteral("driver"), driver}}},
                 {QStringLiteral("columnKind"), QStringLiteral("utf16CodeUnits")},
-                {QStringLiteral("results"), results}}}}});
+                {QStringLiteral("results"), results}}}}};
 }

@@ -2,11 +2,11 @@
 
 #include "checks/finding.h"
 
-#include <QJsonDocument>
+#include <QJsonObject>
 #include <QPair>
 
 /** A finding with the name of its file. */
 using FileFinding = QPair<QString, Finding>;
 
 /** The findings as SARIF 2.1.0, which build servers and editors read. */
-QJsonDocument sarifOf(const QVector<FileFinding>& findings);
+QJsonObject sarifOf(const QVector<FileFinding>& findings);
