@@ -1,6 +1,7 @@
 #include "commands/commands.h"
 #include "shell/failure.h"
 #include "shell/output.h"
+#include "shell/text.h"
 #include "shell/words.h"
 
 #include <core/orvcore_version.h>
@@ -14,20 +15,18 @@ namespace {
 
 QString usage(const QVector<Command>& commands)
 {
-    QString text =
-        QStringLiteral("Usage: orv COMMAND [OPTION…] [ARGUMENT…]\n"
-                       "Uses the speech core library from the command line.\n\nCommands:\n");
+    QString text = u"Usage: orv COMMAND [OPTION…] [ARGUMENT…]\n"
+                   "Uses the speech core library from the command line.\n\nCommands:\n"_s;
     for (const Command& command : commands) {
-        text += QStringLiteral("  %1  %2\n")
-                    .arg(QLatin1String(command.name), -9)
+        text += u"  %1  %2\n"_s.arg(QLatin1String(command.name), -9)
                     .arg(QLatin1String(command.summary));
     }
     return text
-           + QStringLiteral("\norv help COMMAND tells more.\n"
-                            "\nExit codes:\n"
-                            "  0  done\n"
-                            "  1  a negative finding\n"
-                            "  2  wrong use or unreadable input\n");
+           + u"\norv help COMMAND tells more.\n"
+             "\nExit codes:\n"
+             "  0  done\n"
+             "  1  a negative finding\n"
+             "  2  wrong use or unreadable input\n"_s;
 }
 
 const Command& commandOf(const QVector<Command>& commands, const QString& name)
@@ -35,8 +34,8 @@ const Command& commandOf(const QVector<Command>& commands, const QString& name)
     if (const Command* const command = findCommand(commands, name)) {
         return *command;
     }
-    throw Failure{unknown("command", name, completions(commands, {}))
-                  + QStringLiteral(" (orv help lists them)")};
+    throw Failure{
+        unknown("command", name, completions(commands, {})) + u" (orv help lists them)"_s};
 }
 
 int run(QStringList words)
@@ -45,17 +44,17 @@ int run(QStringList words)
         inflateCommand(), jsonCommand(), languageCommand(), promptCommand(), sentencesCommand(),
         soundCommand(), tableCommand()};
     if (words.isEmpty()) {
-        throw Failure{QStringLiteral("no command given (orv help lists them)")};
+        throw Failure{u"no command given (orv help lists them)"_s};
     }
     const QString name = words.takeFirst();
-    const bool isHelp = name == QLatin1String("help");
-    if (name == QLatin1String("complete")) { // asked by the completion scripts
-        print(completions(commands, words).join(QLatin1Char('\n')) + QLatin1Char('\n'));
+    const bool isHelp = name == u"help"_s;
+    if (name == u"complete"_s) { // asked by the completion scripts
+        print(completions(commands, words).join(u'\n') + u'\n');
     } else if (isHelp && !words.isEmpty()) {
         print(CommandLine(commandOf(commands, words[0])).help());
-    } else if (isHelp || name == QLatin1String("--help") || name == QLatin1String("-h")) {
+    } else if (isHelp || name == u"--help"_s || name == u"-h"_s) {
         print(usage(commands));
-    } else if (name == QLatin1String("--version") || name == QLatin1String("-v")) {
+    } else if (name == u"--version"_s || name == u"-v"_s) {
         print(QStringLiteral("orv " ORVCORE_VERSION_STRING "\n"));
     } else {
         const Command& command = commandOf(commands, name);
@@ -71,7 +70,7 @@ int run(QStringList words)
 int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("orv"));
+    QCoreApplication::setApplicationName(u"orv"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVCORE_VERSION_STRING));
     // Arguments and file names are UTF-8 in every locale, also in the plain one of build machines.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));

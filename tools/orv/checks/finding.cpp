@@ -68,7 +68,7 @@ QStringList ruleNames()
 
 QString CheckOptions::onThisMachine(const QString& path) const
 {
-    return path.startsWith(QLatin1Char('/')) ? root + path : path;
+    return path.startsWith(u'/') ? root + path : path;
 }
 
 bool CheckOptions::isFile(const QString& path) const

@@ -1,4 +1,5 @@
 #include "checks/jsontext.h"
+#include "shell/text.h"
 
 #include <QJsonArray>
 
@@ -15,7 +16,7 @@ JsonText::JsonText(const QByteArray& content, Findings& findings)
     if (document.isNull()) {
         const Place place = places.at(error.offset);
         findings.append({place.line, place.column, Rule::NotLoaded,
-            QStringLiteral("nothing is loaded: ") + error.errorString()});
+            u"nothing is loaded: "_s + error.errorString()});
         return;
     }
     at = text.startsWith("\xEF\xBB\xBF") ? 3 : 0; // the parser skips the mark, too
@@ -78,7 +79,7 @@ void JsonText::readMember(int depth, QHash<QString, int>& lines)
     int& line = lines[key];
     if (line > 0) {
         findings.append({place.line, place.column, Rule::Overwritten,
-            QStringLiteral("\"%1\" overwrites that of line %2").arg(key, QString::number(line))});
+            u"\"%1\" overwrites that of line %2"_s.arg(key, QString::number(line))});
     }
     line = place.line;
     next();

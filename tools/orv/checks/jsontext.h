@@ -2,6 +2,7 @@
 
 #include "checks/finding.h"
 #include "shell/input.h"
+#include "shell/text.h"
 
 #include <QHash>
 #include <QJsonDocument>
@@ -44,8 +45,8 @@ void checkElements(
 {
     const JsonText text(content, findings);
     if (text.document.isObject()) {
-        findings.append({1, 1, Rule::NotLoaded,
-            QStringLiteral("nothing is loaded: an array is needed, not an object")});
+        findings.append(
+            {1, 1, Rule::NotLoaded, u"nothing is loaded: an array is needed, not an object"_s});
     }
     for (int i = 0; i < text.elements.size() && text.document.isArray(); ++i) {
         const Place& place = text.elements[i];

@@ -1,6 +1,7 @@
 #include "checks/finding.h"
 #include "shell/input.h"
 #include "shell/languages.h"
+#include "shell/text.h"
 #include "shell/words.h"
 
 #include <QFile>
@@ -37,8 +38,8 @@ PromptData parsed(QString prompt, PromptContext context)
         return PromptData::parse(prompt, context);
     }
     // There are no files below a device.
-    const QString attribute = QStringLiteral("path=\"");
-    const QString nowhere = QStringLiteral("/dev/null/");
+    const QString attribute = u"path=\""_s;
+    const QString nowhere = u"/dev/null/"_s;
     PromptData result = PromptData::parse(prompt.replace(attribute, attribute + nowhere), context);
     const bool isPath = result.mode == PromptAudio || result.mode == PromptFile;
     if (isPath && result.text.startsWith(nowhere)) {
@@ -56,19 +57,19 @@ bool isSpokenWhole(const QString& prompt, PromptContext context)
 
 const QRegularExpression& attributeValue()
 {
-    static const QRegularExpression pattern(QStringLiteral("=\"[^\"]*\""));
+    static const QRegularExpression pattern(u"=\"[^\"]*\""_s);
     return pattern;
 }
 
 /** The tags of a prompt without what authors fill in. */
 QString skeletonOf(const QString& prompt)
 {
-    static const QRegularExpression tag(QStringLiteral("<[^<>]*>?"));
+    static const QRegularExpression tag(u"<[^<>]*>?"_s);
     QString skeleton;
     for (auto match = tag.globalMatch(prompt); match.hasNext();) {
         skeleton += match.next().captured();
     }
-    return skeleton.replace(attributeValue(), QStringLiteral("=\"\"")).toLower();
+    return skeleton.replace(attributeValue(), u"=\"\""_s).toLower();
 }
 
 /** The form that a prompt resembles most, of those with @p tag in them. */
@@ -96,8 +97,7 @@ QString nearestForm(const QString& prompt, const char* tag)
 
 QString withoutBlanksInValues(const QString& prompt)
 {
-    static const QRegularExpression blank(
-        QStringLiteral("\\s"), QRegularExpression::UseUnicodePropertiesOption);
+    static const QRegularExpression blank(u"\\s"_s, QRegularExpression::UseUnicodePropertiesOption);
     QString joined;
     int from = 0;
     for (auto match = attributeValue().globalMatch(prompt); match.hasNext();) {
@@ -120,8 +120,8 @@ struct Token
 
 QVector<Token> tokensOf(const QString& markup)
 {
-    static const QRegularExpression tag(QStringLiteral("<[^<>]*>?"));
-    static const QRegularExpression piece(QStringLiteral("\"[^\"]*\"|\\w+|\\s+|."));
+    static const QRegularExpression tag(u"<[^<>]*>?"_s);
+    static const QRegularExpression piece(u"\"[^\"]*\"|\\w+|\\s+|."_s);
     QVector<Token> tokens;
     int end = 0;
     for (auto tags = tag.globalMatch(markup); tags.hasNext();) {
@@ -132,7 +132,7 @@ QVector<Token> tokensOf(const QString& markup)
         for (auto pieces = piece.globalMatch(match.captured()); pieces.hasNext();) {
             const QRegularExpressionMatch part = pieces.next();
             tokens += {part.captured(), match.capturedStart() + part.capturedStart(),
-                part.captured().size() > 1 && part.captured().startsWith(QLatin1Char('"')), false};
+                part.captured().size() > 1 && part.captured().startsWith(u'"'), false};
         }
         end = match.capturedEnd();
     }
@@ -158,70 +158,65 @@ Difference differenceFrom(const QString& form, const QString& prompt)
             for (const Token& missing : wanted.mid(i)) {
                 rest += missing.isBetween ? QString() : missing.text;
             }
-            return {prompt.size(), QStringLiteral("add %1 at the end").arg(rest)};
+            return {prompt.size(), u"add %1 at the end"_s.arg(rest)};
         }
         const bool isSame = token.isBetween ? found[at].isBetween
                             : token.isValue ? found[at].isValue
                                             : found[at].text == token.text;
         if (!isSame && found[at].isBetween) {
-            return {found[at].begin,
-                QStringLiteral("leave out \"%1\" between the tags").arg(found[at].text)};
+            return {found[at].begin, u"leave out \"%1\" between the tags"_s.arg(found[at].text)};
         }
         if (!isSame && !token.isBetween) {
             const bool isExtra = at + 1 < found.size() && found[at + 1].text == token.text;
-            return {found[at].begin, isExtra
-                                         ? QStringLiteral("leave out \"%1\"").arg(found[at].text)
-                                         : QStringLiteral("write \"%1\" where \"%2\" stands")
-                                               .arg(token.text, found[at].text)};
+            return {found[at].begin,
+                isExtra ? u"leave out \"%1\""_s.arg(found[at].text)
+                        : u"write \"%1\" where \"%2\" stands"_s.arg(token.text, found[at].text)};
         }
         at += isSame ? 1 : 0; // text between tags may be empty
     }
-    return {prompt.indexOf(QLatin1Char('<')), QString()};
+    return {prompt.indexOf(u'<'), QString()};
 }
 
 /** The first tag that is not understood in this context, such as "<offboard>". */
 QString firstTag(const QString& prompt)
 {
-    static const QRegularExpression name(
-        QStringLiteral("<(audio|file|text|phonetic|tts|offboard)"));
-    return name.match(prompt).captured() + QLatin1Char('>');
+    static const QRegularExpression name(u"<(audio|file|text|phonetic|tts|offboard)"_s);
+    return name.match(prompt).captured() + u'>';
 }
 
 Finding whySpokenWhole(int line, const QString& prompt, PromptContext context)
 {
-    const QString start = QStringLiteral("the tags will be read aloud: ");
-    const int column = prompt.indexOf(QLatin1Char('<')) + 1;
-    static const QRegularExpression anyTag(QStringLiteral("</?[A-Za-z]"));
+    const QString start = u"the tags will be read aloud: "_s;
+    const int column = prompt.indexOf(u'<') + 1;
+    static const QRegularExpression anyTag(u"</?[A-Za-z]"_s);
     if (!anyTag.match(prompt).hasMatch()) {
         return {line, column, Rule::UnknownForm,
-            QStringLiteral("\"<\" will be read aloud: it does not start a tag")};
+            u"\"<\" will be read aloud: it does not start a tag"_s};
     }
     if (!isSpokenWhole(withoutBlanksInValues(prompt), context)) {
-        static const QRegularExpression blankInValue(QStringLiteral("=\"[^\"]*?\\s"));
+        static const QRegularExpression blankInValue(u"=\"[^\"]*?\\s"_s);
         const int blank = blankInValue.match(prompt).capturedEnd();
         return {line, blank > 0 ? blank : column, Rule::BlankInPath,
-            start + QStringLiteral("a path or language holds a blank")};
+            start + u"a path or language holds a blank"_s};
     }
     if (context == BrandSoundContext && !isSpokenWhole(prompt, GeneralContext)) {
         return {line, column, Rule::WrongContext,
-            start
-                + QStringLiteral("%1 does not work with --context brandsound")
-                      .arg(firstTag(prompt))};
+            start + u"%1 does not work with --context brandsound"_s.arg(firstTag(prompt))};
     }
     if (context != A4AContext && !isSpokenWhole(prompt, A4AContext)) {
         return {line, column, Rule::WrongContext,
-            start + QStringLiteral("%1 works only with --context a4a").arg(firstTag(prompt))};
+            start + u"%1 works only with --context a4a"_s.arg(firstTag(prompt))};
     }
     const QString form = nearestForm(prompt, "<");
     const Difference difference = differenceFrom(form, prompt);
-    QString text = start + QStringLiteral("the nearest form is ") + form;
+    QString text = start + u"the nearest form is "_s + form;
     if (!difference.advice.isEmpty()) {
-        text += QStringLiteral("; ") + difference.advice;
+        text += u"; "_s + difference.advice;
     }
     if (isSpokenWhole(form, context)) {
         text += isSpokenWhole(form, GeneralContext)
-                    ? QStringLiteral("; it works only with --context a4a")
-                    : QStringLiteral("; it does not work with --context brandsound");
+                    ? u"; it works only with --context a4a"_s
+                    : u"; it does not work with --context brandsound"_s;
     }
     return {line, difference.begin + 1, Rule::UnknownForm, text};
 }
@@ -247,7 +242,7 @@ Outside outsideOf(const QString& prompt, PromptContext context, const PromptData
 {
     const auto meansTheSame = [context, &meaning](QString part) {
         if (meaning.mode == PromptFile) { // no part may become a sound that stood beside the file
-            part.replace(QLatin1String("<text "), QLatin1String("<- "));
+            part.replace(u"<text "_s, u"<- "_s);
         }
         const PromptData other = parsed(part, context);
         const bool isWhole = other.mode == PromptText && other.text == part;
@@ -256,11 +251,11 @@ Outside outsideOf(const QString& prompt, PromptContext context, const PromptData
     };
     // A part means the same as long as it holds the markup, so halving finds where that starts and
     // ends. A prompt of many brackets is not parsed for each of them.
-    const QVector<int> opening = positionsOf(QLatin1Char('<'), prompt);
+    const QVector<int> opening = positionsOf(u'<', prompt);
     const auto behindBegin = std::partition_point(
         opening.begin(), opening.end(), [&](int at) { return meansTheSame(prompt.mid(at)); });
     const int begin = behindBegin == opening.begin() ? 0 : behindBegin[-1];
-    const QVector<int> closing = positionsOf(QLatin1Char('>'), prompt);
+    const QVector<int> closing = positionsOf(u'>', prompt);
     const auto end = std::partition_point(closing.begin(), closing.end(),
         [&](int at) { return at < begin || !meansTheSame(prompt.mid(begin, at + 1 - begin)); });
     const int behind = end == closing.end() ? prompt.size() : *end + 1;
@@ -286,7 +281,7 @@ public:
 /** Where a text holds what starts as an inline tag, but is none; or -1. */
 int brokenInlineTag(const QString& text)
 {
-    const QString opening = QStringLiteral("\\!\\");
+    const QString opening = u"\\!\\"_s;
     const QLatin1Char closing('\\');
     int end = 0;
     for (int at = 0; (at = text.indexOf(opening, end)) >= 0;) {
@@ -296,10 +291,10 @@ int brokenInlineTag(const QString& text)
             ++end;
         }
         const QStringRef tag = text.midRef(begin, end - begin); // as far as a tag may reach
-        const int equals = tag.indexOf(QLatin1Char('='), 1);
+        const int equals = tag.indexOf(u'=', 1);
         const bool isAssignment = equals > 0 && equals < tag.size() - 2;
         if (end == text.size() || !tag.endsWith(closing) || tag.contains(opening)
-            || !(isAssignment || tag == QLatin1String("rst\\"))) {
+            || !(isAssignment || tag == u"rst\\"_s)) {
             return at;
         }
     }
@@ -311,8 +306,7 @@ void checkInlineTags(Collector& collector, const QString& markup, const QString&
     const int at = brokenInlineTag(spoken);
     if (at >= 0) {
         collector.add(std::max(markup.indexOf(spoken), 0) + at, Rule::BrokenInlineTag,
-            QStringLiteral(
-                "not an inline tag, so it is read aloud; write \\!\\NAME=VALUE\\ and a space"));
+            u"not an inline tag, so it is read aloud; write \\!\\NAME=VALUE\\ and a space"_s);
     }
 }
 
@@ -320,24 +314,22 @@ void checkInlineTags(Collector& collector, const QString& markup, const QString&
 void checkSpokenWords(
     Collector& collector, const QString& markup, const QString& spoken, const CheckOptions& options)
 {
-    static const QRegularExpression entity(
-        QStringLiteral("&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"));
+    static const QRegularExpression entity(u"&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"_s);
     const int begin = std::max(markup.indexOf(spoken), 0);
     const QRegularExpressionMatch match = entity.match(spoken);
     if (match.hasMatch()) {
         collector.add(begin + match.capturedStart(), Rule::EntitySpoken,
-            QStringLiteral("read aloud as it stands: \"%1\"").arg(match.captured()));
+            u"read aloud as it stands: \"%1\""_s.arg(match.captured()));
     }
     const QString word = spoken.trimmed();
     const int slip = word.size() < 4 ? 1 : word.size() > 8 ? 3 : 2;
     if (options.context != BrandSoundContext && options.soundIds.contains(word)) {
         collector.add(begin, Rule::BareSoundId,
-            QStringLiteral("read aloud, not played: a sound is <text language=\"ISO\">%1</text>, "
-                           "or --context brandsound")
-                .arg(word));
+            u"read aloud, not played: a sound is <text language=\"ISO\">%1</text>, "
+            "or --context brandsound"_s.arg(word));
     } else if (const QString id = nearest(word, options.soundIds, slip); !id.isNull()) {
-        collector.add(begin, Rule::NearSoundId,
-            QStringLiteral("nearly the sound \"%1\", but read aloud").arg(id));
+        collector.add(
+            begin, Rule::NearSoundId, u"nearly the sound \"%1\", but read aloud"_s.arg(id));
     }
 }
 
@@ -346,16 +338,16 @@ void checkSpokenText(Collector& collector, const QString& markup, const PromptDa
     const CheckOptions& options)
 {
     // An off-board service has tags of its own, but not those of this library.
-    static const QRegularExpression anyTag(QStringLiteral("</?[a-z]"));
-    static const QRegularExpression offboardTag(QStringLiteral("</?(offboard|tts)\\b"));
+    static const QRegularExpression anyTag(u"</?[a-z]"_s);
+    static const QRegularExpression offboardTag(u"</?(offboard|tts)\\b"_s);
     const bool isOffboard = prompt.mode == PromptOffboard;
     const int begin = std::max(markup.indexOf(prompt.text), 0);
     const auto tag = (isOffboard ? offboardTag : anyTag).match(prompt.text);
     if (prompt.text.trimmed().isEmpty()) {
-        collector.add(begin, Rule::NothingSpoken, QStringLiteral("nothing is spoken"));
+        collector.add(begin, Rule::NothingSpoken, u"nothing is spoken"_s);
     } else if (tag.hasMatch()) {
         collector.add(begin + tag.capturedStart(), Rule::InnerMarkup,
-            QStringLiteral("the tags within the text will be read aloud"));
+            u"the tags within the text will be read aloud"_s);
     }
     if (!isOffboard) {
         checkSpokenWords(collector, markup, prompt.text, options);
@@ -369,8 +361,8 @@ bool checkLanguages(Collector& collector, const QString& markup, const PromptDat
 {
     // Off-board text may have markup of its own, with languages of its own.
     static const QRegularExpression boardTag(
-        QStringLiteral(R"~(<(audio|file|text|phonetic) language="([^"]*)")~"));
-    static const QRegularExpression offboardTag(QStringLiteral(R"~(<(tts) lang="([^"]*)"/>)~"));
+        uR"~(<(audio|file|text|phonetic) language="([^"]*)")~"_s);
+    static const QRegularExpression offboardTag(uR"~(<(tts) lang="([^"]*)"/>)~"_s);
     const bool isOffboard = meaning.mode == PromptOffboard;
     bool areKnown = true;
     auto match = (isOffboard ? offboardTag : boardTag).globalMatch(markup);
@@ -379,15 +371,14 @@ bool checkLanguages(Collector& collector, const QString& markup, const PromptDat
         const QString code = tag.captured(2);
         // A brand sound is named by text with a language, whatever the language is.
         const bool mayName =
-            tag.captured(1) == QLatin1String("text")
+            tag.captured(1) == u"text"_s
             && (meaning.mode == PromptAudio || options.context == BrandSoundContext);
         if (convertIsoToLanguageId(code.toUtf8()) == InvalidLanguage) {
             collector.add(tag.capturedStart(2), Rule::UnknownLanguage, unknownLanguage(code));
             areKnown = false;
         } else if (!isOffboard && !mayName) {
             collector.add(tag.capturedStart(2), Rule::LanguageIgnored,
-                QStringLiteral("\"%1\" has no effect: only <tts lang=\"%1\"/> sets a language")
-                    .arg(code));
+                u"\"%1\" has no effect: only <tts lang=\"%1\"/> sets a language"_s.arg(code));
         }
     }
     return areKnown;
@@ -401,13 +392,13 @@ void checkMarkup(Collector& collector, const QString& markup, const PromptData& 
     Outside outside = outsideOf(markup, options.context, meaning);
     if (meaning.mode == PromptOffboard && !areLanguagesKnown) {
         // The tag of an unknown language means nothing, and so seems to be outside.
-        const int tag = outside.before.lastIndexOf(QLatin1String("<tts "));
+        const int tag = outside.before.lastIndexOf(u"<tts "_s);
         outside.before = outside.before.left(tag).trimmed();
     }
     const auto report = [&](const QString& part, int from) {
         if (!part.isEmpty()) {
             collector.add(markup.indexOf(part, from), Rule::OutsideMarkup,
-                QStringLiteral("dropped, because it is outside the tags: \"%1\"").arg(part));
+                u"dropped, because it is outside the tags: \"%1\""_s.arg(part));
         }
     };
     report(outside.before, 0);
@@ -418,7 +409,7 @@ void checkMarkup(Collector& collector, const QString& markup, const PromptData& 
 void checkOffboardFile(Collector& collector, const QString& path, const CheckOptions& options)
 {
     QFile file(options.onThisMachine(path));
-    collector.inFile = QStringLiteral("in \"%1\": ").arg(path);
+    collector.inFile = u"in \"%1\": "_s.arg(path);
     if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
         collector.add(0, Rule::UnreadableFile, file.errorString());
         return;
@@ -429,11 +420,11 @@ void checkOffboardFile(Collector& collector, const QString& path, const CheckOpt
     }
     const QByteArray bytes = content.constData(); // up to the first NUL, as the library reads it
     if (bytes.size() < content.size()) {
-        collector.add(0, Rule::NulInFile, QStringLiteral("lost from the first NUL on"));
+        collector.add(0, Rule::NulInFile, u"lost from the first NUL on"_s);
     }
     QString markup;
     if (!decodeUtf8(bytes, markup)) {
-        collector.add(0, Rule::NotUtf8, QStringLiteral("not valid UTF-8"));
+        collector.add(0, Rule::NotUtf8, u"not valid UTF-8"_s);
         return;
     }
     const PromptData meaning = parsed(markup, A4AContext);
@@ -442,21 +433,21 @@ void checkOffboardFile(Collector& collector, const QString& path, const CheckOpt
         checkSpokenText(collector, markup, meaning, options);
     } else {
         collector.add(0, Rule::NoOffboardMarkup,
-            QStringLiteral("no off-board markup is found; the nearest form is ")
+            u"no off-board markup is found; the nearest form is "_s
                 + nearestForm(markup, "<offboard"));
     }
 }
 
 void checkPrompt(Collector& collector, const QString& prompt, const CheckOptions& options)
 {
-    static const QRegularExpression comment(QStringLiteral("^\\s*#+(\\s|$)"));
+    static const QRegularExpression comment(u"^\\s*#+(\\s|$)"_s);
     if (comment.match(prompt).hasMatch()) {
-        collector.add(prompt.indexOf(QLatin1Char('#')), Rule::CommentSpoken,
-            QStringLiteral("read aloud: a line of prompts is never a comment"));
+        collector.add(prompt.indexOf(u'#'), Rule::CommentSpoken,
+            u"read aloud: a line of prompts is never a comment"_s);
     }
     const PromptData meaning = parsed(prompt, options.context);
     if (meaning.mode == PromptText && meaning.text == prompt) {
-        if (prompt.contains(QLatin1Char('<'))) {
+        if (prompt.contains(u'<')) {
             collector.findings += whySpokenWhole(collector.line, prompt, options.context);
         }
         checkSpokenWords(collector, prompt, prompt, options);
@@ -470,8 +461,7 @@ void checkPrompt(Collector& collector, const QString& prompt, const CheckOptions
     }
     const int path = std::max(prompt.indexOf(meaning.text), 0);
     if (!options.isFile(meaning.text)) {
-        collector.add(
-            path, Rule::MissingFile, QStringLiteral("no such file: \"%1\"").arg(meaning.text));
+        collector.add(path, Rule::MissingFile, u"no such file: \"%1\""_s.arg(meaning.text));
     } else if (options.context == A4AContext && meaning.mode == PromptFile) {
         collector.fileColumn = path + 1;
         checkOffboardFile(collector, meaning.text, options);
@@ -492,7 +482,7 @@ Findings checkPrompts(const QByteArray& content, const CheckOptions& options)
         if (decodeUtf8(bytes, prompt)) {
             checkPrompt(collector, prompt, options);
         } else {
-            collector.add(0, Rule::NotUtf8, QStringLiteral("not valid UTF-8"));
+            collector.add(0, Rule::NotUtf8, u"not valid UTF-8"_s);
         }
     }
     return collector.findings;

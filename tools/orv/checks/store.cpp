@@ -1,4 +1,5 @@
 #include "checks/jsontext.h"
+#include "shell/text.h"
 
 #include <core/speech/speechchecksummanager.h>
 
@@ -13,24 +14,24 @@ using Manager = SpeechChecksumManager;
 QString problemOf(const QJsonObject& entry, const Manager::ChecksumKey& key)
 {
     if (key.filePath.isEmpty()) {
-        return QStringLiteral("\"filePath\" is missing or empty");
+        return u"\"filePath\" is missing or empty"_s;
     }
     if (convertLanguageIdToIso(key.language).isEmpty()) {
-        return QStringLiteral("\"language\" is the value of no language");
+        return u"\"language\" is the value of no language"_s;
     }
     if (key.type != Manager::DefaultChecksum && key.type != Manager::AlternateChecksum) {
-        return QStringLiteral("\"type\" is neither 0 nor 1");
+        return u"\"type\" is neither 0 nor 1"_s;
     }
     for (const char* name : {"language", "type", "checksum"}) {
         if (!entry.contains(QLatin1String(name))) {
-            return QStringLiteral("no \"%1\"").arg(QLatin1String(name));
+            return u"no \"%1\""_s.arg(QLatin1String(name));
         }
     }
-    static const QRegularExpression digest(QStringLiteral("^[0-9a-f]{32}\\z"));
-    const QString checksum = entry.value(QLatin1String("checksum")).toVariant().toString();
+    static const QRegularExpression digest(u"^[0-9a-f]{32}\\z"_s);
+    const QString checksum = entry.value(u"checksum"_s).toVariant().toString();
     return digest.match(checksum).hasMatch()
                ? QString()
-               : QStringLiteral("\"checksum\" is not 32 digits 0-9 and a-f, so no file has it");
+               : u"\"checksum\" is not 32 digits 0-9 and a-f, so no file has it"_s;
 }
 
 } // namespace
@@ -45,22 +46,20 @@ Findings checkStore(const QByteArray& content, const CheckOptions&)
         };
         // As the library reads them, whatever their types are.
         const QVariantMap members = entry.toVariantMap();
-        const Manager::ChecksumKey key(members[QStringLiteral("filePath")].toString(),
-            Language(members[QStringLiteral("language")].toInt()),
-            Manager::ChecksumType(members[QStringLiteral("type")].toInt()));
-        if (key.filePath.contains(QLatin1Char(';'))) {
+        const Manager::ChecksumKey key(members[u"filePath"_s].toString(),
+            Language(members[u"language"_s].toInt()),
+            Manager::ChecksumType(members[u"type"_s].toInt()));
+        if (key.filePath.contains(u';')) {
             add(Rule::LostPath,
-                QStringLiteral("lost when the store is written: a path with \";\": \"%1\"")
-                    .arg(key.filePath));
+                u"lost when the store is written: a path with \";\": \"%1\""_s.arg(key.filePath));
         } else if (const QString problem = problemOf(entry, key); !problem.isEmpty()) {
             add(Rule::BadValue, problem);
         }
         int& line = lines[key.toString()];
         if (line > 0) {
             add(Rule::Overwritten,
-                QStringLiteral("overwrites the entry of line %1, which has the same path, language "
-                               "and type")
-                    .arg(line));
+                u"overwrites the entry of line %1, which has the same path, language "
+                "and type"_s.arg(line));
         }
         line = place.line;
     };

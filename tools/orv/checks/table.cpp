@@ -1,6 +1,7 @@
 #include "checks/finding.h"
 #include "shell/input.h"
 #include "shell/tablereader.h"
+#include "shell/text.h"
 #include "shell/words.h"
 
 #include <QBuffer>
@@ -17,17 +18,16 @@ bool isDeclared(const EcoFile& file)
 
 bool hasLoneQuote(const QString& line)
 {
-    return line.count(QLatin1Char('"')) % 2 != 0;
+    return line.count(u'"') % 2 != 0;
 }
 
 QString whyDropped(const QString& line, const EcoFile& file)
 {
     const int columns = file.header().columns().size();
     if (columns == 0) {
-        return QStringLiteral("no columns are declared above it");
+        return u"no columns are declared above it"_s;
     }
-    return counted(file.fieldCount(line), "field") + QStringLiteral(" for ")
-           + counted(columns, "column")
+    return counted(file.fieldCount(line), "field") + u" for "_s + counted(columns, "column")
            + QLatin1String(hasLoneQuote(line) ? ", with a quote that has no partner" : "");
 }
 
@@ -36,10 +36,10 @@ QString problemOfColumn(const EcoFile::Header& before, const EcoFile& after)
 {
     const QString column = after.header().columns().last();
     if (before.columns().contains(column)) {
-        return QStringLiteral("column \"%1\" again: its last field counts").arg(column);
+        return u"column \"%1\" again: its last field counts"_s.arg(column);
     }
     if (!after.rows().isEmpty()) {
-        return QStringLiteral("a column below the first row, which does not have it");
+        return u"a column below the first row, which does not have it"_s;
     }
     return QString();
 }
@@ -47,17 +47,17 @@ QString problemOfColumn(const EcoFile::Header& before, const EcoFile& after)
 /** Whether a line that declares a column is named as it should be. */
 bool isNamed(const QString& line)
 {
-    return line.section(QLatin1Char(' '), 0, 0) == QLatin1String("#Column");
+    return line.section(u' ', 0, 0) == u"#Column"_s;
 }
 
 /** What is wrong with a separator; or an empty text. */
 QString problemOfSeparator(const QString& line, const EcoFile::Header& header)
 {
-    const int code = line.section(QLatin1Char(' '), 1).toInt(nullptr, 16);
+    const int code = line.section(u' ', 1).toInt(nullptr, 16);
     if (code >= 0 && code <= 0xFF) {
         return QString();
     }
-    return QStringLiteral("not a code of two digits, so it counts as %1, \"%2\"")
+    return u"not a code of two digits, so it counts as %1, \"%2\""_s
         .arg(uchar(header.separator()), 2, 16, QLatin1Char('0'))
         .arg(QLatin1Char(header.separator()));
 }
@@ -68,7 +68,7 @@ QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
     // Another separator comes first, to see whether the line sets one.
     EcoFile probe;
     const char other = header.separator() == 'x' ? 'y' : 'x';
-    probe.parseHeaderLine(QStringLiteral("#Separator %1").arg(uchar(other), 0, 16));
+    probe.parseHeaderLine(u"#Separator %1"_s.arg(uchar(other), 0, 16));
     probe.parseHeaderLine(line);
     struct Declaration
     {
@@ -77,20 +77,19 @@ QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
         QString whenNot;
     };
     const Declaration declarations[] = {
-        {QStringLiteral("#Column"), !probe.header().columns().isEmpty(),
-            QStringLiteral("declares no column: \"#Column NAME\" is needed, with single blanks")},
-        {QStringLiteral("#Separator"), probe.header().separator() != other,
-            QStringLiteral("declares no separator: \"#Separator HEX\" is needed, such as 3B")},
-        {QStringLiteral("#ECO"), isDeclared(probe),
-            QStringLiteral(
-                "declares no version: \"#ECO VERSION ENCODING\" is needed, with single blanks")},
+        {u"#Column"_s, !probe.header().columns().isEmpty(),
+            u"declares no column: \"#Column NAME\" is needed, with single blanks"_s},
+        {u"#Separator"_s, probe.header().separator() != other,
+            u"declares no separator: \"#Separator HEX\" is needed, such as 3B"_s},
+        {u"#ECO"_s, isDeclared(probe),
+            u"declares no version: \"#ECO VERSION ENCODING\" is needed, with single blanks"_s},
     };
-    static const QRegularExpression blank(QStringLiteral("\\s"));
+    static const QRegularExpression blank(u"\\s"_s);
     const QString word = line.section(blank, 0, 0);
     for (const Declaration& declaration : declarations) {
         const QString& name = declaration.name;
-        if (declaration.isMade && line.section(QLatin1Char(' '), 0, 0) != name) {
-            return QStringLiteral("counts as \"%1\", because it starts like one").arg(name);
+        if (declaration.isMade && line.section(u' ', 0, 0) != name) {
+            return u"counts as \"%1\", because it starts like one"_s.arg(name);
         }
         if (!declaration.isMade && word.compare(name, Qt::CaseInsensitive) == 0) {
             return declaration.whenNot;
@@ -98,7 +97,7 @@ QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
         // A slip of the pen, but not in "#ECO": hardly anything depends on the version.
         if (!declaration.isMade && name.size() > 4
             && editDistance(word.toLower(), name.toLower()) == 1) {
-            return QStringLiteral("a comment, did you mean \"%1\"?").arg(name);
+            return u"a comment, did you mean \"%1\"?"_s.arg(name);
         }
     }
     return declarations[1].isMade ? problemOfSeparator(line, header) : QString();
@@ -114,8 +113,7 @@ void checkEncoding(Findings& findings, const QByteArray& content)
     while (reader.readBytes(line)) {
         QString text;
         if (!decodeUtf8(line, text)) {
-            findings.append(
-                {reader.lineNumber(), 1, Rule::NotUtf8, QStringLiteral("not valid UTF-8")});
+            findings.append({reader.lineNumber(), 1, Rule::NotUtf8, u"not valid UTF-8"_s});
         }
     }
 }
@@ -144,10 +142,10 @@ Findings checkTable(const QByteArray& content, const CheckOptions&)
             }
             before = after.header();
         } else if (line.isDropped) {
-            add(1, Rule::DroppedRow, QStringLiteral("dropped: ") + whyDropped(line.text, after));
+            add(1, Rule::DroppedRow, u"dropped: "_s + whyDropped(line.text, after));
         } else if (hasLoneQuote(line.text)) {
-            add(line.text.lastIndexOf(QLatin1Char('"')) + 1, Rule::LoneQuote,
-                QStringLiteral("a quote that has no partner is lost, and ends its field"));
+            add(line.text.lastIndexOf(u'"') + 1, Rule::LoneQuote,
+                u"a quote that has no partner is lost, and ends its field"_s);
         }
     });
     const auto isDropped = [](const Finding& finding) { return finding.rule == Rule::DroppedRow; };
@@ -157,8 +155,7 @@ Findings checkTable(const QByteArray& content, const CheckOptions&)
             return finding.rule != Rule::BadDeclaration;
         };
         findings.erase(std::remove_if(findings.begin(), findings.end(), isOther), findings.end());
-        findings.append(
-            {1, 1, Rule::NotATable, QStringLiteral("not a table file: no line declares a column")});
+        findings.append({1, 1, Rule::NotATable, u"not a table file: no line declares a column"_s});
     }
     return findings;
 }

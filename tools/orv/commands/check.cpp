@@ -6,12 +6,14 @@
 #include "shell/files.h"
 #include "shell/input.h"
 #include "shell/output.h"
+#include "shell/text.h"
 #include "shell/words.h"
 
 #include <QFileInfo>
 #include <QJsonObject>
 
 #include <algorithm>
+#include <map>
 #include <tuple>
 
 namespace {
@@ -50,7 +52,6 @@ struct Task
 {
     const Kind& kind;
     QVector<PromptContext> contexts;
-    QStringList contextNames;
     CheckOptions options;
     QStringList allowed;  ///< names of rules
     QStringList baseline; ///< accepted findings, by keyOf()
@@ -62,17 +63,15 @@ struct Task
 /** What makes two findings the same, wherever their lines have moved to. */
 QString keyOf(const QString& file, const QString& rule, const QString& text)
 {
-    return file + QLatin1Char('\n') + rule + QLatin1Char('\n') + text;
+    return file + u'\n' + rule + u'\n' + text;
 }
 
 QJsonObject jsonOf(const QString& file, const Finding& finding)
 {
     const RuleText& rule = textOf(finding.rule);
-    return {{QStringLiteral("file"), file}, {QStringLiteral("line"), finding.line},
-        {QStringLiteral("column"), finding.column},
-        {QStringLiteral("severity"), QLatin1String(rule.severity)},
-        {QStringLiteral("rule"), QLatin1String(rule.name)},
-        {QStringLiteral("reason"), finding.text}};
+    return {{u"file"_s, file}, {u"line"_s, finding.line}, {u"column"_s, finding.column},
+        {u"severity"_s, QLatin1String(rule.severity)}, {u"rule"_s, QLatin1String(rule.name)},
+        {u"reason"_s, finding.text}};
 }
 
 /** The findings that --json once wrote into a file. @throw Failure */
@@ -83,13 +82,12 @@ QStringList readBaseline(const QString& fileName)
     QByteArray line;
     while (reader.readBytes(line)) {
         const QJsonObject object = QJsonDocument::fromJson(line).object();
-        if (!object.contains(QLatin1String("rule"))) {
-            throw Failure{QStringLiteral("%1:%2: not a finding that orv check --json wrote")
-                              .arg(fileName, QString::number(reader.lineNumber()))};
+        if (!object.contains(u"rule"_s)) {
+            throw Failure{u"%1:%2: not a finding that orv check --json wrote"_s.arg(
+                fileName, QString::number(reader.lineNumber()))};
         }
-        keys += keyOf(object.value(QLatin1String("file")).toString(),
-            object.value(QLatin1String("rule")).toString(),
-            object.value(QLatin1String("reason")).toString());
+        keys += keyOf(object.value(u"file"_s).toString(), object.value(u"rule"_s).toString(),
+            object.value(u"reason"_s).toString());
     }
     return keys;
 }
@@ -97,39 +95,25 @@ QStringList readBaseline(const QString& fileName)
 /** The findings in all contexts; those that are not of all contexts name theirs. */
 Findings findAll(Task& task, const QByteArray& content)
 {
-    QVector<Findings> found;
+    std::map<std::tuple<int, int, Rule, QString>, QStringList> contextsByFinding;
     for (const PromptContext context : qAsConst(task.contexts)) {
         task.options.context = context;
-        found += task.kind.check(content, task.options);
-    }
-    const auto orderOf = [](const Finding& finding) {
-        return std::tie(finding.line, finding.column, finding.rule, finding.text);
-    };
-    const auto isLess = [&](const Finding& a, const Finding& b) { return orderOf(a) < orderOf(b); };
-    for (Findings& findings : found) {
-        std::stable_sort(findings.begin(), findings.end(), isLess);
-    }
-    Findings all;
-    for (int i = 0; i < found.size(); ++i) {
-        for (Finding finding : qAsConst(found[i])) {
-            QStringList contexts;
-            for (int j = 0; j < found.size(); ++j) {
-                if (std::binary_search(found[j].begin(), found[j].end(), finding, isLess)) {
-                    contexts += task.contextNames[j];
-                }
+        const Findings findings = task.kind.check(content, task.options);
+        for (const Finding& finding : findings) {
+            const auto key = std::tie(finding.line, finding.column, finding.rule, finding.text);
+            QStringList& names = contextsByFinding[key];
+            if (names.isEmpty() || names.last() != nameOf(context)) {
+                names += nameOf(context);
             }
-            if (contexts[0] != task.contextNames[i]) {
-                continue; // an earlier context had it
-            }
-            if (contexts.size() < found.size()) {
-                finding.text += QStringLiteral(" (in %1)").arg(contexts.join(QStringLiteral(", ")));
-            }
-            all += finding;
         }
     }
-    std::stable_sort(all.begin(), all.end(), [](const Finding& a, const Finding& b) {
-        return std::tie(a.line, a.column) < std::tie(b.line, b.column);
-    });
+    Findings all;
+    for (const auto& [finding, names] : contextsByFinding) {
+        const auto& [line, column, rule, text] = finding;
+        const bool isOfAll = names.size() == task.contexts.size();
+        all.append(
+            {line, column, rule, isOfAll ? text : u"%1 (in %2)"_s.arg(text, names.join(u", "_s))});
+    }
     return all;
 }
 
@@ -168,7 +152,7 @@ QStringList filesFor(Task& task, const QString& argument)
     const QVector<FoundFile> files = filesAt(argument);
     for (const FoundFile& file : files) {
         if (!file.problem.isEmpty()) {
-            refuse(task, file.path + QStringLiteral(": ") + file.problem);
+            refuse(task, file.path + u": "_s + file.problem);
         } else if (file.path.endsWith(suffix)) {
             names += file.path;
         } else {
@@ -176,11 +160,11 @@ QStringList filesFor(Task& task, const QString& argument)
         }
     }
     if (others > 0) {
-        printError(QStringLiteral("%1: left out %2 not named *%3")
-                       .arg(argument, counted(others, "file"), suffix));
+        printError(
+            u"%1: left out %2 not named *%3"_s.arg(argument, counted(others, "file"), suffix));
     }
     if (names.isEmpty()) {
-        refuse(task, QStringLiteral("%1: no file named *%2 in it").arg(argument, suffix));
+        refuse(task, u"%1: no file named *%2 in it"_s.arg(argument, suffix));
     }
     return names;
 }
@@ -200,10 +184,10 @@ void show(const Task& task, const CommandLine& commandLine)
         }
         const char* const severity = rule.severity;
         const Colour colour = *severity == 'e' ? Red : *severity == 'w' ? Yellow : Cyan;
-        print(QStringLiteral("%1:%2:%3: %4: %5 [%6]\n")
-                  .arg(onOneLine(found.first), QString::number(finding.line),
-                      QString::number(finding.column), coloured(QLatin1String(severity), colour),
-                      onOneLine(finding.text), QLatin1String(rule.name)));
+        print(
+            u"%1:%2:%3: %4: %5 [%6]\n"_s.arg(onOneLine(found.first), QString::number(finding.line),
+                QString::number(finding.column), coloured(QLatin1String(severity), colour),
+                onOneLine(finding.text), QLatin1String(rule.name)));
     }
 }
 
@@ -211,29 +195,27 @@ const Kind& kindOf(const QString& name)
 {
     const int index = kindNames().indexOf(name);
     if (index < 0) {
-        throw Failure{unknown("kind of file", name, kindNames())
-                      + QStringLiteral(" (%1)").arg(kindNames().join(QStringLiteral(", ")))};
+        throw Failure{
+            unknown("kind of file", name, kindNames()) + u" (%1)"_s.arg(kindNames().join(u", "_s))};
     }
     return kinds[index];
 }
 
 Task taskOf(const CommandLine& commandLine)
 {
-    Task task{kindOf(commandLine.arguments()[0]), contextsOf(commandLine),
-        commandLine.values("context"), {}, commandLine.values("allow"), {}};
-    task.contextNames.removeDuplicates();
+    Task task{kindOf(commandLine.arguments()[0]), contextsOf(commandLine), {},
+        commandLine.values("allow"), {}};
     task.options.brand = commandLine.value("brand");
     task.options.root = commandLine.value("root");
     if (commandLine.isSet("root") && !QFileInfo(task.options.root).isDir()) {
-        throw Failure{QStringLiteral("no such folder: \"%1\"").arg(task.options.root)};
+        throw Failure{u"no such folder: \"%1\""_s.arg(task.options.root)};
     }
     if (commandLine.isSet("json") && commandLine.isSet("sarif")) {
-        throw Failure{QStringLiteral("either --json or --sarif")};
+        throw Failure{u"either --json or --sarif"_s};
     }
     for (const QString& rule : qAsConst(task.allowed)) {
         if (!ruleNames().contains(rule)) {
-            throw Failure{unknown("rule", rule, ruleNames())
-                          + QStringLiteral(" (orv help check lists them)")};
+            throw Failure{unknown("rule", rule, ruleNames()) + u" (orv help check lists them)"_s};
         }
     }
     if (commandLine.isSet("baseline")) {
@@ -251,7 +233,7 @@ Task taskOf(const CommandLine& commandLine)
 int run(const CommandLine& commandLine)
 {
     if (commandLine.arguments().size() < 2) {
-        throw Failure{QStringLiteral("a kind and a file are needed")};
+        throw Failure{u"a kind and a file are needed"_s};
     }
     Task task = taskOf(commandLine);
     const QStringList arguments = commandLine.arguments().mid(1);
@@ -267,28 +249,24 @@ int run(const CommandLine& commandLine)
     }
     show(task, commandLine);
     if (task.accepted > 0) {
-        printError(QStringLiteral("accepted %1").arg(counted(task.accepted, "finding")));
+        printError(u"accepted %1"_s.arg(counted(task.accepted, "finding")));
     }
     return std::max(task.exitCode, task.findings.isEmpty() ? 0 : 1);
 }
 
 QString helpText()
 {
-    QString text = QStringLiteral(
-        "Tells what the library would do in silence and an author would hardly want, as\n"
+    QString text =
+        u"Tells what the library would do in silence and an author would hardly want, as\n"
         "FILE:LINE:COLUMN: SEVERITY: TEXT [RULE]. Exit code: 0 without a finding, 1 with\n"
-        "any, 2 when a file cannot be read.\n\nKinds:\n");
+        "any, 2 when a file cannot be read.\n\nKinds:\n"_s;
     for (const Kind& kind : kinds) {
-        text += QStringLiteral("  %1  %2\n")
-                    .arg(QLatin1String(kind.name), -8)
-                    .arg(QLatin1String(kind.text));
+        text += u"  %1  %2\n"_s.arg(QLatin1String(kind.name), -8).arg(QLatin1String(kind.text));
     }
-    text += QStringLiteral("\nRules:\n");
+    text += u"\nRules:\n"_s;
     for (int i = 0; i < int(Rule::RuleCount); ++i) {
         const RuleText& rule = textOf(Rule(i));
-        text += QStringLiteral("  %1  %2\n")
-                    .arg(QLatin1String(rule.name), -17)
-                    .arg(QLatin1String(rule.text));
+        text += u"  %1  %2\n"_s.arg(QLatin1String(rule.name), -17).arg(QLatin1String(rule.text));
     }
     return text.trimmed();
 }
@@ -315,8 +293,8 @@ Command checkCommand()
                 "FILE"},
             {"json", "Writes one JSON object per finding."},
             {"sarif", "Writes all findings as SARIF 2.1.0."}},
-        {QStringLiteral("prompts examples/prompts/mistakes.txt"),
-            QStringLiteral("prompts --context general --context a4a speech/prompts"),
-            QStringLiteral("table --json stations.eco | jq .reason")},
+        {u"prompts examples/prompts/mistakes.txt"_s,
+            u"prompts --context general --context a4a speech/prompts"_s,
+            u"table --json stations.eco | jq .reason"_s},
         run};
 }

@@ -7,6 +7,7 @@
 #include "shell/listing.h"
 #include "shell/output.h"
 #include "shell/progress.h"
+#include "shell/text.h"
 #include "shell/words.h"
 
 #include <core/speech/speechchecksummanager.h>
@@ -47,7 +48,7 @@ struct Task
 
 QStringList typeNames()
 {
-    return {QStringLiteral("alternate"), QStringLiteral("default")}; // by value
+    return {u"alternate"_s, u"default"_s}; // by value
 }
 
 QString typeName(Manager::ChecksumType type)
@@ -71,7 +72,7 @@ Manager openStore(const Task& task, bool mayBeMissing)
     if (manager.entries().isEmpty()) {
         QString name = task.storeFile;
         if (!readJson(name).isArray()) {
-            throw Failure{QStringLiteral("%1: not a checksum store, which is an array").arg(name)};
+            throw Failure{u"%1: not a checksum store, which is an array"_s.arg(name)};
         }
     }
     return manager;
@@ -81,14 +82,14 @@ void writeStore(Manager& manager, const Task& task)
 {
     manager.writePersistentData();
     if (!Manager::isWritten()) {
-        throw Failure{QStringLiteral("%1: the store cannot be written").arg(task.storeFile)};
+        throw Failure{u"%1: the store cannot be written"_s.arg(task.storeFile)};
     }
 }
 
 /** Tells of an input that cannot be used; the others go on. */
 void refuse(Task& task, const QString& path, const QString& reason)
 {
-    printError(QStringLiteral("%1: %2").arg(path, reason));
+    printError(u"%1: %2"_s.arg(path, reason));
     task.exitCode = 2;
 }
 
@@ -101,8 +102,8 @@ QVector<FoundFile> collectFiles(Task& task, const QStringList& paths)
         for (const FoundFile& file : found) {
             if (!file.problem.isEmpty()) {
                 refuse(task, file.path, file.problem);
-            } else if (file.path.contains(QLatin1Char(';'))) {
-                refuse(task, file.path, QStringLiteral("a path with \";\" cannot be stored"));
+            } else if (file.path.contains(u';')) {
+                refuse(task, file.path, u"a path with \";\" cannot be stored"_s);
             } else if (!task.ownFiles.contains(QFileInfo(file.path).canonicalFilePath())) {
                 files.append(file);
             }
@@ -154,11 +155,10 @@ bool liesBelow(const QString& storedPath, const QStringList& roots)
 {
     const QString path = QDir::cleanPath(storedPath);
     return std::any_of(roots.begin(), roots.end(), [&path](const QString& root) {
-        if (root == QLatin1String(".")) {
-            return QDir::isRelativePath(path) && path != QLatin1String("..")
-                   && !path.startsWith(QLatin1String("../"));
+        if (root == u"."_s) {
+            return QDir::isRelativePath(path) && path != u".."_s && !path.startsWith(u"../"_s);
         }
-        const QString folder = root.endsWith(QLatin1Char('/')) ? root : root + QLatin1Char('/');
+        const QString folder = root.endsWith(u'/') ? root : root + u'/';
         return path == root || path.startsWith(folder);
     });
 }
@@ -194,13 +194,9 @@ void update(Task& task)
         });
     writeStore(manager, task);
     if (task.isJson) {
-        printJson({{QStringLiteral("new"), added}, {QStringLiteral("changed"), changed},
-            {QStringLiteral("unchanged"), unchanged}});
+        printJson({{u"new"_s, added}, {u"changed"_s, changed}, {u"unchanged"_s, unchanged}});
     } else {
-        print(QStringLiteral("%1 new, %2 changed, %3 unchanged\n")
-                  .arg(added)
-                  .arg(changed)
-                  .arg(unchanged));
+        print(u"%1 new, %2 changed, %3 unchanged\n"_s.arg(added).arg(changed).arg(unchanged));
     }
 }
 
@@ -216,37 +212,32 @@ void report(Task& task, Counts& counts, const char* status, const Manager::Check
     }
     task.exitCode = std::max(task.exitCode, 1);
     if (task.isJson) {
-        printJson({{QStringLiteral("status"), QLatin1String(status)},
-            {QStringLiteral("filePath"), key.filePath},
-            {QStringLiteral("language"), codeOf(key.language)},
-            {QStringLiteral("type"), typeName(key.type)}});
+        printJson({{u"status"_s, QLatin1String(status)}, {u"filePath"_s, key.filePath},
+            {u"language"_s, codeOf(key.language)}, {u"type"_s, typeName(key.type)}});
         return;
     }
     const bool isUsual = key.language == NoLanguage && key.type == Manager::DefaultChecksum;
-    print(
-        QStringLiteral("%1  %2%3\n")
-            .arg(QLatin1String(status), -7)
-            .arg(onOneLine(key.filePath),
-                isUsual
-                    ? QString()
-                    : QStringLiteral("  (%1, %2)").arg(codeOf(key.language), typeName(key.type))));
+    print(u"%1  %2%3\n"_s.arg(QLatin1String(status), -7)
+              .arg(onOneLine(key.filePath),
+                  isUsual ? QString()
+                          : u"  (%1, %2)"_s.arg(codeOf(key.language), typeName(key.type))));
 }
 
 void reportTotal(Task& task, const Counts& counts)
 {
     int total = 0;
     QStringList parts;
-    QJsonObject object{{QStringLiteral("status"), QStringLiteral("total")}};
+    QJsonObject object{{u"status"_s, u"total"_s}};
     for (const char* status : {"asStored", "changed", "missing", "new"}) {
         const int count = counts.value(QLatin1String(status));
         total += count;
         object.insert(QLatin1String(status), count);
         if (count > 0) {
-            parts += QStringLiteral("%1 %2").arg(count).arg(
+            parts += u"%1 %2"_s.arg(count).arg(
                 QLatin1String(qstrcmp(status, "asStored") == 0 ? "as stored" : status));
         }
     }
-    object.insert(QStringLiteral("files"), total);
+    object.insert(u"files"_s, total);
     if (total == 0) {
         task.exitCode = std::max(task.exitCode, 1);
     }
@@ -254,7 +245,7 @@ void reportTotal(Task& task, const Counts& counts)
         printJson(object);
     } else {
         printError(counted(total, "file") + QLatin1String(parts.isEmpty() ? "" : ": ")
-                   + parts.join(QStringLiteral(", ")));
+                   + parts.join(u", "_s));
     }
 }
 
@@ -301,7 +292,7 @@ void verify(Task& task)
 
 void refuseUnknownPaths(Task& task)
 {
-    printError(QStringLiteral("nothing is stored of that"));
+    printError(u"nothing is stored of that"_s);
     task.exitCode = 1;
 }
 
@@ -322,7 +313,7 @@ void list(Task& task)
 void remove(Task& task)
 {
     if (task.type) {
-        throw Failure{QStringLiteral("remove always removes both types; --type is not for it")};
+        throw Failure{u"remove always removes both types; --type is not for it"_s};
     }
     task.language = task.language.value_or(NoLanguage);
     const StoreLock lock(task.storeFile);
@@ -337,9 +328,9 @@ void remove(Task& task)
     }
     writeStore(manager, task);
     if (task.isJson) {
-        printJson({{QStringLiteral("removed"), entries.size()}});
+        printJson({{u"removed"_s, entries.size()}});
     } else {
-        print(QStringLiteral("%1 removed\n").arg(entries.size()));
+        print(u"%1 removed\n"_s.arg(entries.size()));
     }
 }
 
@@ -377,18 +368,17 @@ Task taskOf(const CommandLine& commandLine)
         const int type = typeNames().indexOf(commandLine.value("type"));
         if (type < 0) {
             throw Failure{unknown("type", commandLine.value("type"), typeNames())
-                          + QStringLiteral(" (default or alternate)")};
+                          + u" (default or alternate)"_s};
         }
         task.type = Manager::ChecksumType(type);
     }
     if (!commandLine.isSet("store")) {
-        task.storeFile =
-            qEnvironmentVariable(storeVariable, QStringLiteral("/mnt/share/speech/checksum.json"));
+        task.storeFile = qEnvironmentVariable(storeVariable, u"/mnt/share/speech/checksum.json"_s);
     }
     task.ownFiles << QFileInfo(task.storeFile).canonicalFilePath() << lockFileOf(task.storeFile);
     for (QString& path : task.paths) {
         if (path.isEmpty()) {
-            throw Failure{QStringLiteral("a path is empty")};
+            throw Failure{u"a path is empty"_s};
         }
         path = QDir::cleanPath(path); // one spelling, as entries are found by it
     }
@@ -400,14 +390,14 @@ int run(const CommandLine& commandLine)
     const QStringList words = commandLine.arguments();
     const int named = actionNames().indexOf(words.value(0));
     if (words.isEmpty()) {
-        throw Failure{QStringLiteral("one of update, verify, list and remove is needed")};
+        throw Failure{u"one of update, verify, list and remove is needed"_s};
     }
     if (named < 0) {
-        throw Failure{unknown("action", words[0], actionNames())
-                      + QStringLiteral(" (update, verify, list or remove)")};
+        throw Failure{
+            unknown("action", words[0], actionNames()) + u" (update, verify, list or remove)"_s};
     }
     if (actions[named].needsPaths && words.size() < 2) {
-        throw Failure{QStringLiteral("%1 needs a file or a folder").arg(words[0])};
+        throw Failure{u"%1 needs a file or a folder"_s.arg(words[0])};
     }
     Task task = taskOf(commandLine);
     actions[named].run(task);
@@ -419,15 +409,14 @@ int run(const CommandLine& commandLine)
 Command checksumCommand()
 {
     return {"checksum", "keeps checksums of speech data: update, verify, list, remove",
-        QStringLiteral(
-            "Keeps checksums of speech data files.\n\nActions:\n"
-            "  update  stores the checksums that the files have now\n"
-            "  verify  shows the files that are new, changed or missing; without PATH, all\n"
-            "          that are stored; without --language and --type, in all languages and\n"
-            "          types. It ends with a count. Exit code: 0 when all is as stored, 1 for\n"
-            "          any difference or no files, 2 when a file cannot be read.\n"
-            "  list    shows what is stored\n"
-            "  remove  forgets what is stored of the files, both types"),
+        u"Keeps checksums of speech data files.\n\nActions:\n"
+        "  update  stores the checksums that the files have now\n"
+        "  verify  shows the files that are new, changed or missing; without PATH, all\n"
+        "          that are stored; without --language and --type, in all languages and\n"
+        "          types. It ends with a count. Exit code: 0 when all is as stored, 1 for\n"
+        "          any difference or no files, 2 when a file cannot be read.\n"
+        "  list    shows what is stored\n"
+        "  remove  forgets what is stored of the files, both types"_s,
         {{"action", "ACTION", "update, verify, list or remove.", actionNames},
             {"path", "[PATH…]",
                 "Files, or folders with all files in them; stored without \"./\" and the like."}},
@@ -445,5 +434,5 @@ Command checksumCommand()
                 "processes from changing it at once.",
                 "FILE"},
             {"json", "Writes JSON objects: of counts, or one per file."}},
-        {QStringLiteral("update --language de_DE speech/de_DE"), QStringLiteral("verify")}, run};
+        {u"update --language de_DE speech/de_DE"_s, u"verify"_s}, run};
 }

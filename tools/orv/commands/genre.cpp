@@ -2,6 +2,7 @@
 #include "shell/failure.h"
 #include "shell/listing.h"
 #include "shell/output.h"
+#include "shell/text.h"
 
 #include <core/types/radiogenre.h>
 
@@ -38,8 +39,7 @@ QList<Genre> genresOf(const Vocabulary& vocabulary, const QString& word)
     bool isNumber = false;
     const int code = word.toInt(&isNumber);
     if (!isNumber) {
-        throw Failure{QStringLiteral("not a number for --%1: \"%2\"")
-                          .arg(QLatin1String(vocabulary.name), word)};
+        throw Failure{u"not a number for --%1: \"%2\""_s.arg(QLatin1String(vocabulary.name), word)};
     }
     if (vocabulary.codes->contains(code)) {
         genres += vocabulary.codes->value(code);
@@ -94,7 +94,7 @@ int run(const CommandLine& commandLine)
                 listing.add({name, word, genre, genreName(genre)});
             }
             if (genres.isEmpty()) {
-                printError(QStringLiteral("unknown for --%1: \"%2\"").arg(name, word));
+                printError(u"unknown for --%1: \"%2\""_s.arg(name, word));
                 exitCode = 1;
             }
         }
@@ -112,13 +112,13 @@ int run(const CommandLine& commandLine)
 Command genreCommand()
 {
     return {"genre", "shows radio genres, and what broadcasters call them",
-        QStringLiteral("Shows the genres that programme types and satellite-radio categories stand "
-                       "for;\nwithout any, all genres with what stands for them. An option takes "
-                       "one or more\nwords."),
+        u"Shows the genres that programme types and satellite-radio categories stand "
+        "for;\nwithout any, all genres with what stands for them. An option takes "
+        "one or more\nwords."_s,
         {},
         {{"rds", "Programme types of RDS and DAB, 0 to 31.", "N…"},
             {"rbds", "Programme types of RBDS, 0 to 31.", "N…"},
             {"satellite", "Category names, in any letter case.", "NAME…"},
             {"json", "Writes one JSON object per genre."}},
-        {QStringLiteral("--rds 10 --satellite \"Latino\"")}, run, 0};
+        {u"--rds 10 --satellite \"Latino\""_s}, run, 0};
 }

@@ -2,6 +2,7 @@
 #include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/output.h"
+#include "shell/text.h"
 #include "shell/words.h"
 
 #include <core/inflate.h>
@@ -55,22 +56,21 @@ QString decompress(QFile& input, const QString& inputName, QIODevice& target)
         inflate << data;
         progress.advance(input.isSequential() ? 0 : data.size());
         if (output.hasFailed) {
-            throw Failure{QStringLiteral("cannot write the output")};
+            throw Failure{u"cannot write the output"_s};
         }
     }
     if (input.error() != QFileDevice::NoError) {
-        throw Failure{QStringLiteral("%1: %2").arg(inputName, input.errorString())};
+        throw Failure{u"%1: %2"_s.arg(inputName, input.errorString())};
     }
     if (inflate.hasFailed()) {
-        return QStringLiteral("the compressed data is corrupt");
+        return u"the compressed data is corrupt"_s;
     }
     if (!inflate.isFinished()) {
-        return QStringLiteral("the compressed data ends too early");
+        return u"the compressed data ends too early"_s;
     }
-    return inflate.surplusSize() == 0
-               ? QString()
-               : QStringLiteral("left %1 behind the end of the compressed data")
-                     .arg(counted(qint64(inflate.surplusSize()), "byte"));
+    return inflate.surplusSize() == 0 ? QString()
+                                      : u"left %1 behind the end of the compressed data"_s.arg(
+                                          counted(qint64(inflate.surplusSize()), "byte"));
 }
 
 std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
@@ -78,17 +78,17 @@ std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
     const QString fileName = commandLine.value("o");
     const QFileInfo info(fileName);
     if (commandLine.isSet("o") && fileName.isEmpty()) {
-        throw Failure{QStringLiteral("the name of a file is empty")};
+        throw Failure{u"the name of a file is empty"_s};
     }
     if (!commandLine.isSet("o")) {
         auto file = std::make_unique<QFile>();
         if (!file->open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-            throw Failure{QStringLiteral("cannot write to standard output")};
+            throw Failure{u"cannot write to standard output"_s};
         }
         return file;
     }
     if (info.exists() && !commandLine.isSet("force")) {
-        throw Failure{QStringLiteral("%1 exists; --force overwrites it").arg(fileName)};
+        throw Failure{u"%1 exists; --force overwrites it"_s.arg(fileName)};
     }
     // A file appears whole or not at all; a device is written to.
     std::unique_ptr<QFileDevice> file;
@@ -98,7 +98,7 @@ std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
         file = std::make_unique<QSaveFile>(fileName);
     }
     if (!file->open(QIODevice::WriteOnly)) {
-        throw Failure{QStringLiteral("%1: %2").arg(fileName, file->errorString())};
+        throw Failure{u"%1: %2"_s.arg(fileName, file->errorString())};
     }
     return file;
 }
@@ -111,12 +111,12 @@ int run(const CommandLine& commandLine)
     const auto output = openOutput(commandLine);
     const QString reason = decompress(input, inputName, *output);
     if (!reason.isEmpty()) {
-        printError(QStringLiteral("%1: %2").arg(inputName, reason));
+        printError(u"%1: %2"_s.arg(inputName, reason));
         return 1; // a QSaveFile that is not committed leaves no file
     }
     auto* const file = qobject_cast<QSaveFile*>(output.get());
     if (file != nullptr ? !file->commit() : !output->flush()) {
-        throw Failure{QStringLiteral("cannot write the output: %1").arg(output->errorString())};
+        throw Failure{u"cannot write the output: %1"_s.arg(output->errorString())};
     }
     return 0;
 }
@@ -126,13 +126,12 @@ int run(const CommandLine& commandLine)
 Command inflateCommand()
 {
     return {"inflate", "decompresses zlib and gzip streams",
-        QStringLiteral("Decompresses a zlib or gzip stream to standard output or into a file. "
-                       "Bytes that\nfollow the stream, such as a second one, are left and counted; "
-                       "the exit code is\nthen 1."),
+        u"Decompresses a zlib or gzip stream to standard output or into a file. "
+        "Bytes that\nfollow the stream, such as a second one, are left and counted; "
+        "the exit code is\nthen 1."_s,
         {{"file", "[FILE]", "The compressed file; - or none for standard input."}},
         {{"o", "The file to write; it appears only if the data is whole and nothing follows it.",
              "FILE"},
             {"force", "Overwrites the file if it exists."}},
-        {QStringLiteral("-o voice.dat voice.dat.gz"), QStringLiteral("voice.dat.gz | head")}, run,
-        1};
+        {u"-o voice.dat voice.dat.gz"_s, u"voice.dat.gz | head"_s}, run, 1};
 }

@@ -2,6 +2,7 @@
 #include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/output.h"
+#include "shell/text.h"
 
 #include <core/parsers/jsonfile.h>
 
@@ -14,7 +15,7 @@ QJsonValue valueFromText(const QString& text)
 {
     const QJsonArray array = QJsonDocument::fromJson('[' + text.toUtf8() + ']').array();
     if (array.size() != 1) {
-        throw Failure{QStringLiteral("the default is not a JSON value: \"%1\"").arg(text)};
+        throw Failure{u"the default is not a JSON value: \"%1\""_s.arg(text)};
     }
     return array.at(0);
 }
@@ -28,7 +29,7 @@ QString textFromValue(const QJsonValue& value)
 int run(const CommandLine& commandLine)
 {
     if (commandLine.arguments().size() < 2) {
-        throw Failure{QStringLiteral("a file and a path are needed (orv help json)")};
+        throw Failure{u"a file and a path are needed (orv help json)"_s};
     }
     QString fileName = commandLine.fileName();
     const QString path = commandLine.arguments().at(1);
@@ -37,10 +38,10 @@ int run(const CommandLine& commandLine)
                                         : QJsonValue::Undefined;
     const QJsonValue value = JsonPath(readJson(fileName)).value(path, defaultValue);
     if (value.isUndefined()) {
-        printError(QStringLiteral("\"%1\" has no value at \"%2\"").arg(fileName, path));
+        printError(u"\"%1\" has no value at \"%2\""_s.arg(fileName, path));
         return 1;
     }
-    print(textFromValue(value) + QLatin1Char('\n'));
+    print(textFromValue(value) + u'\n');
     return 0;
 }
 
@@ -49,9 +50,9 @@ int run(const CommandLine& commandLine)
 Command jsonCommand()
 {
     return {"json", "shows a value of a JSON file, by its path",
-        QStringLiteral("Shows a value of a JSON file as JSON, on one line."),
+        u"Shows a value of a JSON file as JSON, on one line."_s,
         {{"file", "FILE", "A JSON file; - for standard input."},
             {"path", "PATH", "The keys that lead to the value, joined by \"/\"."}},
         {{"default", "What to show when the path leads to no value.", "JSON"}},
-        {QStringLiteral("service.json audio/volume --default 70")}, run, 2};
+        {u"service.json audio/volume --default 70"_s}, run, 2};
 }

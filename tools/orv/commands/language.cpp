@@ -2,6 +2,7 @@
 #include "shell/languages.h"
 #include "shell/listing.h"
 #include "shell/output.h"
+#include "shell/text.h"
 
 namespace {
 
@@ -75,11 +76,10 @@ int run(const CommandLine& commandLine)
 Command languageCommand()
 {
     return {"language", "shows languages, their codes and what the engines support",
-        QStringLiteral("Shows languages: all of them, or those that the given codes, values or "
-                       "names\nstand for."),
+        u"Shows languages: all of them, or those that the given codes, values or "
+        "names\nstand for."_s,
         {{"code", "[CODE…]",
             "A code of any family, such as de_DE or deu-DEU, a value, or a name such as German.",
             languageCodes}},
-        {{"json", "Writes one JSON object per language."}},
-        {QStringLiteral("de_DE zh_TW"), QStringLiteral("--json")}, run};
+        {{"json", "Writes one JSON object per language."}}, {u"de_DE zh_TW"_s, u"--json"_s}, run};
 }

@@ -3,6 +3,7 @@
 #include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/output.h"
+#include "shell/text.h"
 #include "shell/words.h"
 
 #include <QCoreApplication>
@@ -11,7 +12,7 @@ namespace {
 
 QStringList contextNames()
 {
-    return {QStringLiteral("general"), QStringLiteral("brandsound"), QStringLiteral("a4a")};
+    return {u"general"_s, u"brandsound"_s, u"a4a"_s};
 }
 
 PromptContext contextOf(const QString& text)
@@ -22,7 +23,7 @@ PromptContext contextOf(const QString& text)
     const int number = text.toInt(&isNumber);
     if (named < 0 && !isNumber) {
         throw Failure{unknown("context", text, contextNames())
-                      + QStringLiteral(" (general, brandsound, a4a or a number)")};
+                      + u" (general, brandsound, a4a or a number)"_s};
     }
     return named >= 0 ? contexts[named] : PromptContext(number);
 }
@@ -39,6 +40,14 @@ const Option contextOption = {"context",
 const Option soundsOption = {"sounds",
     "The table of brand sounds; without it share/tts/common.json beside the program's bin folder.",
     "FILE"};
+
+QString nameOf(PromptContext context)
+{
+    return context == GeneralContext      ? u"general"_s
+           : context == BrandSoundContext ? u"brandsound"_s
+           : context == A4AContext        ? u"a4a"_s
+                                          : QString::number(context);
+}
 
 QVector<PromptContext> contextsOf(const CommandLine& commandLine)
 {
@@ -57,7 +66,7 @@ QHash<QString, QString> loadSounds(const CommandLine& commandLine, bool isNeeded
 {
     QString file = commandLine.value("sounds");
     if (!commandLine.isSet("sounds")) {
-        file = QCoreApplication::applicationDirPath() + QStringLiteral("/../share/tts/common.json");
+        file = QCoreApplication::applicationDirPath() + u"/../share/tts/common.json"_s;
     }
     const QHash<QString, QString> sounds = loadBrandSounds(commandLine.value("brand"), file);
     if (!sounds.isEmpty()) {
@@ -66,13 +75,13 @@ QHash<QString, QString> loadSounds(const CommandLine& commandLine, bool isNeeded
     QString reason;
     try {
         readJson(file);
-        reason = file + QStringLiteral(": no brand sounds in it");
+        reason = file + u": no brand sounds in it"_s;
     } catch (const Failure& failure) {
         reason = failure.reason;
     }
     if (isNeeded || commandLine.isSet("brand") || commandLine.isSet("sounds")) {
         throw Failure{reason};
     }
-    printError(QStringLiteral("no brand sounds are known: ") + reason);
+    printError(u"no brand sounds are known: "_s + reason);
     return sounds;
 }

@@ -9,6 +9,9 @@ extern const Option brandOption;
 extern const Option contextOption;
 extern const Option soundsOption;
 
+/** The name that the option "context" has for a value. */
+QString nameOf(PromptContext context);
+
 /** The contexts of the option "context", each once. @throw Failure for an unknown name */
 QVector<PromptContext> contextsOf(const CommandLine& commandLine);
 

@@ -4,6 +4,7 @@
 #include "shell/input.h"
 #include "shell/languages.h"
 #include "shell/output.h"
+#include "shell/text.h"
 
 #include <core/parsers/sentencetokenizer.h>
 
@@ -31,32 +32,27 @@ QStringList sentencesOf(const PromptData& prompt, Language language)
 QJsonObject jsonObject(int line, const PromptData& prompt)
 {
     const QString language = QString::fromLatin1(convertLanguageIdToIso(prompt.language));
-    return {{QStringLiteral("line"), line}, {QStringLiteral("mode"), modeName(prompt.mode)},
-        {QStringLiteral("text"), prompt.text},
-        {QStringLiteral("language"), language.isEmpty() ? QJsonValue() : QJsonValue(language)},
-        {QStringLiteral("genre"), prompt.genre},
-        {QStringLiteral("mp3ToWavConversion"), prompt.isMp3ToWavConversionNeeded()}};
+    return {{u"line"_s, line}, {u"mode"_s, modeName(prompt.mode)}, {u"text"_s, prompt.text},
+        {u"language"_s, language.isEmpty() ? QJsonValue() : QJsonValue(language)},
+        {u"genre"_s, prompt.genre}, {u"mp3ToWavConversion"_s, prompt.isMp3ToWavConversionNeeded()}};
 }
 
 /** The prompt on a line, then what else is known of it on indented ones. */
 void printPrompt(int line, const PromptData& prompt)
 {
     const auto printDetail = [](const QString& name, const QString& value) {
-        print(QStringLiteral("      %1  %2\n").arg(name, -8).arg(value));
+        print(u"      %1  %2\n"_s.arg(name, -8).arg(value));
     };
-    print(QStringLiteral("%1  %2  %3\n")
-              .arg(line, 4)
-              .arg(modeName(prompt.mode), -8)
-              .arg(onOneLine(prompt.text)));
+    print(
+        u"%1  %2  %3\n"_s.arg(line, 4).arg(modeName(prompt.mode), -8).arg(onOneLine(prompt.text)));
     if (prompt.language != InvalidLanguage) {
-        printDetail(QStringLiteral("language"),
-            QString::fromLatin1(convertLanguageIdToIso(prompt.language)));
+        printDetail(u"language"_s, QString::fromLatin1(convertLanguageIdToIso(prompt.language)));
     }
     if (!prompt.genre.isEmpty()) {
-        printDetail(QStringLiteral("genre"), onOneLine(prompt.genre));
+        printDetail(u"genre"_s, onOneLine(prompt.genre));
     }
     if (prompt.isMp3ToWavConversionNeeded()) {
-        printDetail(QStringLiteral("convert"), QStringLiteral("MP3 to WAV"));
+        printDetail(u"convert"_s, u"MP3 to WAV"_s);
     }
 }
 
@@ -64,7 +60,7 @@ int run(const CommandLine& commandLine)
 {
     const QVector<PromptContext> contexts = contextsOf(commandLine);
     if (contexts.size() > 1) {
-        throw Failure{QStringLiteral("one --context at a time; orv check takes several")};
+        throw Failure{u"one --context at a time; orv check takes several"_s};
     }
     const bool wantsSentences = commandLine.isSet("language");
     const Language language = wantsSentences ? commandLine.language() : InvalidLanguage;
@@ -79,13 +75,13 @@ int run(const CommandLine& commandLine)
         if (commandLine.isSet("json")) {
             QJsonObject object = jsonObject(reader.lineNumber(), prompt);
             if (wantsSentences) {
-                object.insert(QStringLiteral("sentences"), QJsonArray::fromStringList(sentences));
+                object.insert(u"sentences"_s, QJsonArray::fromStringList(sentences));
             }
             printJson(object);
         } else {
             printPrompt(reader.lineNumber(), prompt);
             for (const QString& sentence : sentences) {
-                print(QStringLiteral("      > %1\n").arg(onOneLine(sentence)));
+                print(u"      > %1\n"_s.arg(onOneLine(sentence)));
             }
         }
     }
@@ -97,14 +93,12 @@ int run(const CommandLine& commandLine)
 Command promptCommand()
 {
     return {"prompt", "shows what prompts ask for: audio, files, text, off-board speech",
-        QStringLiteral("Shows what prompts ask for, one prompt per line of the file or of "
-                       "standard\ninput. MP3 files that exist are marked for conversion to WAV."),
+        u"Shows what prompts ask for, one prompt per line of the file or of "
+        "standard\ninput. MP3 files that exist are marked for conversion to WAV."_s,
         {{"file", "[FILE]", "A file of prompts; - or none for standard input."}},
         {contextOption, brandOption, soundsOption,
             {"language", "Also cuts spoken text into sentences of this language.", "ISO", "",
                 languageCodes},
             {"json", "Writes one JSON object per prompt."}},
-        {QStringLiteral("--context a4a prompts.txt"),
-            QStringLiteral("--language de_DE --json prompts.txt")},
-        run, 1};
+        {u"--context a4a prompts.txt"_s, u"--language de_DE --json prompts.txt"_s}, run, 1};
 }

@@ -1,4 +1,5 @@
 #include "commands/sarif.h"
+#include "shell/text.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
@@ -9,7 +10,7 @@ namespace {
 
 QJsonObject textObject(const QString& text)
 {
-    return {{QStringLiteral("text"), text}};
+    return {{u"text"_s, text}};
 }
 
 QJsonObject resultOf(const QString& file, const Finding& finding)
@@ -17,17 +18,12 @@ QJsonObject resultOf(const QString& file, const Finding& finding)
     const RuleText& rule = textOf(finding.rule);
     // Names are relative references: a colon or a percent sign in them must not mean something else.
     const QString uri = QString::fromLatin1(QUrl::toPercentEncoding(file, "/"));
-    return {{QStringLiteral("ruleId"), QLatin1String(rule.name)},
-        {QStringLiteral("ruleIndex"), int(finding.rule)},
-        {QStringLiteral("level"), QLatin1String(rule.severity)},
-        {QStringLiteral("message"), textObject(finding.text)},
-        {QStringLiteral("locations"),
-            QJsonArray{QJsonObject{{QStringLiteral("physicalLocation"),
-                QJsonObject{
-                    {QStringLiteral("artifactLocation"), QJsonObject{{QStringLiteral("uri"), uri}}},
-                    {QStringLiteral("region"),
-                        QJsonObject{{QStringLiteral("startLine"), finding.line},
-                            {QStringLiteral("startColumn"), finding.column}}}}}}}}};
+    return {{u"ruleId"_s, QLatin1String(rule.name)}, {u"ruleIndex"_s, int(finding.rule)},
+        {u"level"_s, QLatin1String(rule.severity)}, {u"message"_s, textObject(finding.text)},
+        {u"locations"_s, QJsonArray{QJsonObject{{u"physicalLocation"_s,
+                             QJsonObject{{u"artifactLocation"_s, QJsonObject{{u"uri"_s, uri}}},
+                                 {u"region"_s, QJsonObject{{u"startLine"_s, finding.line},
+                                                   {u"startColumn"_s, finding.column}}}}}}}}};
 }
 
 } // namespace
@@ -37,24 +33,18 @@ QJsonObject sarifOf(const QVector<FileFinding>& findings)
     QJsonArray rules;
     for (int i = 0; i < int(Rule::RuleCount); ++i) {
         const RuleText& rule = textOf(Rule(i));
-        rules.append(QJsonObject{{QStringLiteral("id"), QLatin1String(rule.name)},
-            {QStringLiteral("shortDescription"), textObject(QLatin1String(rule.text))},
-            {QStringLiteral("defaultConfiguration"),
-                QJsonObject{{QStringLiteral("level"), QLatin1String(rule.severity)}}}});
+        rules.append(QJsonObject{{u"id"_s, QLatin1String(rule.name)},
+            {u"shortDescription"_s, textObject(QLatin1String(rule.text))},
+            {u"defaultConfiguration"_s, QJsonObject{{u"level"_s, QLatin1String(rule.severity)}}}});
     }
     QJsonArray results;
     for (const FileFinding& finding : findings) {
         results.append(resultOf(finding.first, finding.second));
     }
-    const QJsonObject driver{{QStringLiteral("name"), QCoreApplication::applicationName()},
-        {QStringLiteral("version"), QCoreApplication::applicationVersion()},
-        {QStringLiteral("rules"), rules}};
-    return {{QStringLiteral("version"), QStringLiteral("2.1.0")},
-        {QStringLiteral("$schema"),
-            QStringLiteral("https://json.schemastore.org/sarif-2.1.0.json")},
-        {QStringLiteral("runs"),
-            QJsonArray{QJsonObject{
-                {QStringLiteral("tool"), QJsonObject{{QStringLiteral("driver"), driver}}},
-                {QStringLiteral("columnKind"), QStringLiteral("utf16CodeUnits")},
-                {QStringLiteral("results"), results}}}}};
+    const QJsonObject driver{{u"name"_s, QCoreApplication::applicationName()},
+        {u"version"_s, QCoreApplication::applicationVersion()}, {u"rules"_s, rules}};
+    return {{u"version"_s, u"2.1.0"_s},
+        {u"$schema"_s, u"https://json.schemastore.org/sarif-2.1.0.json"_s},
+        {u"runs"_s, QJsonArray{QJsonObject{{u"tool"_s, QJsonObject{{u"driver"_s, driver}}},
+                        {u"columnKind"_s, u"utf16CodeUnits"_s}, {u"results"_s, results}}}}};
 }

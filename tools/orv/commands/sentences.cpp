@@ -3,6 +3,7 @@
 #include "shell/input.h"
 #include "shell/languages.h"
 #include "shell/output.h"
+#include "shell/text.h"
 
 #include <core/parsers/sentencetokenizer.h>
 
@@ -14,7 +15,7 @@ namespace {
 int run(const CommandLine& commandLine)
 {
     if (!commandLine.isSet("language")) {
-        throw Failure{QStringLiteral("the option --language is missing")};
+        throw Failure{u"the option --language is missing"_s};
     }
     const Language language = commandLine.language();
     LineReader reader(commandLine.fileName());
@@ -22,12 +23,12 @@ int run(const CommandLine& commandLine)
     while (reader.readLine(line)) {
         const QStringList sentences = SentenceTokenizer::split(line, language);
         if (commandLine.isSet("json")) {
-            printJson({{QStringLiteral("line"), reader.lineNumber()},
-                {QStringLiteral("sentences"), QJsonArray::fromStringList(sentences)}});
+            printJson({{u"line"_s, reader.lineNumber()},
+                {u"sentences"_s, QJsonArray::fromStringList(sentences)}});
             continue;
         }
         for (const QString& sentence : sentences) {
-            print(onOneLine(sentence) + QLatin1Char('\n'));
+            print(onOneLine(sentence) + u'\n');
         }
     }
     return 0;
@@ -38,11 +39,11 @@ int run(const CommandLine& commandLine)
 Command sentencesCommand()
 {
     return {"sentences", "cuts texts into sentences, with inline tags carried on",
-        QStringLiteral("Cuts texts into sentences, one text per line of the file or of standard "
-                       "input."),
+        u"Cuts texts into sentences, one text per line of the file or of standard "
+        "input."_s,
         {{"file", "[FILE]", "A file of texts; - or none for standard input."}},
         {{"language", "The language of the texts, such as de_DE. Required.", "ISO", "",
              languageCodes},
             {"json", "Writes one JSON object per text."}},
-        {QStringLiteral("--language ja_JP texts.txt")}, run, 1};
+        {u"--language ja_JP texts.txt"_s}, run, 1};
 }

@@ -2,6 +2,7 @@
 #include "commands/options.h"
 #include "shell/listing.h"
 #include "shell/output.h"
+#include "shell/text.h"
 #include "shell/words.h"
 
 namespace {
@@ -31,9 +32,9 @@ int run(const CommandLine& commandLine)
 Command soundCommand()
 {
     return {"sound", "shows the files of brand sounds",
-        QStringLiteral("Shows the audio files of brand sounds: all of them, or those of the given "
-                       "ids."),
+        u"Shows the audio files of brand sounds: all of them, or those of the given "
+        "ids."_s,
         {{"id", "[ID…]", "The id of a sound."}},
         {brandOption, soundsOption, {"json", "Writes one JSON object per sound."}},
-        {QStringLiteral("--brand Nova welcome")}, run};
+        {u"--brand Nova welcome"_s}, run};
 }

@@ -1,6 +1,7 @@
 #include "commands/storelock.h"
 
 #include "shell/failure.h"
+#include "shell/text.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -16,8 +17,8 @@ QString holderOf(const QLockFile& lock)
     QString host;
     QString program;
     return lock.getLockInfo(&process, &host, &program)
-               ? QStringLiteral("process %1 (%2) on %3").arg(process).arg(program, host)
-               : QStringLiteral("an unknown process");
+               ? u"process %1 (%2) on %3"_s.arg(process).arg(program, host)
+               : u"an unknown process"_s;
 }
 
 } // namespace
@@ -29,8 +30,7 @@ QString lockFileOf(const QString& storeFile)
         store.setFile(store.symLinkTarget());
     }
     const QString folder = QFileInfo(store.path()).canonicalFilePath();
-    return folder.isEmpty() ? QString()
-                            : QDir(folder).filePath(store.fileName() + QStringLiteral(".lock"));
+    return folder.isEmpty() ? QString() : QDir(folder).filePath(store.fileName() + u".lock"_s);
 }
 
 StoreLock::StoreLock(const QString& storeFile)
@@ -38,7 +38,7 @@ StoreLock::StoreLock(const QString& storeFile)
     , lock(file)
 {
     if (file.isNull()) {
-        throw Failure{QStringLiteral("\"%1\": no such folder").arg(storeFile)};
+        throw Failure{u"\"%1\": no such folder"_s.arg(storeFile)};
     }
     // Hashing takes its time: a lock ends with its process, and not by its age.
     lock.setStaleLockTime(0);
@@ -46,9 +46,8 @@ StoreLock::StoreLock(const QString& storeFile)
         return;
     }
     if (lock.error() != QLockFile::LockFailedError) {
-        throw Failure{
-            QStringLiteral("\"%1\" cannot be locked: cannot write \"%2\"").arg(storeFile, file)};
+        throw Failure{u"\"%1\" cannot be locked: cannot write \"%2\""_s.arg(storeFile, file)};
     }
-    throw Failure{QStringLiteral("\"%1\" is locked by %2; if that has ended, remove \"%3\"")
-                      .arg(storeFile, holderOf(lock), file)};
+    throw Failure{u"\"%1\" is locked by %2; if that has ended, remove \"%3\""_s.arg(
+        storeFile, holderOf(lock), file)};
 }

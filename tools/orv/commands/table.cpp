@@ -3,6 +3,7 @@
 #include "shell/input.h"
 #include "shell/output.h"
 #include "shell/tablereader.h"
+#include "shell/text.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -24,23 +25,22 @@ void reportDropped(const QString& fileName, const QVector<int>& lines)
         numbers.append(QString::number(line));
     }
     if (lines.size() > shownLineNumbers) {
-        numbers.append(QStringLiteral("…"));
+        numbers.append(u"…"_s);
     }
-    printError(
-        QStringLiteral("%1: lines dropped: %2 (%3)")
-            .arg(fileName, QString::number(lines.size()), numbers.join(QStringLiteral(", "))));
+    printError(u"%1: lines dropped: %2 (%3)"_s.arg(
+        fileName, QString::number(lines.size()), numbers.join(u", "_s)));
 }
 
 QString csvLine(QStringList cells)
 {
-    static const QRegularExpression needsQuotes(QStringLiteral("[,\"\r\n]"));
+    static const QRegularExpression needsQuotes(u"[,\"\r\n]"_s);
     for (QString& cell : cells) {
         if (cell.contains(needsQuotes)) {
-            cell.replace(QLatin1Char('"'), QLatin1String("\"\""));
-            cell = QLatin1Char('"') + cell + QLatin1Char('"');
+            cell.replace(u'"', u"\"\""_s);
+            cell = u'"' + cell + u'"';
         }
     }
-    return cells.join(QLatin1Char(',')) + QLatin1Char('\n');
+    return cells.join(u',') + u'\n';
 }
 
 QStringList cellsOf(const EcoFile::Row& row, const QStringList& columns)
@@ -55,27 +55,26 @@ QStringList cellsOf(const EcoFile::Row& row, const QStringList& columns)
 void printAsJson(const EcoFile& file, const QStringList& columns)
 {
     const EcoFile::Header& header = file.header();
-    printJson({{QStringLiteral("version"), header.version()},
-        {QStringLiteral("encoding"), header.encoding()},
-        {QStringLiteral("separator"), QString(QLatin1Char(header.separator()))},
-        {QStringLiteral("columns"), QJsonArray::fromStringList(columns)}});
+    printJson({{u"version"_s, header.version()}, {u"encoding"_s, header.encoding()},
+        {u"separator"_s, QString(QLatin1Char(header.separator()))},
+        {u"columns"_s, QJsonArray::fromStringList(columns)}});
     for (const EcoFile::Row& row : file.rows()) {
         QJsonObject fields;
         for (const QString& column : columns) {
             fields.insert(column, row[column]);
         }
-        printJson({{QStringLiteral("entryId"), row.entryId()}, {QStringLiteral("fields"), fields}});
+        printJson({{u"entryId"_s, row.entryId()}, {u"fields"_s, fields}});
     }
 }
 
 void printForPeople(const EcoFile& file, const QStringList& columns)
 {
     const EcoFile::Header& header = file.header();
-    print(QStringLiteral("version %1, encoding %2, separator \"%3\"\n")
-              .arg(header.version().isEmpty() ? QStringLiteral("-") : header.version(),
-                  header.encoding().isEmpty() ? QStringLiteral("-") : header.encoding(),
-                  onOneLine(QString(QLatin1Char(header.separator())))));
-    QVector<QStringList> rows{QStringList(QStringLiteral("ENTRY")) + columns};
+    print(u"version %1, encoding %2, separator \"%3\"\n"_s.arg(
+        header.version().isEmpty() ? u"-"_s : header.version(),
+        header.encoding().isEmpty() ? u"-"_s : header.encoding(),
+        onOneLine(QString(QLatin1Char(header.separator())))));
+    QVector<QStringList> rows{QStringList(u"ENTRY"_s) + columns};
     for (const EcoFile::Row& row : file.rows()) {
         QStringList cells{QString::number(row.entryId())};
         const QStringList texts = cellsOf(row, columns);
@@ -90,10 +89,10 @@ void printForPeople(const EcoFile& file, const QStringList& columns)
 int run(const CommandLine& commandLine)
 {
     if (commandLine.arguments().isEmpty()) {
-        throw Failure{QStringLiteral("a table file is needed")};
+        throw Failure{u"a table file is needed"_s};
     }
     if (commandLine.isSet("json") && commandLine.isSet("csv")) {
-        throw Failure{QStringLiteral("either --json or --csv")};
+        throw Failure{u"either --json or --csv"_s};
     }
     QString fileName = commandLine.fileName();
     QFile input;
@@ -107,8 +106,7 @@ int run(const CommandLine& commandLine)
     QStringList columns = table.header().columns();
     columns.removeDuplicates(); // the last field of a name counts
     if (columns.isEmpty() && !droppedLines.isEmpty()) {
-        throw Failure{
-            QStringLiteral("%1: not a table file: no line declares a column").arg(fileName)};
+        throw Failure{u"%1: not a table file: no line declares a column"_s.arg(fileName)};
     }
     if (commandLine.isSet("json")) {
         printAsJson(table, columns);
@@ -129,11 +127,10 @@ int run(const CommandLine& commandLine)
 Command tableCommand()
 {
     return {"table", "shows the header and rows of table files",
-        QStringLiteral("Shows an \"#ECO\" table file: its header and its rows. Lines that the "
-                       "library\ndrops are named on standard error."),
+        u"Shows an \"#ECO\" table file: its header and its rows. Lines that the "
+        "library\ndrops are named on standard error."_s,
         {{"file", "FILE", "A table file; - for standard input."}},
         {{"json", "Writes the header and each row as a JSON object."},
             {"csv", "Writes the column names and the rows as comma-separated values."}},
-        {QStringLiteral("stations.eco"), QStringLiteral("--csv stations.eco > stations.csv")}, run,
-        1};
+        {u"stations.eco"_s, u"--csv stations.eco > stations.csv"_s}, run, 1};
 }

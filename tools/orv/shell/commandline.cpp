@@ -3,6 +3,7 @@
 #include "shell/failure.h"
 #include "shell/languages.h"
 #include "shell/output.h"
+#include "shell/text.h"
 #include "shell/words.h"
 
 #include <QCoreApplication>
@@ -29,8 +30,8 @@ QStringList spelledOut(const Command& command, const QStringList& words)
     QString open;
     bool isFirst = false; // of the words behind the option
     for (const QString& word : words) {
-        if (word.startsWith(QLatin1String("--"))) {
-            const QString name = word.section(QLatin1Char('='), 0, 0);
+        if (word.startsWith(u"--"_s)) {
+            const QString name = word.section(u'=', 0, 0);
             isFirst = name == word;
             open.clear();
             for (const Option& option : command.options) {
@@ -68,7 +69,7 @@ CommandLine::CommandLine(const Command& command)
     const QVector<Option> options = commonOptions + command.options;
     for (const Option& option : options) {
         QStringList names{QLatin1String(option.name)};
-        if (names[0] == QLatin1String("help") || names[0] == QLatin1String("version")) {
+        if (names[0] == u"help"_s || names[0] == u"version"_s) {
             names.prepend(names[0].left(1)); // the two that have a short form
         }
         parser.addOption(QCommandLineOption(names, QString::fromUtf8(option.text),
@@ -83,11 +84,11 @@ CommandLine::CommandLine(const Command& command)
 QString CommandLine::help() const
 {
     QString help = parser.helpText(); // it names the program by its path, without the command
-    help.replace(0, help.indexOf(QLatin1String("[options]")),
-        QStringLiteral("Usage: orv %1 ").arg(QLatin1String(command.name)));
-    help += QStringLiteral("\nExamples:\n");
+    help.replace(
+        0, help.indexOf(u"[options]"_s), u"Usage: orv %1 "_s.arg(QLatin1String(command.name)));
+    help += u"\nExamples:\n"_s;
     for (const QString& example : command.examples) {
-        help += QStringLiteral("  orv %1 %2\n").arg(QLatin1String(command.name), example);
+        help += u"  orv %1 %2\n"_s.arg(QLatin1String(command.name), example);
     }
     return help;
 }
@@ -97,16 +98,15 @@ QString CommandLine::misuse(const QStringList& words) const
 {
     const QString name = parser.unknownOptionNames().value(0);
     for (const QString& argument : words) {
-        const QString word = argument.section(QLatin1Char('='), 0, 0);
-        const bool isShort = argument.startsWith(QLatin1Char('-'))
-                             && !argument.startsWith(QLatin1String("--")) && name.size() == 1
-                             && argument.contains(name);
-        if (!name.isEmpty() && (isShort || word == QLatin1String("--") + name)) {
+        const QString word = argument.section(u'=', 0, 0);
+        const bool isShort = argument.startsWith(u'-') && !argument.startsWith(u"--"_s)
+                             && name.size() == 1 && argument.contains(name);
+        if (!name.isEmpty() && (isShort || word == u"--"_s + name)) {
             return unknown("option", word, optionsOf(command));
         }
     }
     QString text = parser.errorText(); // such as "Missing value after '--brand'."
-    text.replace(QLatin1Char('\''), QLatin1Char('"')).chop(1);
+    text.replace(u'\'', u'"').chop(1);
     return text.replace(0, 1, text.at(0).toLower());
 }
 
@@ -121,13 +121,12 @@ void CommandLine::process(const QStringList& words)
         throw Answered();
     }
     if (isSet("version")) {
-        print(QCoreApplication::applicationName() + QLatin1Char(' ')
-              + QCoreApplication::applicationVersion() + QLatin1Char('\n'));
+        print(QCoreApplication::applicationName() + u' ' + QCoreApplication::applicationVersion()
+              + u'\n');
         throw Answered();
     }
     if (arguments().size() > command.mostArguments) {
-        throw Failure{QStringLiteral("too many arguments: \"%1\"")
-                          .arg(arguments().at(command.mostArguments))};
+        throw Failure{u"too many arguments: \"%1\""_s.arg(arguments().at(command.mostArguments))};
     }
     showLog(isSet("verbose"));
 }
@@ -154,7 +153,7 @@ QStringList CommandLine::arguments() const
 
 QString CommandLine::fileName() const
 {
-    return arguments().value(0, QStringLiteral("-"));
+    return arguments().value(0, u"-"_s);
 }
 
 Language CommandLine::language() const
@@ -162,7 +161,7 @@ Language CommandLine::language() const
     const QString code = value("language");
     const Language language = convertIsoToLanguageId(code.toUtf8());
     if (language == InvalidLanguage) {
-        throw Failure{unknownLanguage(code) + QStringLiteral(" (orv language lists them)")};
+        throw Failure{unknownLanguage(code) + u" (orv language lists them)"_s};
     }
     return language;
 }
@@ -176,15 +175,15 @@ const Command* findCommand(const QVector<Command>& commands, const QString& name
 
 QStringList completions(const QVector<Command>& commands, const QStringList& words)
 {
-    const QStringList files{QStringLiteral(":files")};
+    const QStringList files{u":files"_s};
     const Command* const command = words.size() > 1 ? findCommand(commands, words[0]) : nullptr;
     if (command == nullptr) {
-        QStringList names{QStringLiteral("help")};
+        QStringList names{u"help"_s};
         for (const Command& candidate : commands) {
             names += QLatin1String(candidate.name);
         }
         const bool isFirst = words.size() <= 1;
-        return isFirst ? names + QStringList{QStringLiteral("--help"), QStringLiteral("--version")}
+        return isFirst                ? names + QStringList{u"--help"_s, u"--version"_s}
                : words[0] == names[0] ? names
                                       : files;
     }
@@ -202,9 +201,9 @@ QStringList completions(const QVector<Command>& commands, const QStringList& wor
         if (isValue && i + 1 == words.size()) {
             return opened->choices != nullptr ? opened->choices() : files;
         }
-        place += isValue || words[i].startsWith(QLatin1Char('-')) ? 0 : 1;
+        place += isValue || words[i].startsWith(u'-') ? 0 : 1;
     }
-    if (words.last().startsWith(QLatin1Char('-'))) {
+    if (words.last().startsWith(u'-')) {
         return optionsOf(*command);
     }
     if (command->arguments.isEmpty()) {

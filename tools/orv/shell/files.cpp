@@ -1,6 +1,7 @@
 #include "shell/files.h"
 
 #include "shell/input.h"
+#include "shell/text.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -24,11 +25,10 @@ void appendUnreadableNames(const QString& folder, QVector<FoundFile>& files)
         QString escaped;
         for (const char* byte = entry->d_name; *byte != '\0'; ++byte) {
             const bool isAscii = uchar(*byte) < 0x80;
-            escaped += isAscii ? QString(QLatin1Char(*byte))
-                               : QStringLiteral("\\x%1").arg(uchar(*byte), 2, 16);
+            escaped += isAscii ? QString(QLatin1Char(*byte)) : u"\\x%1"_s.arg(uchar(*byte), 2, 16);
         }
-        files.append({QDir::cleanPath(folder + QLatin1Char('/') + escaped), 0,
-            QStringLiteral("the name is not valid UTF-8")});
+        files.append(
+            {QDir::cleanPath(folder + u'/' + escaped), 0, u"the name is not valid UTF-8"_s});
     }
 }
 
@@ -36,16 +36,16 @@ void appendFile(const QString& path, QVector<FoundFile>& files)
 {
     const QFileInfo info(path);
     files.append({path, info.size(),
-        !info.exists()  ? QStringLiteral("no such file")
+        !info.exists()  ? u"no such file"_s
         : info.isFile() ? QString()
-                        : QStringLiteral("no regular file")});
+                        : u"no regular file"_s});
 }
 
 void appendFolder(const QString& path, QVector<FoundFile>& files)
 {
     const QDir folder(path);
     if (!folder.isReadable()) {
-        files.append({path, 0, QStringLiteral("the folder cannot be read")});
+        files.append({path, 0, u"the folder cannot be read"_s});
     }
     appendUnreadableNames(path, files);
     const QFileInfoList entries = folder.entryInfoList(

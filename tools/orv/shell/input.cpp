@@ -2,6 +2,7 @@
 
 #include "shell/failure.h"
 #include "shell/output.h"
+#include "shell/text.h"
 
 #include <QTextCodec>
 
@@ -13,12 +14,12 @@ void openInput(QFile& file, QString& name)
 {
     bool isOpen = false;
     if (name.isEmpty()) { // from a variable that is not set: waiting for input would puzzle
-        throw Failure{QStringLiteral("the name of a file is empty")};
+        throw Failure{u"the name of a file is empty"_s};
     }
-    if (name == QLatin1String("-")) {
-        name = QStringLiteral("standard input");
+    if (name == u"-"_s) {
+        name = u"standard input"_s;
         if (isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1) {
-            printError(QStringLiteral("reading what you type; Ctrl-D on an empty line ends it"));
+            printError(u"reading what you type; Ctrl-D on an empty line ends it"_s);
         }
         // By its descriptor: reading through the stream would stop lines at a NUL.
         isOpen = file.open(STDIN_FILENO, QIODevice::ReadOnly);
@@ -27,7 +28,7 @@ void openInput(QFile& file, QString& name)
         isOpen = file.open(QIODevice::ReadOnly);
     }
     if (!isOpen) {
-        throw Failure{QStringLiteral("%1: %2").arg(name, file.errorString())};
+        throw Failure{u"%1: %2"_s.arg(name, file.errorString())};
     }
 }
 
@@ -37,7 +38,7 @@ QByteArray readInput(QString& name)
     openInput(file, name);
     const QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError) {
-        throw Failure{QStringLiteral("%1: %2").arg(name, file.errorString())};
+        throw Failure{u"%1: %2"_s.arg(name, file.errorString())};
     }
     return content;
 }
@@ -49,9 +50,8 @@ QJsonDocument readJson(QString& name)
     const QJsonDocument document = QJsonDocument::fromJson(content, &error);
     if (document.isNull()) {
         const Place place = PlaceFinder(content).at(error.offset);
-        throw Failure{QStringLiteral("%1:%2:%3: no valid JSON: %4")
-                          .arg(name, QString::number(place.line), QString::number(place.column),
-                              error.errorString())};
+        throw Failure{u"%1:%2:%3: no valid JSON: %4"_s.arg(
+            name, QString::number(place.line), QString::number(place.column), error.errorString())};
     }
     return document;
 }
@@ -86,8 +86,7 @@ bool LineReader::readBytes(QByteArray& line)
     line = device.readLine();
     if (line.isEmpty()) {
         if (file.error() != QFileDevice::NoError) {
-            throw Failure{
-                QStringLiteral("%1:%2: %3").arg(name, QString::number(number), file.errorString())};
+            throw Failure{u"%1:%2: %3"_s.arg(name, QString::number(number), file.errorString())};
         }
         return false;
     }
@@ -108,7 +107,7 @@ bool LineReader::readLine(QString& line)
         return false;
     }
     if (!decodeUtf8(bytes, line)) {
-        throw Failure{QStringLiteral("%1:%2: not valid UTF-8").arg(name, QString::number(number))};
+        throw Failure{u"%1:%2: not valid UTF-8"_s.arg(name, QString::number(number))};
     }
     return true;
 }

@@ -1,4 +1,5 @@
 #include "shell/languages.h"
+#include "shell/text.h"
 
 #include "shell/words.h"
 
@@ -34,8 +35,7 @@ QString unknownLanguage(const QString& code)
     }
     const QStringList codes = languageCodes();
     const int named = names.indexOf(nearest(code, names, slip));
-    return named >= 0
-               ? unknown("language", code, {})
-                     + QStringLiteral(", did you mean \"%1\" (%2)?").arg(codes[named], names[named])
-               : unknown("language", code, codes);
+    return named >= 0 ? unknown("language", code, {})
+                            + u", did you mean \"%1\" (%2)?"_s.arg(codes[named], names[named])
+                      : unknown("language", code, codes);
 }

@@ -1,6 +1,7 @@
 #include "shell/listing.h"
 
 #include "shell/output.h"
+#include "shell/text.h"
 
 #include <QJsonArray>
 #include <QJsonObject>
@@ -11,9 +12,9 @@ namespace {
 QString textOf(const QJsonValue& value)
 {
     if (value.isBool()) {
-        return value.toBool() ? QStringLiteral("yes") : QStringLiteral("no");
+        return value.toBool() ? u"yes"_s : u"no"_s;
     }
-    return onOneLine(value.isArray() ? value.toVariant().toStringList().join(QStringLiteral(", "))
+    return onOneLine(value.isArray() ? value.toVariant().toStringList().join(u", "_s)
                                      : value.toVariant().toString());
 }
 

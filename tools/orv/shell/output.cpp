@@ -2,6 +2,7 @@
 
 #include "shell/failure.h"
 #include "shell/progress.h"
+#include "shell/text.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -31,7 +32,7 @@ void writeOut(const QByteArray& bytes)
 {
     Progress::clear();
     if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout) != size_t(bytes.size())) {
-        throw Failure{QStringLiteral("cannot write to standard output")};
+        throw Failure{u"cannot write to standard output"_s};
     }
 }
 
@@ -59,11 +60,11 @@ void printTable(const QVector<QStringList>& rows)
     for (const QStringList& row : rows) {
         QString line;
         for (int i = 0; i < row.size(); ++i) {
-            const QString cell = row[i].isEmpty() ? QStringLiteral("-") : row[i];
+            const QString cell = row[i].isEmpty() ? u"-"_s : row[i];
             const int gap = i + 1 < row.size() ? widths[i] + 2 - displayWidth(cell) : 0;
-            line += cell + QString(gap, QLatin1Char(' '));
+            line += cell + QString(gap, u' ');
         }
-        print(line + QLatin1Char('\n'));
+        print(line + u'\n');
     }
 }
 
@@ -71,7 +72,7 @@ void finishOutput()
 {
     // A remark may have flushed the output before and failed; the stream remembers that.
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-        throw Failure{QStringLiteral("cannot write to standard output")};
+        throw Failure{u"cannot write to standard output"_s};
     }
 }
 
@@ -87,7 +88,7 @@ QString onOneLine(QString text)
 {
     constexpr ushort symbols = 0x2400; // U+2400 is the symbol for U+0000, and so on
     for (QChar& character : text) {
-        if (character < QLatin1Char(' ')) {
+        if (character < u' ') {
             character = QChar(symbols + character.unicode());
         }
     }
@@ -110,7 +111,7 @@ QString coloured(const QString& text, Colour colour)
     static const bool isWanted = isatty(STDOUT_FILENO) == 1
                                  && qEnvironmentVariableIsEmpty("NO_COLOR")
                                  && qgetenv("TERM") != "dumb";
-    return isWanted ? QStringLiteral("\033[%1m%2\033[0m").arg(colour).arg(text) : text;
+    return isWanted ? u"\033[%1m%2\033[0m"_s.arg(colour).arg(text) : text;
 }
 
 void takeOverLog()

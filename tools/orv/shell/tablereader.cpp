@@ -19,7 +19,7 @@ EcoFile readTable(
             seen = device.pos();
         }
         line = line.trimmed();
-        if (line.startsWith(QLatin1Char('#'))) {
+        if (line.startsWith(u'#')) {
             file.parseHeaderLine(line);
             see({number, line, true, false}, file);
         } else if (!line.isEmpty()) {

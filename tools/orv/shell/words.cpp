@@ -1,4 +1,5 @@
 #include "shell/words.h"
+#include "shell/text.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -6,7 +7,7 @@
 
 QString counted(qint64 count, const char* thing)
 {
-    return QStringLiteral("%1 %2%3").arg(
+    return u"%1 %2%3"_s.arg(
         QString::number(count), QLatin1String(thing), QLatin1String(count == 1 ? "" : "s"));
 }
 
@@ -49,7 +50,7 @@ QString nearest(const QString& word, const QStringList& candidates, int limit)
 
 QString unknown(const char* what, const QString& word, const QStringList& candidates)
 {
-    const QString text = QStringLiteral("unknown %1: \"%2\"").arg(QLatin1String(what), word);
+    const QString text = u"unknown %1: \"%2\""_s.arg(QLatin1String(what), word);
     const QString guess = nearest(word, candidates, (word.size() + 1) / 2);
-    return guess.isEmpty() ? text : text + QStringLiteral(", did you mean \"%1\"?").arg(guess);
+    return guess.isEmpty() ? text : text + u", did you mean \"%1\"?"_s.arg(guess);
 }
