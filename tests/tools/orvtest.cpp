@@ -90,6 +90,7 @@ private Q_SLOTS:
         QCOMPARE(result.output, lines['>']);
         QCOMPARE(result.error, lines['!']);
         QCOMPARE(result.exitCode, lines['='].trimmed().toInt());
+        if (words.contains(u("--json"))) { checkShapes(words, result.output); }
     }
 
     void everyFormOfMarkupIsToldOf()
@@ -304,6 +305,41 @@ private:
     ChildResult runOrv(const QStringList& words, const QByteArray& input = {})
     {
         return runChild(words, u(ORV_PROGRAM), input, folder.path());
+    }
+
+    /** Finds each object in docs/json.md by the names and types of its fields. */
+    void checkShapes(const QStringList& words, const QByteArray& output)
+    {
+        const QString command = words[0] == u("checksum") ? u("checksum ") + words[1] : words[0];
+        const QString page = u(readData("../../docs/json.md")).section(u("\n## `orv ") + command + u("`\n"), 1, 1);
+        QStringList shapes;
+        for (const QString& line : page.section(u("\n## "), 0, 0).split(QLatin1Char('\n'))) {
+            const QStringList cells = line.split(u(" | "));
+            if (line.startsWith(u("| Field"))) { shapes += u(" "); }
+            if (line.startsWith(u("| `"))) {
+                shapes.last() += cells[0].section(QLatin1Char('`'), 1, 1) + u("=") + cells[1] + u(" ");
+            }
+        }
+        static const QMap<QJsonValue::Type, QString> types = {{QJsonValue::Bool, u("boolean")},
+            {QJsonValue::Double, u("number")}, {QJsonValue::Array, u("list")}, {QJsonValue::Object, u("object")},
+            {QJsonValue::String, u("text")}, {QJsonValue::Null, u("text or null")}};
+        for (const QByteArray& line : output.trimmed().split('\n')) {
+            if (line.isEmpty()) { continue; }
+            const QJsonObject object = QJsonDocument::fromJson(line).object();
+            bool isKnown = false;
+            for (const QString& shape : shapes) {
+                int fields = shape.count(QLatin1Char('='))
+                             - (words.contains(u("--language")) ? 0 : shape.count(u(" sentences=list ")));
+                for (auto field = object.begin(); field != object.end(); ++field) {
+                    const QString start = u(" ") + field.key() + u("=");
+                    const bool isNamed = shape.contains(start + types[field->type()] + u(" "))
+                                         || (field->isString() && shape.contains(start + u("text or null ")));
+                    fields -= isNamed ? 1 : fields + 1;
+                }
+                isKnown |= !object.isEmpty() && fields == 0;
+            }
+            QVERIFY2(isKnown, line.constData());
+        }
     }
 
     /** The transcripts of a page; its other samples have names, behind their language, and are written as files. */

@@ -7,6 +7,7 @@
 #include "shell/words.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -186,6 +187,12 @@ QStringList completions(const QVector<Command>& commands, const QStringList& wor
         return isFirst                ? names + QStringList{u"--help"_s, u"--version"_s}
                : words[0] == names[0] ? names
                                       : files;
+    }
+    for (const Option& option : command->options) { // --option=VALUE in one word
+        const QString name = dashed(option) + u'=';
+        if (words.last().startsWith(name) && option.choices != nullptr) {
+            return option.choices().replaceInStrings(QRegularExpression(u"^"_s), name);
+        }
     }
     int place = -1; // of the last word among the arguments
     const Option* open = nullptr;
