@@ -53,7 +53,8 @@ set(CPACK_DEBIAN_ORV_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_ORV_PACKAGE_DEPENDS "${runTimePackage} (>= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_ORV_DESCRIPTION "command-line client of the speech core library
 Shows parsed prompts, sentences, languages, brand sounds, radio genres and
-table files; stores checksums of speech data files.")
+table files; finds mistakes in prompts and data files; stores checksums of
+speech data files.")
 
 # Every package contains the change log and the copyright file.
 configure_file(${CMAKE_CURRENT_LIST_DIR}/packages/changelog.in

@@ -67,9 +67,24 @@ def check_includes():
         failures.append(f'docs/architecture.md lists {listed}, but the sources include {dict(found)}')
 
 
+def check_rooms():
+    """The rooms of the client, and what its checks use of the shell."""
+    block = re.search(r'^```rooms\n(.*?)^```', pathlib.Path('docs/architecture.md').read_text(), re.M | re.S)[1]
+    told = {room: set(others) for room, *others in map(str.split, block.splitlines())}
+    found = collections.defaultdict(set)
+    for source in pathlib.Path('tools/orv').rglob('*.[hc]*'):
+        room = str(source.relative_to('tools/orv').with_suffix('')).split('/')[0]
+        for other in re.findall(r'#include "(\S+)\.h"', source.read_text()):
+            if not other.startswith(room + '/'):
+                found[room].add(other if room == 'checks' else other.split('/')[0])
+    if told != found:
+        failures.append(f'docs/architecture.md tells {told}, but the client includes {dict(found)}')
+
+
 check_links()
 log_lines = check_log_lines()
 check_includes()
+check_rooms()
 print(f'check-docs: {len(pages)} pages, {log_lines} log lines')
 for failure in failures:
     print(failure, file=sys.stderr)
