@@ -316,7 +316,8 @@ void checkSpokenWords(
 {
     static const QRegularExpression entity(u"&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"_s);
     const int begin = std::max(markup.indexOf(spoken), 0);
-    const QRegularExpressionMatch match = entity.match(spoken);
+    const int ampersand = spoken.indexOf(u'&'); // hardly any text has one
+    const auto match = ampersand < 0 ? QRegularExpressionMatch() : entity.match(spoken, ampersand);
     if (match.hasMatch()) {
         collector.add(begin + match.capturedStart(), Rule::EntitySpoken,
             u"read aloud as it stands: \"%1\""_s.arg(match.captured()));
@@ -441,7 +442,7 @@ void checkOffboardFile(Collector& collector, const QString& path, const CheckOpt
 void checkPrompt(Collector& collector, const QString& prompt, const CheckOptions& options)
 {
     static const QRegularExpression comment(u"^\\s*#+(\\s|$)"_s);
-    if (comment.match(prompt).hasMatch()) {
+    if (prompt.contains(u'#') && comment.match(prompt).hasMatch()) {
         collector.add(prompt.indexOf(u'#'), Rule::CommentSpoken,
             u"read aloud: a line of prompts is never a comment"_s);
     }

@@ -35,11 +35,12 @@ int editDistance(const QString& a, const QString& b)
 QString nearest(const QString& word, const QStringList& candidates, int limit)
 {
     QString result;
+    const QString lowerCase = word.toLower();
     for (const QString& candidate : candidates) {
         if (std::abs(word.size() - candidate.size()) >= limit) {
             continue;
         }
-        const int distance = editDistance(word.toLower(), candidate.toLower());
+        const int distance = editDistance(lowerCase, candidate.toLower());
         if (distance < limit) {
             result = candidate;
             limit = distance;
