@@ -177,13 +177,6 @@ Difference differenceFrom(const QString& form, const QString& prompt)
     return {prompt.indexOf(u'<'), QString()};
 }
 
-/** The first tag that is not understood in this context, such as "<offboard>". */
-QString firstTag(const QString& prompt)
-{
-    static const QRegularExpression name(u"<(audio|file|text|phonetic|tts|offboard)"_s);
-    return name.match(prompt).captured() + u'>';
-}
-
 Finding whySpokenWhole(int line, const QString& prompt, PromptContext context)
 {
     const QString start = u"the tags will be read aloud: "_s;
@@ -199,13 +192,14 @@ Finding whySpokenWhole(int line, const QString& prompt, PromptContext context)
         return {line, blank > 0 ? blank : column, Rule::BlankInPath,
             start + u"a path or language holds a blank"_s};
     }
-    if (context == BrandSoundContext && !isSpokenWhole(prompt, GeneralContext)) {
-        return {line, column, Rule::WrongContext,
-            start + u"%1 does not work with --context brandsound"_s.arg(firstTag(prompt))};
-    }
-    if (context != A4AContext && !isSpokenWhole(prompt, A4AContext)) {
-        return {line, column, Rule::WrongContext,
-            start + u"%1 works only with --context a4a"_s.arg(firstTag(prompt))};
+    const bool isGeneral = context == BrandSoundContext && !isSpokenWhole(prompt, GeneralContext);
+    if (isGeneral || (context != A4AContext && !isSpokenWhole(prompt, A4AContext))) {
+        static const QRegularExpression name(u"<(audio|file|text|phonetic|tts|offboard)"_s);
+        const QRegularExpressionMatch tag = name.match(prompt);
+        return {line, tag.capturedStart() + 1, Rule::WrongContext,
+            start + tag.captured()
+                + (isGeneral ? u"> does not work with --context brandsound"_s
+                             : u"> works only with --context a4a"_s)};
     }
     const QString form = nearestForm(prompt, "<");
     const Difference difference = differenceFrom(form, prompt);

@@ -191,20 +191,10 @@ void show(const Task& task, const CommandLine& commandLine)
     }
 }
 
-const Kind& kindOf(const QString& name)
-{
-    const int index = kindNames().indexOf(name);
-    if (index < 0) {
-        throw Failure{
-            unknown("kind of file", name, kindNames()) + u" (%1)"_s.arg(kindNames().join(u", "_s))};
-    }
-    return kinds[index];
-}
-
 Task taskOf(const CommandLine& commandLine)
 {
-    Task task{kindOf(commandLine.arguments()[0]), contextsOf(commandLine), {},
-        commandLine.values("allow"), {}};
+    Task task{kinds[placeAmong(kindNames(), "kind of file", commandLine.arguments()[0])],
+        contextsOf(commandLine), {}, commandLine.values("allow"), {}};
     task.options.brand = commandLine.value("brand");
     task.options.root = commandLine.value("root");
     if (commandLine.isSet("root") && !QFileInfo(task.options.root).isDir()) {

@@ -365,12 +365,8 @@ Task taskOf(const CommandLine& commandLine)
         task.language = commandLine.language();
     }
     if (commandLine.isSet("type")) {
-        const int type = typeNames().indexOf(commandLine.value("type"));
-        if (type < 0) {
-            throw Failure{unknown("type", commandLine.value("type"), typeNames())
-                          + u" (default or alternate)"_s};
-        }
-        task.type = Manager::ChecksumType(type);
+        task.type =
+            Manager::ChecksumType(placeAmong(typeNames(), "type", commandLine.value("type")));
     }
     if (!commandLine.isSet("store")) {
         task.storeFile = qEnvironmentVariable(storeVariable, u"/mnt/share/speech/checksum.json"_s);
@@ -388,19 +384,15 @@ Task taskOf(const CommandLine& commandLine)
 int run(const CommandLine& commandLine)
 {
     const QStringList words = commandLine.arguments();
-    const int named = actionNames().indexOf(words.value(0));
     if (words.isEmpty()) {
         throw Failure{u"one of update, verify, list and remove is needed"_s};
     }
-    if (named < 0) {
-        throw Failure{
-            unknown("action", words[0], actionNames()) + u" (update, verify, list or remove)"_s};
-    }
-    if (actions[named].needsPaths && words.size() < 2) {
+    const Action& action = actions[placeAmong(actionNames(), "action", words[0])];
+    if (action.needsPaths && words.size() < 2) {
         throw Failure{u"%1 needs a file or a folder"_s.arg(words[0])};
     }
     Task task = taskOf(commandLine);
-    actions[named].run(task);
+    action.run(task);
     return task.exitCode;
 }
 

@@ -4,7 +4,6 @@
 #include "shell/input.h"
 #include "shell/output.h"
 #include "shell/text.h"
-#include "shell/words.h"
 
 #include <QCoreApplication>
 
@@ -18,14 +17,10 @@ QStringList contextNames()
 PromptContext contextOf(const QString& text)
 {
     constexpr PromptContext contexts[] = {GeneralContext, BrandSoundContext, A4AContext};
-    const int named = contextNames().indexOf(text.toLower());
     bool isNumber = false;
     const int number = text.toInt(&isNumber);
-    if (named < 0 && !isNumber) {
-        throw Failure{unknown("context", text, contextNames())
-                      + u" (general, brandsound, a4a or a number)"_s};
-    }
-    return named >= 0 ? contexts[named] : PromptContext(number);
+    return isNumber ? PromptContext(number)
+                    : contexts[placeAmong(contextNames(), "context", text.toLower())];
 }
 
 } // namespace
@@ -43,9 +38,9 @@ const Option soundsOption = {"sounds",
 
 QString nameOf(PromptContext context)
 {
-    return context == GeneralContext      ? u"general"_s
-           : context == BrandSoundContext ? u"brandsound"_s
-           : context == A4AContext        ? u"a4a"_s
+    return context == GeneralContext      ? contextNames()[0]
+           : context == BrandSoundContext ? contextNames()[1]
+           : context == A4AContext        ? contextNames()[2]
                                           : QString::number(context);
 }
 

@@ -167,6 +167,15 @@ Language CommandLine::language() const
     return language;
 }
 
+int placeAmong(const QStringList& choices, const char* what, const QString& word)
+{
+    const int place = choices.indexOf(word);
+    if (place < 0) {
+        throw Failure{unknown(what, word, choices) + u" (%1)"_s.arg(choices.join(u", "_s))};
+    }
+    return place;
+}
+
 const Command* findCommand(const QVector<Command>& commands, const QString& name)
 {
     const auto* const command = std::find_if(commands.begin(), commands.end(),

@@ -80,6 +80,9 @@ private:
     QCommandLineParser parser;
 };
 
+/** The place of @p word among @p choices. @throw Failure where it is none of them */
+int placeAmong(const QStringList& choices, const char* what, const QString& word);
+
 /** The command of that name, else nullptr. */
 const Command* findCommand(const QVector<Command>& commands, const QString& name);
 
