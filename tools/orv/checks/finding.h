@@ -57,7 +57,7 @@ const RuleText& textOf(Rule rule);
 /** The names of all rules. */
 QStringList ruleNames();
 
-/** What the library would do in silence, and an author would hardly want. */
+/** A mistake that the library passes over in silence. */
 struct Finding
 {
     int line;   ///< from 1

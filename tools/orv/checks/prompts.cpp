@@ -310,7 +310,7 @@ void checkSpokenWords(
 {
     static const QRegularExpression entity(u"&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"_s);
     const int begin = std::max(markup.indexOf(spoken), 0);
-    const int ampersand = spoken.indexOf(u'&'); // hardly any text has one
+    const int ampersand = spoken.indexOf(u'&'); // few texts have one
     const auto match = ampersand < 0 ? QRegularExpressionMatch() : entity.match(spoken, ampersand);
     if (match.hasMatch()) {
         collector.add(begin + match.capturedStart(), Rule::EntitySpoken,

@@ -94,7 +94,7 @@ QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
         if (!declaration.isMade && word.compare(name, Qt::CaseInsensitive) == 0) {
             return declaration.whenNot;
         }
-        // A slip of the pen, but not in "#ECO": hardly anything depends on the version.
+        // A slip of the pen, but not in "#ECO": little depends on the version.
         if (!declaration.isMade && name.size() > 4
             && editDistance(word.toLower(), name.toLower()) == 1) {
             return u"a comment, did you mean \"%1\"?"_s.arg(name);
@@ -129,8 +129,8 @@ Findings checkTable(const QByteArray& content, const CheckOptions&)
     buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
     const EcoFile file = readTable(buffer, [&](const TableLine& line, const EcoFile& after) {
-        const auto add = [&](int column, Rule rule, const QString& text) {
-            findings.append({line.number, column, rule, text});
+        const auto add = [&](int index, Rule rule, const QString& text) {
+            findings.append({line.number, line.column + index, rule, text});
         };
         if (line.isDeclaration) {
             const bool isColumn =
@@ -138,13 +138,13 @@ Findings checkTable(const QByteArray& content, const CheckOptions&)
             const QString problem = isColumn ? problemOfColumn(before, after)
                                              : problemOfDeclaration(line.text, after.header());
             if (!problem.isEmpty()) {
-                add(1, isColumn ? Rule::LateColumn : Rule::BadDeclaration, problem);
+                add(0, isColumn ? Rule::LateColumn : Rule::BadDeclaration, problem);
             }
             before = after.header();
         } else if (line.isDropped) {
-            add(1, Rule::DroppedRow, u"dropped: "_s + whyDropped(line.text, after));
+            add(0, Rule::DroppedRow, u"dropped: "_s + whyDropped(line.text, after));
         } else if (hasLoneQuote(line.text)) {
-            add(line.text.lastIndexOf(u'"') + 1, Rule::LoneQuote,
+            add(line.text.lastIndexOf(u'"'), Rule::LoneQuote,
                 u"a quote that has no partner is lost, and ends its field"_s);
         }
     });

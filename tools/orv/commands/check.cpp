@@ -247,7 +247,8 @@ int run(const CommandLine& commandLine)
 QString helpText()
 {
     QString text =
-        u"Tells what the library would do in silence and an author would hardly want, as\n"
+        u"Finds mistakes that the library passes over in silence: what it reads aloud as\n"
+        "it stands, drops, skips or overwrites. A finding is one line,\n"
         "FILE:LINE:COLUMN: SEVERITY: TEXT [RULE]. Exit code: 0 without a finding, 1 with\n"
         "any, 2 when a file cannot be read.\n\nKinds:\n"_s;
     for (const Kind& kind : kinds) {

@@ -93,7 +93,7 @@ void refuse(Task& task, const QString& path, const QString& reason)
     task.exitCode = 2;
 }
 
-/** The files among @p paths and in the folders among them, in order, but for the store itself. */
+/** The files among @p paths and in the folders among them, in order, without the store itself. */
 QVector<FoundFile> collectFiles(Task& task, const QStringList& paths)
 {
     QVector<FoundFile> files;

@@ -5,6 +5,8 @@
 #include <QIODevice>
 #include <QTextStream>
 
+#include <algorithm>
+
 EcoFile readTable(
     QIODevice& device, const std::function<void(const TableLine&, const EcoFile&)>& see)
 {
@@ -18,14 +20,17 @@ EcoFile readTable(
             progress.advance(device.pos() - seen);
             seen = device.pos();
         }
+        const auto isText = [](QChar character) { return !character.isSpace(); };
+        const int column =
+            int(std::find_if(line.cbegin(), line.cend(), isText) - line.cbegin()) + 1;
         line = line.trimmed();
         if (line.startsWith(u'#')) {
             file.parseHeaderLine(line);
-            see({number, line, true, false}, file);
+            see({number, column, line, true, false}, file);
         } else if (!line.isEmpty()) {
             const int rowCount = file.rows().size();
             file.parseDataLine(line);
-            see({number, line, false, file.rows().size() == rowCount}, file);
+            see({number, column, line, false, file.rows().size() == rowCount}, file);
         }
     }
     return file;

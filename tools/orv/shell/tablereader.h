@@ -10,11 +10,12 @@ class QIODevice;
 struct TableLine
 {
     int number; ///< from 1
+    int column; ///< of the first character, from 1
     QString text;
     bool isDeclaration;
     bool isDropped; ///< a row that the library does not take
 };
 
-/** Reads as the library does, but tells what becomes of each line. */
+/** Reads as the library does, and reports each line to @p see. */
 EcoFile readTable(
     QIODevice& device, const std::function<void(const TableLine&, const EcoFile&)>& see);
