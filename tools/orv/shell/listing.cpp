@@ -24,15 +24,10 @@ Listing::Listing(bool isJson, const QVector<Column>& columns)
     : isJson(isJson)
     , columns(columns)
 {
-    QStringList headings;
     for (const Column& column : columns) {
-        isPrintedAtOnce &= column.width > 0;
-        if (column.isInTable) {
+        if (column.isInTable && *column.heading != '\0') {
             headings += QLatin1String(column.heading);
         }
-    }
-    if (!headings.join(QString()).isEmpty()) {
-        rows += headings;
     }
 }
 
@@ -43,13 +38,11 @@ void Listing::add(const QVector<QJsonValue>& cells)
     for (int i = 0; i < columns.size(); ++i) {
         object.insert(QLatin1String(columns[i].field), cells[i]);
         if (columns[i].isInTable) {
-            row += textOf(cells[i]).leftJustified(columns[i].width);
+            row += textOf(cells[i]);
         }
     }
     if (isJson) {
         printJson(object);
-    } else if (isPrintedAtOnce) {
-        printTable({row});
     } else {
         rows += row;
     }
@@ -57,8 +50,7 @@ void Listing::add(const QVector<QJsonValue>& cells)
 
 void Listing::finish() const
 {
-    const bool hasHeadings = !isPrintedAtOnce && qstrlen(columns.first().heading) > 0;
-    if (!isJson && rows.size() > (hasHeadings ? 1 : 0)) {
-        printTable(rows);
+    if (!rows.isEmpty()) {
+        printTable(headings.isEmpty() ? rows : QVector<QStringList>{headings} + rows);
     }
 }

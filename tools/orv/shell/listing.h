@@ -11,7 +11,6 @@ struct Column
     const char* field;
     const char* heading = ""; ///< in a table; a listing without any has no line of headings
     bool isInTable = true;    ///< false for a field of the objects alone
-    int width = 0;            ///< with a width for all columns, rows are printed at once
 };
 
 /** Rows, printed as JSON objects, one a line, or as an aligned table for people. */
@@ -29,6 +28,6 @@ public:
 private:
     const bool isJson;
     const QVector<Column> columns;
-    bool isPrintedAtOnce = true;
+    QStringList headings;
     QVector<QStringList> rows;
 };

@@ -36,6 +36,18 @@ void writeOut(const QByteArray& bytes)
     }
 }
 
+/** How many columns of a terminal @p text takes: two for a wide character, none for an accent. */
+int displayWidth(const QString& text)
+{
+    const QVector<uint> characters = text.toUcs4();
+    int width = 0;
+    for (const uint character : characters) {
+        const int columns = wcwidth(wchar_t(character));
+        width += columns >= 0 ? columns : 1;
+    }
+    return width;
+}
+
 } // namespace
 
 void print(const QString& text)
@@ -93,17 +105,6 @@ QString onOneLine(QString text)
         }
     }
     return text;
-}
-
-int displayWidth(const QString& text)
-{
-    const QVector<uint> characters = text.toUcs4();
-    int width = 0;
-    for (const uint character : characters) {
-        const int columns = wcwidth(wchar_t(character));
-        width += columns >= 0 ? columns : 1;
-    }
-    return width;
 }
 
 QString coloured(const QString& text, Colour colour)

@@ -24,9 +24,6 @@ void printError(const QString& reason);
 /** @p text on one line: symbols such as U+240A replace line breaks and other control characters. */
 QString onOneLine(QString text);
 
-/** How many columns of a terminal @p text takes: two for a wide character, none for an accent. */
-int displayWidth(const QString& text);
-
 /** Colours for terminals, by their codes. */
 enum Colour
 {
