@@ -108,8 +108,8 @@ private Q_SLOTS:
             const QString input = markup.chopped(1) + u("\n") + markup;
             const QString findings = u(runChild(check, u(ORV_PROGRAM), input.toUtf8()).output);
             const bool isNearest = findings.contains(u("the nearest form is ") + markup + u(";"));
-            QVERIFY2(
-                isNearest || form.rule == BrandSoundRule, qPrintable(u("tools/orv/checks/prompts.cpp lacks ") + markup));
+            QVERIFY2(isNearest || form.rule == BrandSoundRule,
+                qPrintable(u("tools/orv/checks/prompts.cpp lacks ") + markup));
             QCOMPARE(findings.contains(u("unknown language: \"ISO\"")), markup.contains(u("ISO")));
         }
     }

@@ -155,7 +155,8 @@ Difference differenceFrom(const QString& form, const QString& prompt)
         const Token& token = wanted[i];
         if (at == found.size()) {
             QString rest;
-            for (const Token& missing : wanted.mid(i)) {
+            const QVector<Token> tail = wanted.mid(i);
+            for (const Token& missing : tail) {
                 rest += missing.isBetween ? QString() : missing.text;
             }
             return {prompt.size(), u"add %1 at the end"_s.arg(rest)};

@@ -193,7 +193,7 @@ void show(const Task& task, const CommandLine& commandLine)
 
 Task taskOf(const CommandLine& commandLine)
 {
-    Task task{kinds[placeAmong(kindNames(), "kind of file", commandLine.arguments()[0])],
+    Task task{kinds[placeAmong(kindNames(), "kind of file", commandLine.arguments().at(0))],
         contextsOf(commandLine), {}, commandLine.values("allow"), {}};
     task.options.brand = commandLine.value("brand");
     task.options.root = commandLine.value("root");

@@ -38,9 +38,9 @@ const Option soundsOption = {"sounds",
 
 QString nameOf(PromptContext context)
 {
-    return context == GeneralContext      ? contextNames()[0]
-           : context == BrandSoundContext ? contextNames()[1]
-           : context == A4AContext        ? contextNames()[2]
+    return context == GeneralContext      ? contextNames().at(0)
+           : context == BrandSoundContext ? contextNames().at(1)
+           : context == A4AContext        ? contextNames().at(2)
                                           : QString::number(context);
 }
 
@@ -63,7 +63,7 @@ QHash<QString, QString> loadSounds(const CommandLine& commandLine, bool isNeeded
     if (!commandLine.isSet("sounds")) {
         file = QCoreApplication::applicationDirPath() + u"/../share/tts/common.json"_s;
     }
-    const QHash<QString, QString> sounds = loadBrandSounds(commandLine.value("brand"), file);
+    QHash<QString, QString> sounds = loadBrandSounds(commandLine.value("brand"), file);
     if (!sounds.isEmpty()) {
         return sounds;
     }

@@ -71,7 +71,7 @@ CommandLine::CommandLine(const Command& command)
     for (const Option& option : options) {
         QStringList names{QLatin1String(option.name)};
         if (names[0] == u"help"_s || names[0] == u"version"_s) {
-            names.prepend(names[0].left(1)); // the two that have a short form
+            names.prepend(names.at(0).at(0)); // the two that have a short form
         }
         parser.addOption(QCommandLineOption(names, QString::fromUtf8(option.text),
             QString::fromUtf8(option.value), QString::fromUtf8(option.otherwise)));

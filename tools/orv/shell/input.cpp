@@ -36,7 +36,7 @@ QByteArray readInput(QString& name)
 {
     QFile file;
     openInput(file, name);
-    const QByteArray content = file.readAll();
+    QByteArray content = file.readAll();
     if (file.error() != QFileDevice::NoError) {
         throw Failure{u"%1: %2"_s.arg(name, file.errorString())};
     }
@@ -47,7 +47,7 @@ QJsonDocument readJson(QString& name)
 {
     const QByteArray content = readInput(name);
     QJsonParseError error;
-    const QJsonDocument document = QJsonDocument::fromJson(content, &error);
+    QJsonDocument document = QJsonDocument::fromJson(content, &error);
     if (document.isNull()) {
         const Place place = PlaceFinder(content).at(error.offset);
         throw Failure{u"%1:%2:%3: no valid JSON: %4"_s.arg(
