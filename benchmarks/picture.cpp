@@ -22,18 +22,18 @@ public:
     void text(double x, double y, const std::string& text, const char* anchor = "start", const char* colour = black)
     {
         body += "<text" + at("x", x) + at("y", y) + " fill='" + colour + "' text-anchor='" + anchor + "'>" + text
-                + "</text>\n";
+                + "</text>";
     }
 
     void line(double x1, double y1, double x2, double y2, const char* colour, double thickness = 1)
     {
         body += "<line" + at("x1", x1) + at("y1", y1) + at("x2", x2) + at("y2", y2) + " stroke='" + colour + '\''
-                + at("stroke-width", thickness) + "/>\n";
+                + at("stroke-width", thickness) + "/>";
     }
 
     void dot(double x, double y, const char* colour)
     {
-        body += "<circle" + at("cx", x) + at("cy", y) + at("r", 3.5) + " fill='" + colour + "'/>\n";
+        body += "<circle" + at("cx", x) + at("cy", y) + at("r", 3.5) + " fill='" + colour + "'/>";
     }
 
     /** The whole file. */
@@ -42,7 +42,7 @@ public:
         const std::string size = at("width", width) + at("height", height);
         return QByteArray::fromStdString("<svg xmlns='http://www.w3.org/2000/svg'" + size
                                          + " font-family='sans-serif' font-size='12'>\n<rect" + size
-                                         + " fill='white'/>\n" + body + "</svg>\n");
+                                         + " fill='white'/>" + body + "</svg>\n");
     }
 
 private:

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QMap>
+#include <QRegExp>
 #include <QStringView>
 #include <QTextStream>
 #include <QVarLengthArray>
@@ -78,8 +79,7 @@ QStringView nextField(const QString& line, int begin, QChar separator)
 
 using Fields = QVarLengthArray<QStringView, 32>;
 
-/** @p pattern is made when it is needed and empty. */
-Fields splitFields(const QString& line, QChar separator, QRegExp& pattern)
+Fields splitFields(const QString& line, QChar separator)
 {
     Fields fields;
     int position = 0;
@@ -90,9 +90,7 @@ Fields splitFields(const QString& line, QChar separator, QRegExp& pattern)
         }
         return fields;
     }
-    if (pattern.isEmpty()) {
-        pattern = QRegExp(QStringLiteral("((?:[^%1\"]|\"[^\"]*\"|^[%1])+)").arg(separator));
-    }
+    QRegExp pattern(QStringLiteral("((?:[^%1\"]|\"[^\"]*\"|^[%1])+)").arg(separator));
     while ((position = pattern.indexIn(line, position, QRegExp::CaretAtOffset)) >= 0) {
         fields.append(QStringView(line).mid(position, pattern.matchedLength()).trimmed());
         position += pattern.matchedLength();
@@ -103,7 +101,7 @@ Fields splitFields(const QString& line, QChar separator, QRegExp& pattern)
 /** A field without a semicolon, one blank and a quote in front, and a quote behind. */
 QStringView unquoted(QStringView field)
 {
-    // In every file the semicolon: other separators stay, which the readers of such files expect.
+    // Always the semicolon: any other separator stays, on purpose.
     for (const QLatin1Char opening : {QLatin1Char(';'), QLatin1Char(' '), quote}) {
         if (!field.isEmpty() && field.front() == opening) {
             field = field.mid(1);
@@ -227,18 +225,14 @@ void EcoFile::parseHeaderLine(const QString& line)
         const int code = words.size() == 2 ? words[1].trimmed().toInt(&isNumber, 16) : 0;
         if (isNumber) {
             headerData.separatorCharacter = char(code & 0xFF);
-            fieldPattern = QRegExp();
         }
     } else if (line.startsWith(QLatin1String("#Column"))) {
         if (words.size() == 2) {
             const QString name = words[1].trimmed();
             headerData.columnNames.append(name);
             const auto known = placesByName.constFind(name);
-            const int place = known != placesByName.constEnd() ? *known : distinctColumns.size();
-            if (place == distinctColumns.size()) {
-                placesByName.insert(name, place);
-                distinctColumns.append(name);
-            }
+            const int place = known != placesByName.constEnd() ? *known : placesByName.size();
+            placesByName.insert(name, place);
             columnPlaces.append(place);
         }
     }
@@ -246,8 +240,7 @@ void EcoFile::parseHeaderLine(const QString& line)
 
 void EcoFile::parseDataLine(const QString& line)
 {
-    const Fields fields =
-        splitFields(line, QLatin1Char(headerData.separatorCharacter), fieldPattern);
+    const Fields fields = splitFields(line, QLatin1Char(headerData.separatorCharacter));
     if (fields.size() != headerData.columnNames.size()) {
         return;
     }
@@ -255,7 +248,7 @@ void EcoFile::parseDataLine(const QString& line)
     Row::Data& data = *row.data;
     data.line = QString(line.constData(), line.size()); // without what the reader reserved
     data.places = placesByName;
-    data.fields.resize(distinctColumns.size());
+    data.fields.resize(placesByName.size());
     for (int i = 0; i < fields.size(); ++i) {
         const QStringView field = unquoted(fields[i]);
         data.fields[columnPlaces[i]] = {
@@ -267,8 +260,7 @@ void EcoFile::parseDataLine(const QString& line)
 
 int EcoFile::fieldCount(const QString& line) const
 {
-    QRegExp pattern = fieldPattern;
-    return splitFields(line, QLatin1Char(headerData.separatorCharacter), pattern).size();
+    return splitFields(line, QLatin1Char(headerData.separatorCharacter)).size();
 }
 
 const EcoFile::Header& EcoFile::header() const

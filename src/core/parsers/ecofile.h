@@ -4,7 +4,6 @@
 
 #include <QHash>
 #include <QList>
-#include <QRegExp>
 #include <QSharedDataPointer>
 #include <QString>
 #include <QStringList>
@@ -116,10 +115,8 @@ public:
 private:
     Header headerData;
     QList<Row> rowList;
-    QStringList distinctColumns;      // the columns of the next row
     QHash<QString, int> placesByName; // of the distinct columns
     QVector<int> columnPlaces;        // of each declared column, its place among the distinct ones
-    QRegExp fieldPattern;             // empty unless the separator needs a pattern
     int droppedLines = 0;             // by the last parse()
 };
 

@@ -239,8 +239,8 @@ QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath, bool
         while ((length = file.read(block.data(), block.size())) > 0) {
             hash.addData(block.constData(), int(length));
         }
+        // Not at the end after a read error, or if the file is shorter than the size it states.
         isRead = length == 0 && file.atEnd();
-        // False after a read error, or if the file is shorter than the size it states.
         if (!file.atEnd()) {
             ORV_LOG(warning,
                 "static QByteArray SpeechChecksumManager::generateChecksum(const QString&)")
