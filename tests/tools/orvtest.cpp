@@ -147,6 +147,8 @@ private Q_SLOTS:
 
     void lockedStore()
     {
+        // There, the holder looks like another program, so its lock counts as left over.
+        if (*TEST_EMULATOR != '\0') { QSKIP("an emulated process has the name of its emulator"); }
         const QString store = folder.filePath(u("locked.json"));
         QVERIFY(writeFile(store, "[]") && QFile::link(store, folder.filePath(u("link.json"))));
         QFile file(store + u(".lock"));
