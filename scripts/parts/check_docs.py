@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Compares the docs with the sources: links, log lines and includes.
+"""Compares the docs with the sources and the client: links, log lines, includes and commands.
 
 usage: scripts/parts/check_docs.py, in the root of the tree
 """
 import collections
 import pathlib
 import re
+import subprocess
 import sys
 
 failures = []
@@ -81,11 +82,38 @@ def check_rooms():
         failures.append(f'docs/architecture.md tells {told}, but the client includes {dict(found)}')
 
 
+def check_html():
+    """All links between the built pages, and to places in them."""
+    folder = pathlib.Path('build/docs/html')
+    html = {page.name: page.read_text() for page in folder.glob('*.html')}
+    places = {name: set(re.findall(r'(?:id|name)="([^"]+)"', text)) for name, text in html.items()}
+    links = 0
+    for name, text in html.items():
+        for target in re.findall(r'(?:href|src)="([^"]+)"', text):
+            file, _, place = target.partition('#')
+            if re.match(r'[a-z]+:', target):
+                continue
+            links += 1
+            if not (folder / file).exists() or (place and place not in places.get(file or name, ())):
+                failures.append(f'{folder / name}: broken link: {target}')
+    return links
+
+
+def check_commands():
+    told = set(re.findall(r'^\| `orv (\w+)', pathlib.Path('README.md').read_text(), re.M))
+    shown = subprocess.run(['build/release/bin/orv', '--help'], check=True, capture_output=True, text=True).stdout
+    there = set(re.findall(r'^  (\w+) ', re.search(r'^Commands:\n(.*?)^$', shown, re.M | re.S)[1], re.M))
+    if told != there:
+        failures.append(f'README.md or orv --help lacks: {", ".join(sorted(told ^ there))}')
+
+
 check_links()
+links = check_html()
+check_commands()
 log_lines = check_log_lines()
 check_includes()
 check_rooms()
-print(f'check-docs: {len(pages)} pages, {log_lines} log lines')
+print(f'check-docs: {len(pages)} pages, {links} links between built ones, {log_lines} log lines')
 for failure in failures:
     print(failure, file=sys.stderr)
-sys.exit(bool(failures) or not log_lines)
+sys.exit(bool(failures) or not log_lines or not links)
