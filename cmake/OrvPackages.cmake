@@ -56,6 +56,22 @@ Shows parsed prompts, sentences, languages, brand sounds, radio genres and
 table files; finds mistakes in prompts and data files; stores checksums of
 speech data files.")
 
+# The pages that scripts/docs has built; the folder may be empty, for a set of packages without them.
+set(ORV_HTML "" CACHE PATH "The built HTML, which becomes the package of documentation")
+if(ORV_HTML)
+    list(APPEND CPACK_COMPONENTS_ALL documentation)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS liborvcore-doc)
+    set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME liborvcore-doc)
+    set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
+    set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
+    set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SHLIBDEPS OFF)
+    set(CPACK_DEBIAN_DOCUMENTATION_DESCRIPTION
+        "core library of speech and voice-control services - documentation
+The guides and the reference of libOrvCore, as HTML.")
+    install(DIRECTORY ${ORV_HTML} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/liborvcore-doc
+        COMPONENT documentation)
+endif()
+
 # Every package contains the change log and the copyright file.
 configure_file(${CMAKE_CURRENT_LIST_DIR}/packages/changelog.in
     ${PROJECT_BINARY_DIR}/changelog.Debian @ONLY)
