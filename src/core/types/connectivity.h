@@ -17,12 +17,12 @@ class QDebug;
 /** The addresses and features with which online speech functions may use the network. */
 struct NetworkPermission
 {
-    QString url; ///< of the main online speech service
-    QString poiUrl;
-    QString httsUrl;
+    QString url;     ///< of the main online speech service
+    QString poiUrl;  ///< of the POI service, as the other fields with this prefix
+    QString httsUrl; ///< of the HTTS service, as the other fields with this prefix
     QString proxyUsername;
     QString proxyPassword;
-    QString proxyAddress;
+    QString proxyAddress; ///< the host
     quint16 proxyPort = 0;
     quint16 outgoingPortRangeStart = 0; ///< first local port of outgoing connections
     quint16 outgoingPortRangeEnd = 0;   ///< last local port
@@ -79,7 +79,7 @@ public:
     /** The reported value, which may be any number. */
     SignalStrength strength() const;
 
-    /** The error rate if positive; 0 or less means no errors, or none reported. */
+    /** The error rate as the source sends it, if positive; 0 or less means none or none reported. */
     int errorRate() const;
 
     bool operator==(const SignalQuality& other) const;

@@ -5,7 +5,8 @@
  * Records of the voice-controlled destination input and of map databases.
  *
  * The library never interprets the fields named aux… and reserved; operator==, where a record has
- * one, compares them. Thread-safety: the records are plain values.
+ * one, compares them. Identifiers, numbers and flags without a comment are as the navigation system
+ * sends them. Thread-safety: the records are plain values.
  */
 
 #include <core/orvcore_export.h>
@@ -145,8 +146,8 @@ struct NavigationRequest
 {
     bool isRunning = false;
     bool isVoiceInputActive = false;
-    int retryCount = 0;
-    int intentGroup = 0;
+    int retryCount = 0;  ///< as the source sends it
+    int intentGroup = 0; ///< as the source sends it
     NavigationContext::Mode mode = NavigationContext::FullWord;
     quint32 reserved = 0;
     Language language = NoLanguage;
@@ -182,7 +183,7 @@ struct DatabaseVersionResult
     quint16 tag = 0;
     quint16 naviDatabasePackageId = 0;
     TypeOfUpdateData typeOfUpdateData = BasicDatabase;
-    uint sizeOfPackage = 0;
+    uint sizeOfPackage = 0; ///< as the source sends it
     NaviDataImExportDevice naviDataImExportDevice = Reserved;
     quint8 installedFlag = 0;
     UpdateAction updateAction = NoAction;

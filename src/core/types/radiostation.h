@@ -4,7 +4,9 @@
  * @file
  * Radio stations: one record for all speech services, and one for each source that converts to it.
  *
- * The library compares the fields named aux… but never interprets them. Thread-safety: the records
+ * The library compares the fields named aux… but never interprets them. Frequencies, bands,
+ * identifiers and channel numbers are as the source sends them, in its units: the library neither
+ * converts nor checks them. Thread-safety: the records
  * are plain values; conversions may run on any thread once the library is loaded.
  */
 
@@ -42,10 +44,10 @@ struct ORVCORE_EXPORT WaveBand
     quint8 aux1 = 0;
     QString name;
     uint aux2 = 0;
-    uint frequency = 0;
-    quint16 programIdentification = 0;
-    uint rbdsCoding = 0;    ///< 0 for RDS codes, anything else for RBDS
-    quint8 programType = 0; ///< a PTY code, 0 to 31
+    uint frequency = 0;                ///< as the tuner sends it
+    quint16 programIdentification = 0; ///< RDS or RBDS code
+    uint rbdsCoding = 0;               ///< 0 for RDS codes, anything else for RBDS
+    quint8 programType = 0;            ///< a PTY code, 0 to 31
     quint8 aux3 = 0;
     quint8 aux4 = 0;
     uint aux5 = 0;
@@ -54,7 +56,7 @@ struct ORVCORE_EXPORT WaveBand
     uint aux8 = 0;
     int hdChannel = 0; ///< HD Radio sub-channel
     quint8 aux9 = 0;
-    int band = 0;
+    int band = 0; ///< as the tuner sends it
 };
 
 /** A DAB service component with its ensemble. */
@@ -74,10 +76,10 @@ struct ORVCORE_EXPORT DabService
     quint8 serviceAux2 = 0;
     QString shortLabel;
     QString label;
-    uint serviceId = 0;
+    uint serviceId = 0; ///< as the tuner sends it
     quint16 componentAux1 = 0;
-    quint8 programType = 0; ///< an RDS PTY code, 0 to 31
-    quint16 componentId = 0;
+    quint8 programType = 0;  ///< an RDS PTY code, 0 to 31
+    quint16 componentId = 0; ///< as the tuner sends it
     uint componentAux2 = 0;
 };
 
@@ -209,8 +211,8 @@ public:
     QString name;
     QVector<Genre> genres;
     RadioType type = UndefinedRadio;
-    int band = 0;                      ///< wave band of an AM or FM station
-    uint frequency = 0;                ///< of an AM or FM station
+    int band = 0;                      ///< wave band of an AM or FM station, as the tuner sends it
+    uint frequency = 0;                ///< of an AM or FM station, as the tuner sends it
     quint16 programIdentification = 0; ///< RDS or RBDS code of an AM or FM station
     QString pronunciation;             ///< the name as it is spoken, for the recogniser
     QString readOut;                   ///< the name as it is read out, for speech output

@@ -4,8 +4,8 @@
  * @file
  * Records of phone calls and devices.
  *
- * The library compares the fields named aux… but never interprets them. Thread-safety: the records
- * are plain values.
+ * The library compares the fields named aux… but never interprets them. Texts, identifiers and
+ * states are as the source sends them. Thread-safety: the records are plain values.
  */
 
 #include <core/orvcore_export.h>
@@ -38,12 +38,12 @@ struct ORVCORE_EXPORT Call
     /** Earlier calls come first; calls of the same time are equivalent. */
     bool operator<(const Call& other) const;
 
-    quint16 handle = 0;
+    quint16 handle = 0; ///< as the telephony side sends it
     QString primaryText;
     QString secondaryText;
     uint aux1 = 0;
-    QDateTime time;
-    int state = 4; ///< the default is 4, not 0
+    QDateTime time; ///< as the telephony side sends it; invalid by default
+    int state = 4;  ///< as the telephony side sends it; the default is 4, not 0
     quint8 aux2 = 0;
     quint16 aux3 = 0;
     quint8 aux4 = 0;
@@ -60,7 +60,7 @@ struct ORVCORE_EXPORT DeviceMap
         return !(*this == other);
     }
 
-    QByteArray deviceId;
+    QByteArray deviceId; ///< as the source sends it
     uint aux1 = 0;
     quint8 aux2 = 0;
 };
