@@ -41,8 +41,8 @@ public:
     {
         const std::string size = at("width", width) + at("height", height);
         return QByteArray::fromStdString("<svg xmlns='http://www.w3.org/2000/svg'" + size
-                                         + " font-family='sans-serif' font-size='12'>\n<rect" + size
-                                         + " fill='white'/>" + body + "</svg>\n");
+                                         + " font-family='sans-serif' font-size='12'>\n<rect" + size + " fill='white'/>"
+                                         + body + "</svg>\n");
     }
 
 private:
