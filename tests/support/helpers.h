@@ -22,12 +22,14 @@ inline bool writeFile(const QString& fileName, const QByteArray& content)
            && file.write(content) == content.size() && file.flush();
 }
 
-/** The content of a file in tests/data. */
-inline QByteArray readData(const char* name)
+inline QByteArray readFile(const QString& fileName)
 {
-    QFile file(u(TEST_DATA "/") + u(name));
+    QFile file(fileName);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
+
+/** The content of a file in tests/data. */
+inline QByteArray readData(const char* name) { return readFile(u(TEST_DATA "/") + u(name)); }
 
 /** The cases of a file in tests/data, each with its lines: the further ones start with a blank. */
 inline QVector<QStringList> readCases(const char* name)

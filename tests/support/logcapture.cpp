@@ -6,16 +6,30 @@
 
 namespace {
 
+struct Line {
+    QString text;
+    QString file;
+    int number;
+    QString function;
+    QString category;
+
+    /** Where it was written, or that this is not where the source does write a line. */
+    QString context() const
+    {
+        const QByteArray source = readFile(u(TEST_SOURCES) + file).split('\n').value(number - 1);
+        const QString place = source.contains("ORV_LOG") ? file : file + u(":%1 writes no line").arg(number);
+        return u(" (") + QStringList{place, function, category}.join(u(", ")) + u(")");
+    }
+};
+
 std::mutex mutex;
-QStringList texts;
-QStringList contexts;
+QVector<Line> lines;
 
 void capture(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     static const char* const levels[] = {"debug: ", "warning: ", "critical: ", "fatal: ", "info: "};
     const std::lock_guard<std::mutex> lock(mutex);
-    texts += u(levels[type]) + text;
-    contexts += u(" (") + QStringList{u(context.file), u(context.function), u(context.category)}.join(u(", ")) + u(")");
+    lines += {u(levels[type]) + text, u(context.file), context.line, u(context.function), u(context.category)};
 }
 
 } // namespace
@@ -31,9 +45,8 @@ LogCapture::~LogCapture() { qInstallMessageHandler(previous); }
 QStringList LogCapture::take(bool withContext)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    QStringList lines;
-    for (int i = 0; i < texts.size(); ++i) { lines += texts[i] + (withContext ? contexts[i] : QString()); }
-    texts.clear();
-    contexts.clear();
-    return lines;
+    QStringList texts;
+    for (const Line& line : qAsConst(lines)) { texts += line.text + (withContext ? line.context() : QString()); }
+    lines.clear();
+    return texts;
 }

@@ -13,7 +13,7 @@ public:
     /** What was written since the last call, each line as "warning: text". */
     QStringList takeTexts() { return take(false); }
 
-    /** The same with the context behind: "warning: text (file, function, category)". */
+    /** The same with the context behind: "warning: text (file, function, category)"; checks the line in the file. */
     QStringList takeLines() { return take(true); }
 
 private:
