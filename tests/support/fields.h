@@ -15,41 +15,42 @@ template <typename T> void change(QList<T>& value) { value.append(T()); }
 template <typename T> void change(QVector<T>& value) { value.append(T()); }
 template <typename T> void change(T& value) { value = T(int(value) + 1); }
 
-/**
- * For each field a "1" when changing it alone makes two records unequal, a "0" when it does not; "?" when the
- * fields do not stand in this order, or changing both records alike does not make them equal.
- */
-template <typename Record, typename... Fields> QString countingFields(Fields... fields)
+/** The bare name of a field: the compiler spells the template's argument in the signature. */
+template <auto field> QString nameOf()
 {
-    QString result;
-    const void* previous = nullptr;
-    const Record reference;
-    const auto examine = [&](auto field) {
-        Record record;
-        Record other;
-        change(record.*field);
-        result += QLatin1Char(record == other ? '0' : record != other ? '1' : '?');
-        change(other.*field);
-        const void* const place = &(reference.*field);
-        result += place > previous && record == other ? QString() : QStringLiteral("?");
-        previous = place;
-    };
-    (examine(fields), ...);
-    return result;
+    const QString signature = u(static_cast<const char*>(__PRETTY_FUNCTION__));
+    return signature.section(u("::"), -1).chopped(1);
 }
 
-/** What a printer writes, with the quoting that streams have by default. */
+/**
+ * The names of the fields that are unlike others, each with what is unlike: a field usually starts as zero or empty,
+ * counts in comparisons, and stands behind the field before it.
+ */
+template <typename Record, auto... fields> QString unusualFields()
+{
+    QStringList remarks;
+    const Record untouched;
+    const void* previous = nullptr;
+    const auto examine = [&](auto field, const QString& name) {
+        Record record;
+        Record other;
+        if (untouched.*field != std::decay_t<decltype(record.*field)>()) { remarks += name + u(" has a default"); }
+        change(record.*field);
+        if (record == other) { remarks += name + u(" is ignored"); }
+        if ((record == other) == (record != other)) { remarks += name + u(" is both"); }
+        change(other.*field);
+        if (!(record == other) || record != other) { remarks += name + u(" is never equal"); }
+        if (previous >= &(untouched.*field)) { remarks += name + u(" is out of order"); }
+        previous = &(untouched.*field);
+    };
+    (examine(fields, nameOf<fields>()), ...);
+    return remarks.join(u(", "));
+}
+
+/** What a printer writes, with the quoting that streams have by default; "|1" is streamed behind. */
 template <typename Record> QString printed(const Record& record)
 {
     QString text;
     QDebug(&text) << record << "|" << 1;
     return text;
-}
-
-/** The line of that name in tests/data/printed.txt. */
-inline QString expectedPrint(const char* name)
-{
-    const QByteArray lines = '\n' + readData("printed.txt");
-    const int begin = lines.indexOf('\n' + QByteArray(name) + ": ") + int(qstrlen(name)) + 3;
-    return u(lines.mid(begin, lines.indexOf('\n', begin) - begin));
 }

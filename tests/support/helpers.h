@@ -14,6 +14,9 @@
 inline QString u(const char* text) { return QString::fromUtf8(text); }
 inline QString u(const char16_t* text) { return QString::fromUtf16(text); }
 
+/** A text with " in place of each '. */
+inline QString quoted(const char* text) { return u(text).replace(QLatin1Char('\''), QLatin1Char('"')); }
+
 /** Writes a file and the folders it lies in; false when that fails. */
 inline bool writeFile(const QString& fileName, const QByteArray& content)
 {

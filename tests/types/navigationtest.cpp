@@ -2,37 +2,10 @@
 
 #include <support/fields.h>
 
-#include <QDebug>
-#include <QTest>
-
 namespace {
 
 using Descriptor = LocationDescriptor;
 using Database = DatabaseVersionResult;
-
-/** Which payloads count for a type: raw data, selection item, location, category, list. */
-QString countingPayloads(quint8 dataType)
-{
-    QString result;
-    for (int payload = 0; payload < 5; ++payload) {
-        Descriptor one;
-        one.dataType = dataType;
-        Descriptor other = one;
-        switch (payload) {
-        case 0: other.rawData = "x"; break;
-        case 1: other.selectionItem.id = 1; break;
-        case 2: other.poiLocation.descriptors.append(one); break;
-        case 3: other.poiCategoryItem.name = u("x"); break;
-        case 4: other.stringList += u("x"); break;
-        }
-        result += one == other ? u("0") : u("1");
-        Descriptor ofOtherType = one;
-        ++ofOtherType.dataType;
-        const bool isConsistent = one.isDataEqual(other) == (one == other) && (one != other) == !(one == other);
-        result += isConsistent && one != ofOtherType && one.isDataEqual(ofOtherType) ? QString() : u("?");
-    }
-    return result;
-}
 
 } // namespace
 
@@ -49,44 +22,55 @@ private Q_SLOTS:
         using Result = LocationInputResult;
         using Item = LocationInputSummaryItem;
         using Context = NavigationContext;
-        QCOMPARE(countingFields<Selection>(&Selection::id, &Selection::text), u("11"));
-        QCOMPARE(countingFields<Category>(
-                     &Category::aux1, &Category::aux2, &Category::aux3, &Category::name, &Category::aux4),
-            u("11111"));
-        QCOMPARE(countingFields<Poi>(&Poi::id, &Poi::descriptors), u("11"));
-        QCOMPARE(countingFields<Descriptor>(&Descriptor::aux1, &Descriptor::aux2, &Descriptor::dataType,
-                     &Descriptor::rawData, &Descriptor::stringList),
-            u("11110"));
+        QCOMPARE((unusualFields<Selection, &Selection::id, &Selection::text>()), QString());
+        QCOMPARE((unusualFields<Category, &Category::aux1, &Category::aux2, &Category::aux3, &Category::name,
+                     &Category::aux4>()),
+            QString());
+        QCOMPARE((unusualFields<Poi, &Poi::id, &Poi::descriptors>()), QString());
+        QCOMPARE((unusualFields<Descriptor, &Descriptor::aux1, &Descriptor::aux2, &Descriptor::dataType,
+                     &Descriptor::rawData, &Descriptor::stringList>()),
+            u("stringList is ignored")); // as the type 0 is no list's
         QCOMPARE(
-            countingFields<Result>(&Result::aux1, &Result::aux2, &Result::aux3, &Result::aux4, &Result::descriptors),
-            u("11111"));
-        QCOMPARE(countingFields<Item>(&Item::aux1, &Item::aux2, &Item::values, &Item::descriptors), u("1111"));
-        QCOMPARE(countingFields<Context>(&Context::mode, &Context::locations, &Context::aux), u("111"));
+            (unusualFields<Result, &Result::aux1, &Result::aux2, &Result::aux3, &Result::aux4, &Result::descriptors>()),
+            QString());
+        QCOMPARE((unusualFields<Item, &Item::aux1, &Item::aux2, &Item::values, &Item::descriptors>()), QString());
+        QCOMPARE((unusualFields<Context, &Context::mode, &Context::locations, &Context::aux>()), QString());
         Context context;
         context.locations.append(Descriptor());
         QVERIFY(context != Context() && !(context != context));
         QVERIFY(Item() == Item() && !(Item() != Item()));
         QVERIFY(Poi() == Poi() && !(Poi() != Poi()) && !(Selection() != Selection()) && !(Category() != Category()));
+        QCOMPARE(NavigationRequest().reserved, quint32(0)); // alone is not printed
     }
 
     void dataTypeSelectsThePayload()
     {
         for (int dataType = 0; dataType < 256; ++dataType) {
-            const QString expected = dataType == 27 || dataType == 54 ? u("01000")
-                                     : dataType == 33                 ? u("00100")
-                                     : dataType == 37                 ? u("00010")
-                                     : dataType == 56                 ? u("00001")
-                                                                      : u("10000");
-            QCOMPARE(countingPayloads(quint8(dataType)), expected);
-
-            Descriptor descriptor;
-            descriptor.dataType = quint8(dataType);
-            descriptor.rawData = QByteArray("grü\0xyz", 8);
-            descriptor.selectionItem.text = u("item");
-            descriptor.stringList = QStringList{u("a"), u("b")};
-            QCOMPARE(descriptor.dataToString(), dataType == 27 || dataType == 54 ? u("item")
-                                                : dataType == 56                 ? u("a,b")
-                                                                                 : u("grü"));
+            Descriptor one;
+            one.dataType = quint8(dataType);
+            one.rawData = QByteArray("grü\0xyz", 8);
+            one.selectionItem.text = u("item");
+            one.stringList = QStringList{u("a"), u("b")};
+            QVector<Descriptor> others(5, one);
+            others[0].rawData = "x";
+            others[1].selectionItem.id = 1;
+            others[2].poiLocation.descriptors.append(one);
+            others[3].poiCategoryItem.name = u("x");
+            others[4].stringList += u("x");
+            const int payload = dataType == 27 || dataType == 54 ? 1
+                                : dataType == 33                 ? 2
+                                : dataType == 37                 ? 3
+                                : dataType == 56                 ? 4
+                                                                 : 0;
+            for (Descriptor& other : others) {
+                QCOMPARE(one == other, &other != &others[payload]);
+                QCOMPARE(one != other, &other == &others[payload]);
+                QCOMPARE(one.isDataEqual(other), one == other);
+            }
+            Descriptor ofOtherType = one;
+            ++ofOtherType.dataType;
+            QVERIFY(one != ofOtherType && one.isDataEqual(ofOtherType));
+            QCOMPARE(one.dataToString(), u(payload == 1 ? "item" : payload == 4 ? "a,b" : "grü"));
         }
         Descriptor descriptor;
         QCOMPARE(descriptor.dataToString(), QString());
@@ -101,53 +85,80 @@ private Q_SLOTS:
         QCOMPARE(variant.value<QSequentialIterable>().size(), 1);
     }
 
+    void oneShotFilterIds_data()
+    {
+        QTest::addColumn<QList<int>>("keys");
+        QTest::addColumn<QByteArray>("extracted");
+
+        QTest::newRow("none") << QList<int>{} << QByteArray("- -");
+        QTest::newRow("others") << QList<int>{1, 3, 10} << QByteArray("- -");
+        QTest::newRow("the first of each") << QList<int>{9, 329, 257, 2, 258} << QByteArray("9 329");
+        QTest::newRow("329 serves both") << QList<int>{329, 258} << QByteArray("329 329");
+        QTest::newRow("without 329") << QList<int>{257, 2, 258} << QByteArray("257 2");
+        QTest::newRow("the last alone") << QList<int>{258} << QByteArray("- 258");
+    }
     void oneShotFilterIds()
     {
-        const auto extracted = [](std::initializer_list<unsigned short> keys) {
-            QHash<unsigned short, QByteArray> attributes;
-            for (const unsigned short key : keys) { attributes.insert(key, QByteArray::number(key)); }
-            QByteArray first = "-";
-            QByteArray second = "-";
-            extractOneShotFilterIds(attributes, first, second);
-            return first + ' ' + second;
-        };
-        QCOMPARE(extracted({}), QByteArray("- -"));
-        QCOMPARE(extracted({1, 3, 10}), QByteArray("- -"));
-        QCOMPARE(extracted({9, 329, 257, 2, 258}), QByteArray("9 329"));
-        QCOMPARE(extracted({329, 258}), QByteArray("329 329"));
-        QCOMPARE(extracted({257, 2, 258}), QByteArray("257 2"));
-        QCOMPARE(extracted({258}), QByteArray("- 258"));
+        QFETCH(QList<int>, keys);
+        QHash<unsigned short, QByteArray> attributes;
+        for (const int key : keys) { attributes.insert(quint16(key), QByteArray::number(key)); }
+        QByteArray first = "-";
+        QByteArray second = "-";
+        extractOneShotFilterIds(attributes, first, second);
+        QTEST(first + ' ' + second, "extracted");
     }
 
     void names()
     {
-        QStringList all;
+        QStringList actions;
+        QStringList devices;
+        QStringList types;
         for (int value = 0; value < 7; ++value) {
-            all += convert(Database::UpdateAction(value)) + u("/") + convert(Database::NaviDataImExportDevice(value))
-                   + u("/") + convert(Database::TypeOfUpdateData(value));
+            actions += convert(Database::UpdateAction(value));
+            devices += convert(Database::NaviDataImExportDevice(value));
+            types += convert(Database::TypeOfUpdateData(value));
         }
-        QCOMPARE(all.join(u(" ")),
-            u("NoAction/Reserved/BasicDatabase Install/Hdd/AdditionalContent Remove/Usb/Unknown "
-              "Unknown/Dvd/Unknown Unknown/Online/Unknown Unknown/Dxs/Unknown Unknown/Unknown/Unknown"));
+        QCOMPARE(actions.join(u(" ")), u("NoAction Install Remove Unknown Unknown Unknown Unknown"));
+        QCOMPARE(devices.join(u(" ")), u("Reserved Hdd Usb Dvd Online Dxs Unknown"));
+        QCOMPARE(types.join(u(" ")), u("BasicDatabase AdditionalContent Unknown Unknown Unknown Unknown Unknown"));
     }
 
-    void printers()
+    void printers_data()
     {
-        QCOMPARE(printed(NavigationContext::OneShot), expectedPrint("mode"));
-        QCOMPARE(printed(NavigationContext::Mode(-1)), expectedPrint("other mode"));
-        QCOMPARE(printed(NavigationRequest()), expectedPrint("default request"));
-        NavigationRequest request;
-        request.isRunning = request.isVoiceInputActive = true;
-        request.retryCount = -1;
-        request.intentGroup = 2;
-        request.mode = NavigationContext::Mode(7);
-        request.reserved = 3;
-        request.language = Thai;
-        QCOMPARE(printed(request), expectedPrint("full request"));
-        QCOMPARE(printed(Database()), expectedPrint("default database"));
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("expected");
+
+        QTest::newRow("mode") << printed(NavigationContext::OneShot) << "OneShot | 1 ";
+        QTest::newRow("other mode") << printed(NavigationContext::Mode(-1)) << "Unknown Mode | 1 ";
+        QTest::newRow("default request")
+            << printed(NavigationRequest())
+            << quoted("NavigationRequest { mode: FullWord , intentGroup:  0 , isVoiceInputActive:  false , retryCount: "
+                      " 0 , isRunning:  false , language:  Language { '00_00' }  }  | 1 ");
+        const NavigationRequest request{true, true, -1, 2, NavigationContext::Mode(7), 3, Thai};
+        QTest::newRow("full request")
+            << printed(request)
+            << quoted("NavigationRequest { mode: Unknown Mode , intentGroup:  2 , isVoiceInputActive:  true , "
+                      "retryCount:  -1 , isRunning:  true , language:  Language { 'th_TH' }  }  | 1 ");
+        QTest::newRow("default database")
+            << printed(Database())
+            << quoted("DatabaseVersionResult { tag: 0, naviDatabasePackageId: 0, typeOfUpdateData: 'BasicDatabase', "
+                      "sizeOfPackage: 0, naviDataImExportDevice: 'Reserved', installedFlag: 0, updateAction: "
+                      "'NoAction', detailedInformationAvailability: 0, packageVersionCoverage: '', "
+                      "packageVersionVendor: '', packageVersionNr: '', packageVersionDescription: '' } | 1 ");
         const Database full{1, 2, Database::AdditionalContent, 4'000'000'000, Database::Dxs, 65, Database::Remove, 255,
             u("Größe"), u("v \"x\""), u("n"), u("d")};
-        QCOMPARE(printed(full), expectedPrint("full database"));
+        QTest::newRow("full database")
+            << printed(full)
+            << quoted("DatabaseVersionResult { tag: 1, naviDatabasePackageId: 2, typeOfUpdateData: "
+                      "'AdditionalContent', sizeOfPackage: 4000000000, naviDataImExportDevice: 'Dxs', installedFlag: "
+                      "65, updateAction: 'Remove', detailedInformationAvailability: 255, packageVersionCoverage: "
+                      "'Größe', packageVersionVendor: 'v \\'x\\'', packageVersionNr: 'n', packageVersionDescription: "
+                      "'d' } | 1 ");
+    }
+    void printers()
+    {
+        QFETCH(QString, text);
+        QTEST(text, "expected");
     }
 };
 

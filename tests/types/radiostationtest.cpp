@@ -4,26 +4,14 @@
 
 #include <support/fields.h>
 
-#include <QDebug>
-#include <QTest>
-
 namespace {
+
+using Genre = RadioStation::Genre;
 
 // Read while this program's own statics are set up, after the library was loaded.
 const QVector<int> typeIds{QMetaType::type("Language"), QMetaType::type("QList<Language>"),
     QMetaType::type("PromptData"), QMetaType::type("RadioType"), QMetaType::type("RadioStation"),
     QMetaType::type("RadioStation::Genre")};
-
-QVector<int> converted(const QStringList& categoryNames)
-{
-    ExtendedSatelliteRadioChannel channel;
-    channel.categoryNames = categoryNames;
-    RadioStation station;
-    station = channel;
-    QVector<int> genres;
-    for (const RadioStation::Genre genre : qAsConst(station.genres)) { genres += genre; }
-    return genres;
-}
 
 /** A station with all fields set, of which conversions keep some and zero others. */
 RadioStation fullStation()
@@ -34,6 +22,14 @@ RadioStation fullStation()
     station.band = station.hdChannel = 1;
     station.frequency = station.serviceId = 2;
     station.programIdentification = station.componentId = station.channelNumber = 3;
+    return station;
+}
+
+/** What a full station is after the assignment of a record. */
+template <typename Record> RadioStation converted(const Record& record)
+{
+    RadioStation station = fullStation();
+    station = record;
     return station;
 }
 
@@ -57,25 +53,26 @@ private Q_SLOTS:
     void equality()
     {
         using W = WaveBand;
-        QCOMPARE(countingFields<W>(&W::aux1, &W::name, &W::aux2, &W::frequency, &W::programIdentification,
+        QCOMPARE((unusualFields<W, &W::aux1, &W::name, &W::aux2, &W::frequency, &W::programIdentification,
                      &W::rbdsCoding, &W::programType, &W::aux3, &W::aux4, &W::aux5, &W::aux6, &W::aux7, &W::aux8,
-                     &W::hdChannel, &W::aux9, &W::band),
-            u("1").repeated(16));
+                     &W::hdChannel, &W::aux9, &W::band>()),
+            QString());
         using D = DabService;
-        QCOMPARE(countingFields<D>(&D::ensembleAux1, &D::ensembleAux2, &D::ensembleLabel, &D::ensembleShortLabel,
+        QCOMPARE((unusualFields<D, &D::ensembleAux1, &D::ensembleAux2, &D::ensembleLabel, &D::ensembleShortLabel,
                      &D::serviceAux1, &D::serviceAux2, &D::shortLabel, &D::label, &D::serviceId, &D::componentAux1,
-                     &D::programType, &D::componentId, &D::componentAux2),
-            u("1").repeated(13));
+                     &D::programType, &D::componentId, &D::componentAux2>()),
+            QString());
         using C = SatelliteRadioCategory;
-        QCOMPARE(countingFields<C>(&C::id, &C::name, &C::alternateName), u("111"));
+        QCOMPARE((unusualFields<C, &C::id, &C::name, &C::alternateName>()), QString());
         using E = ExtendedSatelliteRadioChannel;
-        QCOMPARE(countingFields<E>(&E::aux1, &E::channelNumber, &E::shortName, &E::name, &E::categoryIds, &E::aux2,
-                     &E::aux3, &E::aux4, &E::categoryNames),
-            u("1").repeated(9));
+        QCOMPARE((unusualFields<E, &E::aux1, &E::channelNumber, &E::shortName, &E::name, &E::categoryIds, &E::aux2,
+                     &E::aux3, &E::aux4, &E::categoryNames>()),
+            QString());
         using R = RadioStation;
-        QCOMPARE(countingFields<R>(&R::name, &R::genres, &R::type, &R::band, &R::frequency, &R::programIdentification,
-                     &R::pronunciation, &R::readOut, &R::hdChannel, &R::serviceId, &R::componentId, &R::channelNumber),
-            u("1").repeated(12));
+        QCOMPARE(
+            (unusualFields<R, &R::name, &R::genres, &R::type, &R::band, &R::frequency, &R::programIdentification,
+                &R::pronunciation, &R::readOut, &R::hdChannel, &R::serviceId, &R::componentId, &R::channelNumber>()),
+            QString());
     }
 
     void caseAndOrderInEquality()
@@ -110,71 +107,91 @@ private Q_SLOTS:
         QVERIFY(station == full);
     }
 
+    void conversions_data()
+    {
+        QTest::addColumn<QString>("station");
+        QTest::addColumn<QString>("expected");
+
+        QTest::newRow("wave band")
+            << printed(converted(WaveBand{1, u("w"), 1, 101, 102, 0, 9, 1, 1, 1, 1, 1, 1, 103, 1, 104}))
+            << quoted("Radio { type: 1 name: 'w' genres: QVector(0) band: 104 frequency: 101 programIdentification: "
+                      "102 pronunciation: 'p' readOut 'p' hdChannel 103 serviceId: 0 componentId: 0 channelNumber: 0 "
+                      "}|1");
+        QTest::newRow("DAB service")
+            << printed(
+                   converted(DabService{1, 1, u("e"), u("e"), 1, 1, u("x"), u("d"), 4'000'000'000, 1, 29, 65535, 1}))
+            << quoted("Radio { type: 2 name: 'd' genres: QVector(9) band: 0 frequency: 0 programIdentification: 0 "
+                      "pronunciation: 'p' readOut 'p' hdChannel 0 serviceId: 4000000000 componentId: 65535 "
+                      "channelNumber: 0 }|1");
+        const QStringList categories{u("Jzz/Stndrd/Clscl"), u("CLASSICAL"), u("x"), u("y")};
+        QTest::newRow("satellite channel")
+            << printed(converted(ExtendedSatelliteRadioChannel{{1, 5, u("x"), u("s \"ä\""), {}, 1, 1, 1}, categories}))
+            << quoted("Radio { type: 3 name: 's \\'ä\\'' genres: QVector(0, 5, 20) band: 0 frequency: 0 "
+                      "programIdentification: 0 pronunciation: 'p' readOut 'p' hdChannel 0 serviceId: 0 componentId: 0 "
+                      "channelNumber: 5 }|1");
+    }
     void conversions()
     {
-        WaveBand waveBand;
-        waveBand.name = u("w");
-        waveBand.frequency = 101;
-        waveBand.programIdentification = 102;
-        waveBand.hdChannel = 103;
-        waveBand.band = 104;
-        waveBand.programType = 9;
-        RadioStation station = fullStation();
-        const QVector<RadioStation::Genre> shared = station.genres;
-        station = waveBand;
-        QCOMPARE(printed(station), expectedPrint("wave band"));
-        QCOMPARE(shared.size(), 2);
-        waveBand.rbdsCoding = 2;
-        station = waveBand;
-        QCOMPARE(station.genres, QVector<RadioStation::Genre>{RadioStation::Charts});
-        waveBand.programType = 32;
-        station = waveBand;
-        QCOMPARE(station.genres, QVector<RadioStation::Genre>{RadioStation::Unknown});
-
-        DabService service;
-        service.label = u("d");
-        service.shortLabel = u("x");
-        service.serviceId = 4'000'000'000;
-        service.componentId = 65535;
-        service.programType = 29;
-        station = fullStation();
-        station = service;
-        QCOMPARE(printed(station), expectedPrint("DAB service"));
-
-        ExtendedSatelliteRadioChannel channel;
-        channel.name = u("s \"ä\"");
-        channel.channelNumber = 5;
-        channel.categoryNames = QStringList{u("Jzz/Stndrd/Clscl"), u("CLASSICAL"), u("x"), u("y")};
-        station = fullStation();
-        station = channel;
-        QCOMPARE(printed(station), expectedPrint("satellite channel"));
-        QCOMPARE(printed(RadioStation()), expectedPrint("default station"));
+        QFETCH(QString, station);
+        QTEST(station, "expected");
     }
 
-    void genres()
+    void programTypes()
     {
-        // The sums and some codes of which the vocabularies think differently.
-        int rdsSum = 0;
-        int rbdsSum = 0;
-        for (int code = 0; code < 32; ++code) {
-            rdsSum += code * rdsGenreToTyxGenreHash[code];
-            rbdsSum += code * rbdsGenreToTyxGenreHash[code];
-        }
-        QCOMPARE(rdsSum, 8379);
-        QCOMPARE(rbdsSum, 9422);
+        const auto genresOf = [](uint rbdsCoding) { // of the codes from 0 on, and of the first beyond
+            QVector<int> genres;
+            for (quint8 code = 0; code <= 32; ++code) {
+                genres += converted(WaveBand{0, {}, 0, 0, 0, rbdsCoding, code}).genres.first();
+            }
+            return genres;
+        };
+        QCOMPARE(genresOf(0), (QVector<int>{0, 28, 28, 28, 39, 12, 10, 8, 36, 0, 32, 35, 11, 5, 5, 0, 42, 15, 4, 37, 33,
+                                  0, 41, 22, 20, 7, 27, 29, 16, 9, 0, 0, 0}));
+        QCOMPARE(genresOf(2), (QVector<int>{0, 28, 28, 39, 40, 35, 35, 1, 35, 3, 7, 29, 38, 29, 20, 5, 34, 34, 12, 33,
+                                  33, 37, 19, 12, 21, 21, 17, 0, 0, 42, 0, 0, 0}));
+        QCOMPARE(genreName(RadioStation::Jazz) + genreName(RadioStation::Weather), u("JazzWeather"));
+        QVERIFY(genreName(Genre(-1)).isNull() && genreName(Genre(43)).isNull());
         QCOMPARE(rdsGenreToTyxGenreHash.size(), 32);
         QCOMPARE(rbdsGenreToTyxGenreHash.size(), 32);
+    }
+
+    void categories_data()
+    {
+        QTest::addColumn<QVector<int>>("genres");
+
+        const QPair<const char*, int> single[] = {{"pop", 32}, {"more", 0}, {"rock", 35}, {"hip-hop", 17}, {"r&b", 34},
+            {"dance/electronic", 13}, {"country", 7}, {"christian", 33}, {"jazz/standards", 20}, {"classical", 5},
+            {"kids", 4}, {"family/health", 37}, {"sports", 39}, {"comedy", 6}, {"marquee talk", 18},
+            {"entertainment", 14}, {"news/publicradio", 28}, {"politics/issues", 31}, {"religion", 33},
+            {"traffic/weather", 42}, {"latino", 21}, {"canadian", 2}, {"holiday", 22}, {"party", 30},
+            {"nfl play-by-play", 25}, {"nfl pxp", 25}, {"mlb play-by-play", 23}, {"mlb pxp", 23},
+            {"nba play-by-play", 24}, {"nba pxp", 24}, {"nhl play-by-play", 26}, {"nhl pxp", 26},
+            {"sports play-by-play", 39}, {"sports pxp", 39}, {"deportes en vivo", 21}, {"Deportes en Vivo", 21}};
+        for (const auto& row : single) { QTest::newRow(row.first) << QVector<int>{row.second}; }
+        QTest::newRow("jzz/stndrd/clscl") << QVector<int>{5, 20};
+        QTest::newRow("news/politics") << QVector<int>{28, 31};
+        QTest::newRow("news/POLITICS,News/PublicRadio") << QVector<int>{28, 31};
+        QTest::newRow("Rock ,") << QVector<int>{0};
+        QTest::newRow("Rock,More,no such,rock") << QVector<int>{0, 35};
+    }
+    void categories()
+    {
+        ExtendedSatelliteRadioChannel channel;
+        channel.categoryNames = u(QTest::currentDataTag()).split(QLatin1Char(','));
+        QVector<int> genres;
+        for (const Genre genre : converted(channel).genres) { genres += genre; }
+        QTEST(genres, "genres");
         QCOMPARE(sdarsGenreToTyxGenreHash.size(), 39);
         QCOMPARE(sdarsGenreToTyxGenreHash.uniqueKeys().size(), 37);
-        QCOMPARE(sdarsGenreToTyxGenreHash.values(u("jzz/stndrd/clscl")),
-            (QList<RadioStation::Genre>{RadioStation::Classical, RadioStation::Jazz})); // the later one first
-        QCOMPARE(genreName(RadioStation::Jazz) + genreName(RadioStation::Weather), u("JazzWeather"));
-        QVERIFY(genreName(RadioStation::Genre(-1)).isNull() && genreName(RadioStation::Genre(43)).isNull());
-        QCOMPARE(converted({u("Deportes en Vivo")}), QVector<int>{21});
-        QCOMPARE(converted({u("news/POLITICS"), u("News/PublicRadio")}), QVector<int>({28, 31}));
-        QCOMPARE(converted({u("Rock "), u("")}), QVector<int>{0});
-        QCOMPARE(converted({u("Rock"), u("More"), u("no such"), u("rock")}), QVector<int>({0, 35}));
-        QCOMPARE(converted({}), QVector<int>());
+    }
+
+    void genresAreReplaced()
+    {
+        RadioStation station = fullStation();
+        const QVector<Genre> shared = station.genres;
+        station = ExtendedSatelliteRadioChannel();
+        QCOMPARE(station.genres, QVector<Genre>());
+        QCOMPARE(shared.size(), 2);
     }
 };
 
