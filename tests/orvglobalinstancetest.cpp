@@ -109,6 +109,13 @@ private Q_SLOTS:
         SingletonTracker::insert("d", nullptr);
         SingletonTracker::clear();
         QCOMPARE(deleted, QByteArray("abAc"));
+
+        const std::unique_ptr<Singleton> alsoForgotten(new Singleton('f'));
+        SingletonTracker::insert("e", alsoForgotten.get());
+        SingletonTracker::insert("e", new Singleton('e'));
+        SingletonTracker::erase("e");
+        QVERIFY(SingletonTracker::isEmpty() && SingletonTracker::at("e") == nullptr);
+        QCOMPARE(deleted, QByteArray("abAce"));
     }
 
     void aNameThatGoesWithTheInstance()

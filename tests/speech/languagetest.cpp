@@ -1,8 +1,14 @@
 #include <core/speech/language.h>
 
+#include <support/helpers.h>
+
 #include <QDebug>
 #include <QSequentialIterable>
-#include <QTest>
+
+using ToCode = QByteArray (*)(const Language&);
+using ToLanguage = Language (*)(const QByteArray&);
+Q_DECLARE_METATYPE(ToCode)
+Q_DECLARE_METATYPE(ToLanguage)
 
 namespace {
 
@@ -31,51 +37,55 @@ private Q_SLOTS:
         QCOMPARE(elements.at(1).value<Language>(), Thai);
     }
 
-    // What holds over the whole table, for values in and around it.
-    void codesOfAllValues()
+    void codes_data()
     {
-        int isoCodes = 0;
-        int iso3Codes = 0;
-        int ttsCodes = 0;
-        for (int value = -2; value <= 300; ++value) {
-            const auto language = Language(value);
-            const QByteArray iso = convertLanguageIdToIso(language);
-            const QByteArray iso3 = convertLanguageIdToIso3(language);
-            const QByteArray tts = convertTtsLanguageIdToIso3(language);
-            QCOMPARE(languageName(language).isEmpty(), iso.isEmpty());
-            isoCodes += iso.isEmpty() ? 0 : 1;
-            iso3Codes += iso3.isEmpty() ? 0 : 1;
-            ttsCodes += tts.isEmpty() ? 0 : 1;
-            QCOMPARE(convertIsoToLanguageId(iso), iso.isEmpty() ? InvalidLanguage : language);
-            QCOMPARE(convertIso3ToLanguageId(iso3), iso3.isEmpty() ? InvalidLanguage : language);
-            QCOMPARE(convertLanguageIdToIsoName(language).size(), iso.isEmpty() ? 0 : 5);
-            QVERIFY(iso3.isEmpty() || tts == iso3);
+        QTest::addColumn<ToCode>("toCode");
+        QTest::addColumn<ToLanguage>("toLanguage"); // null where there is no way back
+        QTest::addColumn<QString>("codes");         // of the values from 0 on, "-" for none
+
+        QTest::newRow("ISO")
+            << ToCode(convertLanguageIdToIso) << ToLanguage(convertIsoToLanguageId)
+            << "00_00 de_DE en_GB en_US es_ES it_IT fr_FR - nl_NL ar_AE cmn_TW cmn_CN ko_KR ja_JP ru_RU "
+               "fr_CA es_US pt_PT pl_PL el_GR tr_TR hu_HU ro_RO sv_SE pt_BR yue_HK yue_CN sk_SK cs_CZ "
+               "sl_SL da_DK no_NO fi_FI id_ID th_TH";
+        QTest::newRow("ISO name") << ToCode(convertLanguageIdToIsoName) << ToLanguage()
+                                  << "00_00 de_DE en_GB en_US es_ES it_IT fr_FR - nl_NL ar_AE zh_TW zh_CN ko_KR kt_JP "
+                                     "ru_RU fr_CA es_US pt_PT pl_PL el_GR tr_TR hu_HU ro_RO sv_SE pt_BR zh_TW zh_CN "
+                                     "sk_SK cs_CZ sl_SL da_DK no_NO fi_FI id_ID th_TH";
+        QTest::newRow("ISO 3")
+            << ToCode(convertLanguageIdToIso3) << ToLanguage(convertIso3ToLanguageId)
+            << "000-000 deu-DEU eng-GBR eng-USA spa-ESP ita-ITA fra-FRA - - - - cmn-CHN kor-KOR jpn-JPN "
+               "rus-RUS - - - - - - - - - por-BRA - - - - - - - - - -";
+        QTest::newRow("speech output") << ToCode(convertTtsLanguageIdToIso3) << ToLanguage()
+                                       << "000-000 deu-DEU eng-GBR eng-USA spa-ESP ita-ITA fra-FRA - nld-NLD ara-WWW "
+                                          "cmn-TWN cmn-CHN kor-KOR jpn-JPN rus-RUS - - por-POR pol-POL ell-GRC tur-TUR "
+                                          "hun-HUN - swe-SWE por-BRA yue-HKG yue-HKG slk-SVL ces-CZE - dan-DNK nor-NOR "
+                                          "fin-FIN ind-IDN tha-THA";
+    }
+    void codes()
+    {
+        QFETCH(ToCode, toCode);
+        QFETCH(ToLanguage, toLanguage);
+        QStringList codes;
+        for (int value = 0; value <= Thai; ++value) {
+            const QByteArray code = toCode(Language(value));
+            codes += code.isEmpty() ? u("-") : u(code);
+            QCOMPARE(languageName(Language(value)).isEmpty(), value == 7);
+            if (toLanguage != nullptr && !code.isEmpty()) { QCOMPARE(toLanguage(code), Language(value)); }
         }
-        QCOMPARE(isoCodes, 34);
-        QCOMPARE(iso3Codes, 12);
-        QCOMPARE(ttsCodes, 30);
-        QCOMPARE(languageName(Dutch) + languageName(PortugueseBrazil), QStringLiteral("DutchPortugueseBrazil"));
+        QTEST(codes.join(u(" ")), "codes");
+        for (const int value : {-1, Thai + 1, 255, INT_MAX}) { QCOMPARE(toCode(Language(value)), QByteArray()); }
     }
 
-    void irregularCodes()
+    void names()
     {
-        // value, ISO, ISO name, ISO3, TTS ISO3
-        for (const char* row :
-            {"0 00_00 00_00 000-000 000-000", "7    ", "9 ar_AE ar_AE  ara-WWW", "10 cmn_TW zh_TW  cmn-TWN",
-                "11 cmn_CN zh_CN cmn-CHN cmn-CHN", "13 ja_JP kt_JP jpn-JPN jpn-JPN", "19 el_GR el_GR  ell-GRC",
-                "24 pt_BR pt_BR por-BRA por-BRA", "25 yue_HK zh_TW  yue-HKG", "26 yue_CN zh_CN  yue-HKG",
-                "27 sk_SK sk_SK  slk-SVL", "29 sl_SL sl_SL  ", "31 no_NO no_NO  nor-NOR", "255    "}) {
-            const auto language = Language(QByteArray(row).split(' ').first().toInt());
-            const QByteArrayList codes{QByteArray::number(language), convertLanguageIdToIso(language),
-                convertLanguageIdToIsoName(language), convertLanguageIdToIso3(language),
-                convertTtsLanguageIdToIso3(language)};
-            QCOMPARE(codes.join(' '), QByteArray(row));
-        }
+        QCOMPARE(languageName(Dutch) + languageName(PortugueseBrazil), u("DutchPortugueseBrazil"));
+        QVERIFY(languageName(Language(-1)).isNull() && languageName(InvalidLanguage).isNull());
     }
 
     void unknownCodes()
     {
-        for (const char* code : {"de", "de-DE", "DE_de", "de_DE ", "zh_TW", "nld-NLD", "yue-HKG", "deu_DEU"}) {
+        for (const char* code : {"", "de", "de-DE", "DE_de", "de_DE ", "zh_TW", "nld-NLD", "yue-HKG", "deu_DEU"}) {
             QCOMPARE(convertIsoToLanguageId(code), InvalidLanguage);
             QCOMPARE(convertIso3ToLanguageId(code), InvalidLanguage);
         }
