@@ -1,6 +1,6 @@
 #include "fuzz.h"
 
-#include <support/plainways.h>
+#include <reference/prompts.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
 {
@@ -8,7 +8,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
     const auto context = input.chosenOf({GeneralContext, BrandSoundContext, A4AContext});
     const QString markup = input.text();
     if (context == A4AContext && markup.contains(QLatin1String("<file "))) { return 0; } // would read any file
-    const QString expected = printed(parsePlainly(markup, context, {}));
-    require(printed(PromptData::parse(markup, context)) == expected, "prompts are parsed as by the patterns");
+    const QString expected = described(reference::prompt(markup, context, {}));
+    require(described(PromptData::parse(markup, context)) == expected, "prompts are parsed as by the patterns");
     return 0;
 }

@@ -1,6 +1,6 @@
 #include "fuzz.h"
 
-#include <support/plainways.h>
+#include <reference/sentences.h>
 
 #include <core/parsers/sentencetokenizer.h>
 
@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
     const auto language = input.chosenOf({German, Arabic, MandarinChina, Korean, Japanese, InvalidLanguage});
     const QString text = input.text();
     const QStringList sentences = SentenceTokenizer::split(text, language);
-    require(sentences == splitPlainly(text, language), "texts are split as by the rules one after the other");
+    require(sentences == reference::sentences(text, language), "texts are split as by the rules one after the other");
     if (!text.contains(QLatin1Char('\\'))) {
         require(bare(sentences.join(QString())) == bare(text), "splitting removes and adds only blanks");
     }

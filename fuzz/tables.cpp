@@ -1,22 +1,29 @@
 #include "fuzz.h"
 
-#include <support/plainways.h>
+#include <reference/tablefields.h>
 
 #include <core/parsers/ecofile.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
 {
     const FuzzInput input(data, size);
-    EcoFile file;
+    const QString separator = QStringLiteral("#Separator %1").arg(input.variant, 0, 16);
+    EcoFile whole;
     for (const QString& line : input.text().split(QLatin1Char('\n'))) {
-        const QStringList fields = fieldsByPattern(line, char(input.variant));
-        require(fieldsOf(line, input.variant, fields.size()) == fields, "lines are scanned as by the pattern");
-        require(fieldsOf(line, input.variant, fields.size() + 1).isEmpty(), "lines of another length are dropped");
-        file.parseHeaderLine(line);
+        const QStringList fields = reference::tableFields(line, char(input.variant));
+        EcoFile file;
+        file.parseHeaderLine(separator);
+        for (int i = 0; i < fields.size(); ++i) { file.parseHeaderLine(QStringLiteral("#Column %1").arg(i)); }
         file.parseDataLine(line);
+        require(file.rows().size() == 1, "a line with a field for each column is a row");
+        for (int i = 0; i < fields.size(); ++i) {
+            require(file.rows().first()[QString::number(i)] == fields[i], "lines are scanned as by the pattern");
+        }
+        whole.parseHeaderLine(line);
+        whole.parseDataLine(line);
     }
-    for (EcoFile::Row row : file.rows()) {
-        for (const QString& column : file.header().columns()) { row[column] += QLatin1Char('x'); }
+    for (EcoFile::Row row : whole.rows()) {
+        for (const QString& column : whole.header().columns()) { row[column] += QLatin1Char('x'); }
     }
     return 0;
 }

@@ -1,15 +1,14 @@
 #include <core/inflate.h>
 
+#include <reference/inflating.h>
 #include <support/helpers.h>
 #include <support/logcapture.h>
-#include <support/plainways.h>
 
-#include <QTest>
+#include <QBuffer>
 #include <QtEndian>
 
 #include <dlfcn.h>
 #include <sys/mman.h>
-#include <zlib.h>
 
 namespace {
 
@@ -46,6 +45,17 @@ int inflateEnd(z_streamp stream)
 }
 
 namespace {
+
+/** What Inflate makes of the data in pieces. */
+QByteArray inflated(const QByteArray& data, int pieceSize)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    Inflate inflate(buffer);
+    inflate << QByteArray();
+    for (int i = 0; i < data.size(); i += pieceSize) { inflate << data.mid(i, pieceSize); }
+    return buffer.data();
+}
 
 /** The data as a zlib stream and as a gzip stream. */
 QVector<QByteArray> compressed(const QByteArray& data)
@@ -135,11 +145,12 @@ private Q_SLOTS:
             Inflate inflate(device);
             inflate << compressed(QByteArray(10'000'000, 'x')).first();
             QCOMPARE(device.total, 10'000'000);
-            QCOMPARE(device.largest, 16384);
+            QVERIFY(device.largest <= 16384);
         }
     }
 
-    // Cut and corrupted at a hundred places, or at each one in a long run: what comes out is what a plain loop writes up to the failure.
+    // Cut and corrupted at a hundred places, or at each one in a long run: what comes
+    // out is what the reference writes up to the failure.
     void damagedData()
     {
         LogCapture log;
@@ -151,10 +162,8 @@ private Q_SLOTS:
                 QVERIFY(log.takeLines().isEmpty());
                 QByteArray corrupt = data;
                 corrupt[i] = char(~corrupt[i]);
-                int result = Z_OK;
-                const QByteArray expected = inflatedPlainly(corrupt, result);
-                const bool isFailure = result < 0 && result != Z_BUF_ERROR;
-                QCOMPARE(inflated(isFailure ? corrupt + data : corrupt, corrupt.size()), expected);
+                const auto [output, result, isFailure] = reference::inflated(corrupt);
+                QCOMPARE(inflated(isFailure ? corrupt + data : corrupt, corrupt.size()), output);
                 const QString line =
                     u("warning: void Inflate::addData(const char*, std::size_t) inflate() failed with result code %1");
                 QCOMPARE(log.takeTexts(), isFailure ? QStringList(line.arg(result)) : QStringList());

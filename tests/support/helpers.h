@@ -34,20 +34,6 @@ inline QByteArray readFile(const QString& fileName)
 /** The content of a file in tests/data. */
 inline QByteArray readData(const char* name) { return readFile(u(TEST_DATA "/") + u(name)); }
 
-/** The cases of a file in tests/data, each with its lines: the further ones start with a blank. */
-inline QVector<QStringList> readCases(const char* name)
-{
-    QVector<QStringList> cases;
-    for (const QString& line : u(readData(name)).split(QLatin1Char('\n'))) {
-        if (line.startsWith(QLatin1Char(' '))) {
-            cases.last() += line;
-        } else if (!line.isEmpty() && !line.startsWith(QLatin1Char('#'))) {
-            cases += QStringList(line);
-        }
-    }
-    return cases;
-}
-
 /** How often a randomised comparison runs, which it prints: 20,000 times by @p share unless ORV_TEST_ROUNDS says else. */
 inline int testRounds(int share = 1)
 {

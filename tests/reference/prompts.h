@@ -1,0 +1,53 @@
+#pragma once
+
+#include <support/helpers.h>
+
+#include <core/speech/speechcommon_p.h>
+
+#include <QHash>
+#include <QRegExp>
+
+/**
+ * @file
+ * Reference implementation of PromptData::parse(), but for the files that hold off-board markup:
+ *
+ *  1. The forms of markup are tried in their order by the patterns that define them; the first that matches wins.
+ *     Off-board forms count in context A4AContext alone, and brand sounds alone in BrandSoundContext.
+ *  2. A brand sound is found by the text of its form, or else by the whole input.
+ *  3. Everything else, and any other context's input without "<", is text.
+ */
+namespace reference {
+
+inline PromptData prompt(const QString& input, PromptContext context, const QHash<QString, QString>& sounds)
+{
+    const bool isSoundContext = context == BrandSoundContext;
+    if (!isSoundContext && !input.contains(QLatin1Char('<'))) { return PromptData(input, PromptText); }
+    static QHash<const PromptForm*, QRegExp> patterns;
+    for (const PromptForm& form : promptForms) {
+        const bool isSound = form.rule == BrandSoundRule;
+        if (isSoundContext ? !isSound : context != A4AContext && form.rule < AudioRule) { continue; }
+        QRegExp& pattern = patterns[&form];
+        if (pattern.isEmpty()) { pattern.setPattern(u(form.pattern.source)); }
+        const bool matches = pattern.indexIn(input) >= 0;
+        if (isSound) {
+            const QString key = matches ? pattern.cap(form.text) : input;
+            if (sounds.contains(key)) { return PromptData(sounds[key], PromptAudio); }
+            if (isSoundContext) { return PromptData(key, PromptText); }
+        } else if (matches) {
+            PromptData result(pattern.cap(form.text), form.mode);
+            if (form.language != 0) { result.language = convertIsoToLanguageId(pattern.cap(form.language).toUtf8()); }
+            if (form.genre != 0) { result.genre = pattern.cap(form.genre); }
+            return result;
+        }
+    }
+    return PromptData(input, PromptText);
+}
+
+} // namespace reference
+
+/** The fields of a prompt in one text: mode, language, genre or "-", and text. */
+inline QString described(const PromptData& prompt)
+{
+    return u("%1 %2 %3 ").arg(prompt.mode).arg(prompt.language).arg(prompt.genre.isEmpty() ? u("-") : prompt.genre)
+           + prompt.text;
+}

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <support/helpers.h>
+
+#include <QRegExp>
+
+/**
+ * @file
+ * Reference implementation of how EcoFile takes a data line apart:
+ *
+ *  1. A field is what the pattern finds next, without the white space around it.
+ *  2. One semicolon, one blank and one quote in front go, in this order, then a quote at the end.
+ */
+namespace reference {
+
+inline QStringList tableFields(const QString& line, char separator)
+{
+    QRegExp pattern(u("((?:[^%1\"]|\"[^\"]*\"|^[%1])+)").arg(QLatin1Char(separator)));
+    QStringList fields;
+    for (int at = 0; (at = pattern.indexIn(line, at, QRegExp::CaretAtOffset)) >= 0; at += pattern.matchedLength()) {
+        QString field = pattern.cap(1).trimmed();
+        for (const char* opening : {";", " ", "\""}) { field = field.startsWith(u(opening)) ? field.mid(1) : field; }
+        fields += field.endsWith(u("\"")) ? field.chopped(1) : field;
+    }
+    return fields;
+}
+
+} // namespace reference
