@@ -4,6 +4,8 @@
 #include <QString>
 
 #include <cstddef>
+#include <cstdio>
+#include <cstdlib>
 
 /** The input of a fuzz target: a byte that chooses a variant, and the content. */
 class FuzzInput
@@ -26,4 +28,14 @@ public:
 };
 
 /** Ends the process unless @p holds; the fuzzer reports this as a finding. */
-void require(bool holds, const char* rule);
+inline void require(bool holds, const char* rule)
+{
+    if (!holds) {
+        std::fprintf(stderr, "broken rule: %s\n", rule);
+        std::abort();
+    }
+}
+
+// Log lines are no findings, and would slow the search.
+inline const QtMessageHandler usualHandler =
+    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
