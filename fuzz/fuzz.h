@@ -36,6 +36,6 @@ inline void require(bool holds, const char* rule)
     }
 }
 
-// Log lines are no findings, and would slow the search.
+// Log lines are not findings, and printing them would slow the search.
 inline const QtMessageHandler usualHandler =
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});

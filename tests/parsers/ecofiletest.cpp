@@ -34,32 +34,16 @@ private Q_SLOTS:
         QTest::addColumn<QString>("fields"); // joined by "|"
         QTest::addColumn<int>("separator");
 
-        QTest::newRow("quoted separators and blanks") << "a; \"b;c\" ;;d"
-                                                      << "a|b;c||d" << int(';');
-        QTest::newRow("empty") << "a;;b;"
-                               << "a||b|" << int(';');
-        QTest::newRow("first is empty") << ";b"
-                                        << "b" << int(';');
-        QTest::newRow("one blank goes") << "a;  b"
-                                        << "a| b" << int(';');
-        QTest::newRow("blanks around quotes") << "a; \"x\" "
-                                              << "a|x" << int(';');
-        QTest::newRow("quotes inside") << "a\"b;c\"d;e"
-                                       << "a\"b;c\"d|e" << int(';');
-        QTest::newRow("beyond ASCII") << "ä;文"
-                                      << "ä|文" << int(';');
-        QTest::newRow("a quote without a partner parts fields") << "a;\"b"
-                                                                << "a||b" << int(';');
-        QTest::newRow("other separators stay") << "a,\"b\",;c"
-                                               << "a|,\"b|,;c" << int(',');
-        QTest::newRow("a byte beyond ASCII") << "aäb"
-                                             << "a|äb" << 0xE4;
-        QTest::newRow("white space") << "a\tb"
-                                     << "a|b" << int('\t');
-        QTest::newRow("caret") << "a^b"
-                               << "" << int('^'); // no more than the pattern makes of it
-        QTest::newRow("bracket") << "a]b"
-                                 << "a|]b" << int(']');
+        const struct {
+            const char *name, *line, *fields;
+            int separator = ';';
+        } rows[] = {{"quotes and blanks", "a; \"b;c\" ;;d", "a|b;c||d"}, {"empty", "a;;b;", "a||b|"},
+            {"first is empty", ";b", "b"}, {"one blank goes", "a;  b", "a| b"}, {"blanks outside", "a; \"x\" ", "a|x"},
+            {"quotes inside", "a\"b;c\"d;e", "a\"b;c\"d|e"}, {"a quote alone parts fields", "a;\"b", "a||b"},
+            {"beyond ASCII", "ä;文", "ä|文"}, {"other separators stay", "a,\"b\",;c", "a|,\"b|,;c", ','},
+            {"a byte beyond ASCII", "aäb", "a|äb", 0xE4}, {"white space", "a\tb", "a|b", '\t'},
+            {"a caret, as the pattern has it", "a^b", "", '^'}, {"a bracket", "a]b", "a|]b", ']'}};
+        for (const auto& row : rows) { QTest::newRow(row.name) << row.line << row.fields << row.separator; }
     }
     void fields()
     {
