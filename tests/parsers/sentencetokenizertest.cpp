@@ -73,17 +73,11 @@ private Q_SLOTS:
         QTEST(found, "terminators");
     }
 
-    void emptyTextIsSilent()
+    void silent()
     {
         LogCapture log;
-        QCOMPARE(
-            SentenceTokenizer::split(QString(), German) + SentenceTokenizer::split(u(""), Japanese), QStringList());
-        QCOMPARE(log.takeTexts(), QStringList());
-    }
-
-    void rulesOfTheLogSilenceTheLine()
-    {
-        LogCapture log;
+        QVERIFY(SentenceTokenizer::split(QString(), German).isEmpty());
+        QVERIFY(SentenceTokenizer::split(u(""), Japanese).isEmpty());
         QLoggingCategory::setFilterRules(u("default.debug=false"));
         SentenceTokenizer::split(u("Ja."), German);
         QLoggingCategory::setFilterRules(QString());
