@@ -81,6 +81,8 @@ private Q_SLOTS:
         QVERIFY(loadBrandSounds(QString()).isEmpty());
     }
 
+    void defaults() { QCOMPARE(described(PromptData()) + QString::number(PromptData().flag), u("2 255 - 0")); }
+
     void parse_data()
     {
         QTest::addColumn<QString>("input");
