@@ -7,12 +7,11 @@
 extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
 {
     const FuzzInput input(data, size);
-    const QString separator = QStringLiteral("#Separator %1").arg(input.variant, 0, 16);
     EcoFile whole;
     for (const QString& line : input.text().split(QLatin1Char('\n'))) {
         const QStringList fields = reference::tableFields(line, char(input.variant));
         EcoFile file;
-        file.parseHeaderLine(separator);
+        file.parseHeaderLine(QStringLiteral("#Separator %1").arg(input.variant, 0, 16));
         for (int i = 0; i < fields.size(); ++i) { file.parseHeaderLine(QStringLiteral("#Column %1").arg(i)); }
         file.parseDataLine(line);
         require(file.rows().size() == 1, "a line with a field for each column is a row");

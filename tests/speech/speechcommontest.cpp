@@ -134,9 +134,8 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("text"); // null: the prompt stays the file
 
-        QTest::newRow("markup between others")
-            << QByteArray("\n<offboard>Grüße\r\nan alle</offboard>") << "Grüße\nan alle";
-        QTest::newRow("up to a NUL") << QByteArray("<offboard>a</offboard>\0</offboard>", 33) << "a";
+        QTest::newRow("line ends") << QByteArray("\n<offboard>Grüße\r\nan alle</offboard>") << u("Grüße\nan alle");
+        QTest::newRow("up to a NUL") << QByteArray("<offboard>a</offboard>\0</offboard>", 33) << u("a");
         QTest::newRow("behind a NUL") << QByteArray("\0<offboard>a</offboard>", 23) << QString();
         QTest::newRow("other markup") << QByteArray("<text>a</text>") << QString();
         QTest::newRow("no file") << QByteArray() << QString();
