@@ -12,8 +12,7 @@
 
 namespace {
 
-QByteArray hashByHand(const QString& fileName)
-{
+QByteArray hashByHand(const QString& fileName) {
     QCryptographicHash hash(QCryptographicHash::Md5);
     QFile file(fileName);
     file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
@@ -25,8 +24,7 @@ QByteArray hashByHand(const QString& fileName)
 }
 
 /** What the fastest hash at hand would take. */
-QByteArray hashByOpenSsl(const QString& fileName)
-{
+QByteArray hashByOpenSsl(const QString& fileName) {
     const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(), EVP_MD_CTX_free);
     EVP_DigestInit_ex(context.get(), EVP_md5(), nullptr);
     QFile file(fileName);
@@ -42,8 +40,7 @@ QByteArray hashByOpenSsl(const QString& fileName)
 
 } // namespace
 
-void addChecksums()
-{
+void addChecksums() {
     const struct {
         const char* name;
         int size;

@@ -5,8 +5,7 @@
 #include <vector>
 
 /** The code of a language, from an array of what the library says. */
-inline QByteArray codeOf(int value)
-{
+inline QByteArray codeOf(int value) {
     static const std::vector<QByteArray> codes = [] {
         std::vector<QByteArray> all;
         for (int each = 0; each <= Thai; ++each) { all.push_back(convertLanguageIdToIso(Language(each))); }

@@ -36,8 +36,7 @@ struct Comparison {
 Comparison& addComparison(const Comparison& comparison);
 
 /** Turns a function without a result into what a contender runs. */
-template <typename Function> std::function<double()> timed(Function function)
-{
+template <typename Function> std::function<double()> timed(Function function) {
     return [function]() mutable {
         function();
         return 0.0;

@@ -17,8 +17,7 @@ bool isMeasuring = false;
 HeapUse use;
 long inUse;
 
-void* taken(void* memory)
-{
+void* taken(void* memory) {
     if (isMeasuring) {
         ++use.allocations;
         inUse += long(malloc_usable_size(memory));
@@ -27,8 +26,7 @@ void* taken(void* memory)
     return memory;
 }
 
-void given(void* memory)
-{
+void given(void* memory) {
     if (isMeasuring) { inUse -= long(malloc_usable_size(memory)); }
 }
 
@@ -38,20 +36,17 @@ extern "C" void* malloc(std::size_t size) { return taken(__libc_malloc(size)); }
 
 extern "C" void* calloc(std::size_t count, std::size_t size) { return taken(__libc_calloc(count, size)); }
 
-extern "C" void* realloc(void* memory, std::size_t size)
-{
+extern "C" void* realloc(void* memory, std::size_t size) {
     given(memory);
     return taken(__libc_realloc(memory, size));
 }
 
-extern "C" void free(void* memory)
-{
+extern "C" void free(void* memory) {
     given(memory);
     __libc_free(memory);
 }
 
-HeapUse heapUseOf(const std::function<void()>& function)
-{
+HeapUse heapUseOf(const std::function<void()>& function) {
     use = HeapUse();
     inUse = 0;
     isMeasuring = true;

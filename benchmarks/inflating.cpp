@@ -23,8 +23,7 @@ protected:
     qint64 writeData(const char*, qint64 size) override { return size; }
 };
 
-QByteArray compressed(QByteArray data, int windowBits)
-{
+QByteArray compressed(QByteArray data, int windowBits) {
     z_stream stream = {};
     deflateInit2(&stream, 6, Z_DEFLATED, windowBits, 8, Z_DEFAULT_STRATEGY);
     QByteArray result(int(deflateBound(&stream, uLong(data.size()))), '\0');
@@ -39,14 +38,12 @@ QByteArray compressed(QByteArray data, int windowBits)
 }
 
 /** Where the pieces begin: elsewhere each time, as how buffers lie to each other in memory is worth 4 %, by luck. */
-int startOfPieces()
-{
+int startOfPieces() {
     static int calls = 0;
     return ++calls * 1283 % pieceSize;
 }
 
-void inflateByOrv(const QByteArray& data)
-{
+void inflateByOrv(const QByteArray& data) {
     NullDevice device;
     Inflate inflate(device);
     for (int i = 0, end = startOfPieces(); i < data.size(); i = end, end += pieceSize) {
@@ -54,8 +51,7 @@ void inflateByOrv(const QByteArray& data)
     }
 }
 
-void inflateByZlib(const QByteArray& data)
-{
+void inflateByZlib(const QByteArray& data) {
     NullDevice device;
     z_stream stream = {};
     inflateInit2(&stream, 47);
@@ -75,8 +71,7 @@ void inflateByZlib(const QByteArray& data)
 
 } // namespace
 
-void addInflating()
-{
+void addInflating() {
     QByteArray text = sampleText(EnglishUk, 1024 * 1024, false, 1).toUtf8();
     text = text.repeated(plainSize / text.size() + 1).left(plainSize);
     QByteArray noise(plainSize, '\0');

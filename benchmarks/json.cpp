@@ -7,8 +7,7 @@
 namespace {
 
 /** An object of 20 keys, of which "key7" leads one level deeper. */
-QJsonObject nested(int depth)
-{
+QJsonObject nested(int depth) {
     QJsonObject object;
     for (int i = 0; i < 20; ++i) { object.insert(QStringLiteral("key%1").arg(i), i); }
     if (depth > 1) { object.insert(QStringLiteral("key7"), nested(depth - 1)); }
@@ -17,8 +16,7 @@ QJsonObject nested(int depth)
 
 } // namespace
 
-void addJson()
-{
+void addJson() {
     for (const int depth : {1, 3, 6}) {
         for (const bool isHit : {true, false}) {
             const QJsonObject object = nested(depth);

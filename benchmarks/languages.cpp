@@ -8,8 +8,7 @@
 #include <QHash>
 #include <QVector>
 
-void addLanguages()
-{
+void addLanguages() {
     static QHash<QByteArray, Language> languages;
     static QVector<QByteArray> known;
     for (int value = 0; value <= Thai; ++value) {

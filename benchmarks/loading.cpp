@@ -6,8 +6,7 @@
 namespace {
 
 /** The CPU time of loading a library in a process of its own that has Qt Core already, in seconds. */
-double load(const std::string& library, const char* process, const char* binding)
-{
+double load(const std::string& library, const char* process, const char* binding) {
     // Unlike a QProcess this does not copy the pages of a program that holds many texts.
     FILE* const probe = popen((LOAD_PROBE " '" + library + "' " + process + ' ' + binding).c_str(), "r");
     double seconds = 0;
@@ -17,8 +16,7 @@ double load(const std::string& library, const char* process, const char* binding
 
 } // namespace
 
-void addLoading()
-{
+void addLoading() {
     const struct {
         const char *process, *binding;
         double target;

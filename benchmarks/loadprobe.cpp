@@ -16,15 +16,13 @@ Q_DECLARE_METATYPE(Known)
 
 namespace {
 
-double cpuTime()
-{
+double cpuTime() {
     timespec time;
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
     return double(time.tv_sec) + double(time.tv_nsec) * 1e-9;
 }
 
-double load(const char* library, int binding)
-{
+double load(const char* library, int binding) {
     const double before = cpuTime();
     void* const loaded = dlopen(library, binding);
     const double after = cpuTime();
@@ -34,8 +32,7 @@ double load(const char* library, int binding)
 
 } // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     if (argc != 4 || qVersion() == nullptr) { return 2; }
     const int binding = std::strcmp(argv[3], "lazy") == 0 ? RTLD_LAZY : RTLD_NOW;
     double seconds = 0;

@@ -26,8 +26,7 @@ class MedianKeeper : public benchmark::BenchmarkReporter
 public:
     bool ReportContext(const Context&) override { return true; }
 
-    void ReportRuns(const std::vector<Run>& runs) override
-    {
+    void ReportRuns(const std::vector<Run>& runs) override {
         for (const Run& run : runs) {
             if (run.run_type == Run::RT_Aggregate ? run.aggregate_name == "median" : run.repetitions < 2) {
                 medians[run.run_name.function_name] = run.GetAdjustedRealTime();
@@ -40,8 +39,7 @@ public:
 
 std::string keyOf(std::size_t index, const std::string& contender) { return std::to_string(index) + '|' + contender; }
 
-void registerContender(std::size_t index, const std::string& name, const std::function<double()>& run, bool isBrief)
-{
+void registerContender(std::size_t index, const std::string& name, const std::function<double()>& run, bool isBrief) {
     const Comparison& comparison = comparisons[index];
     const bool isSelfTimed = comparison.isSelfTimed;
     const std::string key = keyOf(index, name);
@@ -66,8 +64,7 @@ void registerContender(std::size_t index, const std::string& name, const std::fu
     }
 }
 
-void registerAll(const std::regex& filter, bool isBrief)
-{
+void registerAll(const std::regex& filter, bool isBrief) {
     for (std::size_t i = 0; i < comparisons.size(); ++i) {
         const Comparison& comparison = comparisons[i];
         if (std::regex_search(comparison.operation + ' ' + comparison.series + ' ' + comparison.input, filter)) {
@@ -77,8 +74,7 @@ void registerAll(const std::regex& filter, bool isBrief)
     }
 }
 
-std::vector<Measurement> measurementsOf(const std::map<std::string, double>& medians)
-{
+std::vector<Measurement> measurementsOf(const std::map<std::string, double>& medians) {
     std::vector<Measurement> measurements;
     for (std::size_t i = 0; i < comparisons.size(); ++i) {
         const Comparison& comparison = comparisons[i];
@@ -98,8 +94,7 @@ std::vector<Measurement> measurementsOf(const std::map<std::string, double>& med
 
 Comparison& addComparison(const Comparison& comparison) { return comparisons.emplace_back(comparison); }
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     // Memory stays with the process: getting it from the system anew is not what is compared.

@@ -19,26 +19,22 @@ constexpr double margin = 20;
 class Svg
 {
 public:
-    void text(double x, double y, const std::string& text, const char* anchor = "start", const char* colour = black)
-    {
+    void text(double x, double y, const std::string& text, const char* anchor = "start", const char* colour = black) {
         body += "<text" + at("x", x) + at("y", y) + " fill='" + colour + "' text-anchor='" + anchor + "'>" + text
                 + "</text>";
     }
 
-    void line(double x1, double y1, double x2, double y2, const char* colour, double thickness = 1)
-    {
+    void line(double x1, double y1, double x2, double y2, const char* colour, double thickness = 1) {
         body += "<line" + at("x1", x1) + at("y1", y1) + at("x2", x2) + at("y2", y2) + " stroke='" + colour + '\''
                 + at("stroke-width", thickness) + "/>";
     }
 
-    void dot(double x, double y, const char* colour)
-    {
+    void dot(double x, double y, const char* colour) {
         body += "<circle" + at("cx", x) + at("cy", y) + at("r", 3.5) + " fill='" + colour + "'/>";
     }
 
     /** The whole file. */
-    QByteArray content(double height) const
-    {
+    QByteArray content(double height) const {
         const std::string size = at("width", width) + at("height", height);
         return QByteArray::fromStdString("<svg xmlns='http://www.w3.org/2000/svg'" + size
                                          + " font-family='sans-serif' font-size='12'>\n<rect" + size + " fill='white'/>"
@@ -46,8 +42,7 @@ public:
     }
 
 private:
-    static std::string at(const char* name, double value)
-    {
+    static std::string at(const char* name, double value) {
         return ' ' + (name + ("='" + format("%.1f", value))) + '\'';
     }
 
@@ -55,8 +50,7 @@ private:
 };
 
 /** A row for each operation and peer, on a scale of powers. @return where it ends */
-double drawRatios(Svg& svg, const std::vector<Ratios>& rows, double top)
-{
+double drawRatios(Svg& svg, const std::vector<Ratios>& rows, double top) {
     constexpr double left = 380;
     constexpr double right = width - 90;
     constexpr double least = 0.03;
@@ -89,8 +83,7 @@ double drawRatios(Svg& svg, const std::vector<Ratios>& rows, double top)
 }
 
 /** A small chart of one series: the time for each unit of work by size. */
-void drawSeries(Svg& svg, const Growth& growth, double left, double top, double chartWidth, double chartHeight)
-{
+void drawSeries(Svg& svg, const Growth& growth, double left, double top, double chartWidth, double chartHeight) {
     const double bottom = top + chartHeight;
     svg.text(left, top - 6, growth.operation + ", " + growth.series, "start", growth.holds() ? black : red);
     svg.line(left, bottom, left + chartWidth, bottom, grey);
@@ -116,8 +109,7 @@ void drawSeries(Svg& svg, const Growth& growth, double left, double top, double 
 }
 
 /** @return where it ends */
-double drawGrowths(Svg& svg, const std::vector<Growth>& growths, double top)
-{
+double drawGrowths(Svg& svg, const std::vector<Growth>& growths, double top) {
     constexpr int chartsInRow = 5;
     constexpr double pitch = (width - 2 * margin) / chartsInRow;
     constexpr double rowHeight = 145;
@@ -133,8 +125,7 @@ double drawGrowths(Svg& svg, const std::vector<Growth>& growths, double top)
 
 } // namespace
 
-void writePicture(const Report& report, const char* fileName)
-{
+void writePicture(const Report& report, const char* fileName) {
     Svg svg;
     double bottom = drawRatios(svg, report.ratios, margin + 5);
     if (!report.growths.empty()) { bottom = drawGrowths(svg, report.growths, bottom + 40); }

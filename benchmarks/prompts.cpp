@@ -10,8 +10,7 @@ namespace {
 /** Whether this is a form of its own: the others are those that MarkupRule has too. */
 bool isMeasured(const PromptForm& form) { return form.rule != OffboardFileRule && form.rule != BrandSoundRule; }
 
-PromptData parseByRegularExpressions(const QString& input, PromptContext context)
-{
+PromptData parseByRegularExpressions(const QString& input, PromptContext context) {
     static const std::vector<QRegularExpression> patterns = [] {
         std::vector<QRegularExpression> result;
         for (const PromptForm& form : promptForms) {
@@ -33,8 +32,7 @@ PromptData parseByRegularExpressions(const QString& input, PromptContext context
 }
 
 /** A word, or words for what may hold blanks. */
-QString content(const PromptForm& form, int length)
-{
+QString content(const PromptForm& form, int length) {
     const bool isPath = form.mode == PromptAudio || form.mode == PromptFile;
     return (isPath ? QStringLiteral("/speech/sounds") : QStringLiteral("Please turn left. "))
         .repeated(length)
@@ -43,8 +41,7 @@ QString content(const PromptForm& form, int length)
 
 } // namespace
 
-void addPrompts()
-{
+void addPrompts() {
     for (const PromptForm& form : promptForms) {
         if (!isMeasured(form)) { continue; }
         const PromptContext context = form.rule == OffboardRule ? A4AContext : GeneralContext;

@@ -13,15 +13,13 @@
 
 namespace {
 
-std::string bytes(long count)
-{
+std::string bytes(long count) {
     return count < 10'000 ? std::to_string(count) + " B" : std::to_string(count / 1'000) + " kB";
 }
 
 const char* verdict(bool holds) { return holds ? "yes" : "**no**"; }
 
-QByteArray processor()
-{
+QByteArray processor() {
     QFile file(QStringLiteral("/proc/cpuinfo"));
     if (file.open(QIODevice::ReadOnly)) {
         for (const QByteArray& line : file.readAll().split('\n')) {
@@ -31,8 +29,7 @@ QByteArray processor()
     return "unknown processor";
 }
 
-void printMachine()
-{
+void printMachine() {
     utsname system;
     uname(&system);
     std::printf("%s, %u cores, %s %s; g++ %s, Qt %s, zlib %s, ICU %s\n", processor().constData(),
@@ -40,8 +37,7 @@ void printMachine()
         U_ICU_VERSION);
 }
 
-void printRatios(const std::vector<Ratios>& rows)
-{
+void printRatios(const std::vector<Ratios>& rows) {
     std::puts("\n| Operation | Compared with | Inputs | Our time / peer's: median | worst | Target | Holds |\n"
               "|---|---|---|---|---|---|---|");
     for (const Ratios& row : rows) {
@@ -54,8 +50,7 @@ void printRatios(const std::vector<Ratios>& rows)
 }
 
 /** The worst of each operation. */
-void printGrowth(const std::vector<Growth>& growths)
-{
+void printGrowth(const std::vector<Growth>& growths) {
     if (growths.empty()) { return; }
     std::puts("\n| Operation | Compared with | Worst of | Our growth / peer's | Target | Holds |\n"
               "|---|---|---|---|---|---|");
@@ -71,8 +66,7 @@ void printGrowth(const std::vector<Growth>& growths)
     }
 }
 
-void printDetails(const std::vector<Measurement>& measurements)
-{
+void printDetails(const std::vector<Measurement>& measurements) {
     std::puts(
         "\n| Operation | Input | Ours | Peers, and the ratio where it has a target | Allocations | Heap at most | "
         "Holds |\n|---|---|---|---|---|---|---|");
@@ -94,8 +88,7 @@ void printDetails(const std::vector<Measurement>& measurements)
 
 } // namespace
 
-void printReport(const Report& report)
-{
+void printReport(const Report& report) {
     printMachine();
     printRatios(report.ratios);
     printGrowth(report.growths);

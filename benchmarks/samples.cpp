@@ -8,8 +8,7 @@
 
 QList<Language> sampleLanguages() { return {German, EnglishUk, Russian, Arabic, Korean, MandarinChina, Japanese}; }
 
-QString sampleText(Language language, int length, bool isTagged, quint32 seed)
-{
+QString sampleText(Language language, int length, bool isTagged, quint32 seed) {
     QFile file(QStringLiteral(SAMPLE_DATA "/%1.txt").arg(QString::fromLatin1(convertLanguageIdToIso(language))));
     if (!file.open(QIODevice::ReadOnly)) { qFatal("no sample: %s", qPrintable(file.fileName())); }
     const bool hasBlanks = language != MandarinChina && language != Japanese;
@@ -41,16 +40,14 @@ QString sampleText(Language language, int length, bool isTagged, quint32 seed)
     return text;
 }
 
-QString temporaryPath(const QString& name)
-{
+QString temporaryPath(const QString& name) {
     // In memory where that can be, since disks are not what is compared.
     static const QTemporaryDir folder(
         QFileInfo(QStringLiteral("/dev/shm")).isWritable() ? QStringLiteral("/dev/shm/orvbench") : QString());
     return folder.filePath(name);
 }
 
-void writeFile(const QString& fileName, const QByteArray& content)
-{
+void writeFile(const QString& fileName, const QByteArray& content) {
     QFile file(fileName);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
         qFatal("cannot write %s", qPrintable(fileName));

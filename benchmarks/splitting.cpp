@@ -19,8 +19,7 @@ struct Piece {
 };
 using Pieces = std::vector<Piece>;
 
-Pieces piecesOf(const QString& text, const QStringList& sentences)
-{
+Pieces piecesOf(const QString& text, const QStringList& sentences) {
     Pieces pieces;
     for (const QString& sentence : sentences) {
         const qint64 range = text.size() - sentence.size();
@@ -33,8 +32,7 @@ Pieces piecesOf(const QString& text, const QStringList& sentences)
  * What no splitter can do without: one pass over the text that finds the marks which end its
  * sentences, and the list of strings. It has no rules and no tags, and knows where to cut.
  */
-QStringList floorOf(const QString& text, QChar fullStop, const Pieces& pieces)
-{
+QStringList floorOf(const QString& text, QChar fullStop, const Pieces& pieces) {
     const auto isMark = [fullStop](QChar character) {
         return character == fullStop || character == QLatin1Char('!') || character == QLatin1Char('?');
     };
@@ -47,8 +45,7 @@ QStringList floorOf(const QString& text, QChar fullStop, const Pieces& pieces)
     return sentences;
 }
 
-QStringList splitByIcu(icu::BreakIterator& iterator, const QString& text)
-{
+QStringList splitByIcu(icu::BreakIterator& iterator, const QString& text) {
     const icu::UnicodeString view(false, reinterpret_cast<const char16_t*>(text.utf16()), text.size());
     iterator.setText(view);
     QStringList sentences;
@@ -59,8 +56,7 @@ QStringList splitByIcu(icu::BreakIterator& iterator, const QString& text)
     return sentences;
 }
 
-QStringList splitByQt(const QString& text)
-{
+QStringList splitByQt(const QString& text) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Sentence, text);
     QStringList sentences;
     int begin = 0;
@@ -71,16 +67,14 @@ QStringList splitByQt(const QString& text)
 }
 
 /** Runs a function with the next of several texts each time, so that no short one is known by heart. */
-template <typename Function> std::function<double()> withNextOf(const QStringList& texts, Function function)
-{
+template <typename Function> std::function<double()> withNextOf(const QStringList& texts, Function function) {
     return timed([texts, function, next = 0]() mutable {
         function(next);
         next = (next + 1) % texts.size();
     });
 }
 
-void add(Language language, int kilobytes, bool isTagged)
-{
+void add(Language language, int kilobytes, bool isTagged) {
     const int length = kilobytes * 512;
     QStringList texts;
     std::vector<Pieces> pieces;
@@ -111,8 +105,7 @@ void add(Language language, int kilobytes, bool isTagged)
 
 } // namespace
 
-void addSplitting()
-{
+void addSplitting() {
     for (const bool isTagged : {false, true}) {
         for (const Language language : sampleLanguages()) {
             for (const int kilobytes : {1, 64, 1024, 16 * 1024}) { add(language, kilobytes, isTagged); }

@@ -6,8 +6,7 @@
 #include <QFile>
 #include <QJsonDocument>
 
-void addStore()
-{
+void addStore() {
     using Manager = SpeechChecksumManager;
     const QString fileName = temporaryPath(QStringLiteral("store.json"));
     qputenv("ORV_SPEECH_CHECKSUM_FILE", fileName.toUtf8());

@@ -5,22 +5,19 @@
 
 namespace {
 
-double median(std::vector<double> values)
-{
+double median(std::vector<double> values) {
     std::sort(values.begin(), values.end());
     const std::size_t half = values.size() / 2;
     return values.size() % 2 != 0 ? values[half] : (values[half - 1] + values[half]) / 2;
 }
 
 /** The one of @p rows that @p isSame tells of, which is made where it is missing. */
-template <typename Row, typename Predicate> Row& rowIn(std::vector<Row>& rows, Predicate isSame, const Row& made)
-{
+template <typename Row, typename Predicate> Row& rowIn(std::vector<Row>& rows, Predicate isSame, const Row& made) {
     const auto found = std::find_if(rows.begin(), rows.end(), isSame);
     return found != rows.end() ? *found : rows.emplace_back(made);
 }
 
-std::vector<Ratios> ratiosOf(const std::vector<Measurement>& measurements)
-{
+std::vector<Ratios> ratiosOf(const std::vector<Measurement>& measurements) {
     struct Row {
         Ratios ratios;
         std::vector<double> values;
@@ -52,8 +49,7 @@ std::vector<Ratios> ratiosOf(const std::vector<Measurement>& measurements)
     return result;
 }
 
-std::vector<Growth> growthsOf(const std::vector<Measurement>& measurements)
-{
+std::vector<Growth> growthsOf(const std::vector<Measurement>& measurements) {
     std::vector<Growth> growths;
     for (const Measurement& measurement : measurements) {
         const Comparison& comparison = measurement.comparison;
@@ -72,16 +68,14 @@ std::vector<Growth> growthsOf(const std::vector<Measurement>& measurements)
 
 } // namespace
 
-bool Measurement::holds(std::size_t peer) const
-{
+bool Measurement::holds(std::size_t peer) const {
     const double limit = comparison.peers[peer].target.each;
     return (limit == 0 || ratio(peer) <= limit)
            && (comparison.allocationLimit < 0 || heap.allocations <= comparison.allocationLimit)
            && (comparison.heapLimit == 0 || heap.peak <= comparison.heapLimit);
 }
 
-bool Measurement::holds() const
-{
+bool Measurement::holds() const {
     for (std::size_t i = 0; i < peers.size(); ++i) {
         if (!holds(i)) { return false; }
     }
@@ -91,25 +85,21 @@ bool Measurement::holds() const
 Report::Report(const std::vector<Measurement>& measurements)
     : measurements(measurements)
     , ratios(ratiosOf(measurements))
-    , growths(growthsOf(measurements))
-{}
+    , growths(growthsOf(measurements)) {}
 
-bool Report::holds() const
-{
+bool Report::holds() const {
     const auto holds = [](const auto& row) { return row.holds; };
     return std::all_of(ratios.begin(), ratios.end(), holds)
            && std::all_of(growths.begin(), growths.end(), [](const Growth& growth) { return growth.holds(); });
 }
 
-std::string format(const char* pattern, double value)
-{
+std::string format(const char* pattern, double value) {
     char text[32];
     std::snprintf(text, sizeof text, pattern, value);
     return text;
 }
 
-std::string duration(double nanoseconds)
-{
+std::string duration(double nanoseconds) {
     const char* const units[] = {"ns", "us", "ms", "s"};
     std::size_t unit = 0;
     while (nanoseconds >= 1000 && unit + 1 < std::size(units)) {

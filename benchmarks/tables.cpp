@@ -11,8 +11,7 @@
 namespace {
 
 /** A plain reader of separated values, with quotes, to lists of strings. */
-QList<QStringList> readPlainly(const QString& fileName)
-{
+QList<QStringList> readPlainly(const QString& fileName) {
     QFile file(fileName);
     file.open(QIODevice::ReadOnly);
     QTextStream stream(&file);
@@ -37,8 +36,7 @@ QList<QStringList> readPlainly(const QString& fileName)
     return rows;
 }
 
-void addReading(int rowCount)
-{
+void addReading(int rowCount) {
     QByteArray content = "#ECO 1.0 UTF-8;\n";
     for (const char* column : {"id", "name", "street", "city", "phone", "hours"}) {
         content += QByteArray("#Column ") + column + '\n';
@@ -61,8 +59,7 @@ void addReading(int rowCount)
 }
 
 /** Reads the fields of @p rowCount rows of @p columnCount columns by their names. */
-std::function<double()> readWholeRows(int columnCount, int rowCount)
-{
+std::function<double()> readWholeRows(int columnCount, int rowCount) {
     QStringList names;
     EcoFile file;
     for (int i = 0; i < columnCount; ++i) {
@@ -81,8 +78,7 @@ std::function<double()> readWholeRows(int columnCount, int rowCount)
 
 } // namespace
 
-void addTables()
-{
+void addTables() {
     for (const int rowCount : {2'000, 20'000, 200'000}) { addReading(rowCount); }
     addComparison({"whole row, for each column", "100 columns", readWholeRows(100, 60),
         {{"6 columns", readWholeRows(6, 1'000), {1.5}}}, 6'000});

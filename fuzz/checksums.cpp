@@ -13,8 +13,7 @@ namespace {
 
 using Manager = SpeechChecksumManager;
 
-void checkKey(const QString& path, Language language, Manager::ChecksumType type)
-{
+void checkKey(const QString& path, Language language, Manager::ChecksumType type) {
     const Manager::ChecksumKey key(Manager::ChecksumKey(path, language, type).toString());
     const bool hasCode = !convertLanguageIdToIso(language).isEmpty();
     require(key.filePath == path && key.language == (hasCode ? language : InvalidLanguage) && key.type == type,
@@ -22,8 +21,7 @@ void checkKey(const QString& path, Language language, Manager::ChecksumType type
 }
 
 /** Loaded entries survive writing and reloading, except for paths that a key or the file cannot represent. */
-void checkStore(const QByteArray& content)
-{
+void checkStore(const QByteArray& content) {
     static const QTemporaryDir folder;
     const QString fileName = folder.filePath(QStringLiteral("store.json"));
     qputenv("ORV_SPEECH_CHECKSUM_FILE", fileName.toLocal8Bit());
@@ -47,8 +45,7 @@ void checkStore(const QByteArray& content)
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size) {
     const FuzzInput input(data, size);
     checkStore(input.bytes);
     const QString path = input.text().remove(QLatin1Char(';'));

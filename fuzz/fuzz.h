@@ -13,13 +13,11 @@ class FuzzInput
 public:
     FuzzInput(const quint8* data, std::size_t size)
         : variant(size > 0 ? data[0] : 0)
-        , bytes(size > 0 ? QByteArray(reinterpret_cast<const char*>(data + 1), int(size - 1)) : QByteArray(""))
-    {}
+        , bytes(size > 0 ? QByteArray(reinterpret_cast<const char*>(data + 1), int(size - 1)) : QByteArray("")) {}
 
     QString text() const { return QString::fromUtf8(bytes.constData(), bytes.size()); }
 
-    template <typename T, std::size_t count> T chosenOf(const T (&values)[count]) const
-    {
+    template <typename T, std::size_t count> T chosenOf(const T (&values)[count]) const {
         return values[variant % count];
     }
 
@@ -28,8 +26,7 @@ public:
 };
 
 /** Ends the process unless @p holds; the fuzzer reports this as a finding. */
-inline void require(bool holds, const char* rule)
-{
+inline void require(bool holds, const char* rule) {
     if (!holds) {
         std::fprintf(stderr, "broken rule: %s\n", rule);
         std::abort();

@@ -6,8 +6,7 @@
 
 #include <QBuffer>
 
-extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size) {
     const FuzzInput input(data, size);
     const auto [expected, result, isFailure] = reference::inflated(input.bytes);
     for (const int pieceSize : {qMax(1, input.bytes.size()), 1 + input.variant}) {

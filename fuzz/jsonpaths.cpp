@@ -5,8 +5,7 @@
 #include <QStringList>
 
 // The input is a document, a line break, and a path.
-extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size) {
     const FuzzInput input(data, size);
     const int end = input.bytes.lastIndexOf('\n');
     const QJsonDocument document = QJsonDocument::fromJson(input.bytes.left(end));

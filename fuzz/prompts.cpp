@@ -2,8 +2,7 @@
 
 #include <reference/prompts.h>
 
-extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size) {
     const FuzzInput input(data, size);
     const auto context = input.chosenOf({GeneralContext, BrandSoundContext, A4AContext});
     const QString markup = input.text();

@@ -6,8 +6,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size);
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     int count = 0;
     for (int i = 1; i < argc; ++i) {
         const QDir folder(QString::fromLocal8Bit(argv[i]));

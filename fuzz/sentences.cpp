@@ -4,8 +4,7 @@
 
 #include <core/parsers/sentencetokenizer.h>
 
-extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size) {
     const FuzzInput input(data, size);
     const auto language = input.chosenOf({German, Arabic, MandarinChina, Korean, Japanese, InvalidLanguage});
     const QString text = input.text();

@@ -4,8 +4,7 @@
 
 #include <core/parsers/ecofile.h>
 
-extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size)
-{
+extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size) {
     const FuzzInput input(data, size);
     EcoFile whole;
     for (const QString& line : input.text().split(QLatin1Char('\n'))) {

@@ -10,8 +10,7 @@ namespace {
 
 /** Asks for a setting when everything that was made after the start of the program is gone. */
 struct LateUser {
-    ~LateUser()
-    {
+    ~LateUser() {
         if (asks) { std::printf("%d", ApplicationSettings::value(u("a/b"), 5).toInt()); }
     }
     bool asks = false;
@@ -27,8 +26,7 @@ class ApplicationSettingsTest : public QObject
 
 private Q_SLOTS:
     // In this order: settings that were loaded once stay for the life of the process.
-    void settingsAreLoadedOnce()
-    {
+    void settingsAreLoadedOnce() {
         QCoreApplication::setApplicationName(u("settings of a test"));
         const QString fileName = QCoreApplication::applicationDirPath() + u("/settings of a test.json");
         QFile::remove(fileName);
@@ -66,16 +64,14 @@ private Q_SLOTS:
         QVERIFY(log.takeLines().isEmpty());
     }
 
-    void defaultOnceSettingsAreGone()
-    {
+    void defaultOnceSettingsAreGone() {
         const ChildResult result = runChild({u("late")});
         QVERIFY(!result.isCrash);
         QCOMPARE(result.output, QByteArray("5"));
     }
 };
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     if (argc == 2 && qstrcmp(argv[1], "late") == 0) {
         lateUser.asks = true;

@@ -17,29 +17,25 @@ int answerOfInit = Z_OK;
 int answerOfInflate = Z_OK;
 int streamsInUse = 0;
 
-template <typename Function> Function zlibs(const char* name, Function)
-{
+template <typename Function> Function zlibs(const char* name, Function) {
     return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
 } // namespace
 
 // These stand before zlib's own also for the library.
-int inflateInit2_(z_streamp stream, int windowBits, const char* version, int size)
-{
+int inflateInit2_(z_streamp stream, int windowBits, const char* version, int size) {
     if (answerOfInit != Z_OK) { return answerOfInit; }
     ++streamsInUse;
     return zlibs("inflateInit2_", inflateInit2_)(stream, windowBits, version, size);
 }
 
-int inflate(z_streamp stream, int flush)
-{
+int inflate(z_streamp stream, int flush) {
     const int answer = zlibs("inflate", inflate)(stream, flush);
     return answerOfInflate == Z_OK ? answer : answerOfInflate;
 }
 
-int inflateEnd(z_streamp stream)
-{
+int inflateEnd(z_streamp stream) {
     --streamsInUse;
     return zlibs("inflateEnd", inflateEnd)(stream);
 }
@@ -47,8 +43,7 @@ int inflateEnd(z_streamp stream)
 namespace {
 
 /** What Inflate makes of the data in pieces. */
-QByteArray inflated(const QByteArray& data, int pieceSize)
-{
+QByteArray inflated(const QByteArray& data, int pieceSize) {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     Inflate inflate(buffer);
@@ -58,8 +53,7 @@ QByteArray inflated(const QByteArray& data, int pieceSize)
 }
 
 /** The data as a zlib stream and as a gzip stream. */
-QVector<QByteArray> compressed(const QByteArray& data)
-{
+QVector<QByteArray> compressed(const QByteArray& data) {
     const QByteArray zlib = qCompress(data).mid(4); // behind Qt's own header
     QByteArray trailer(8, '\0');
     qToLittleEndian(quint32(crc32(0, reinterpret_cast<const Bytef*>(data.data()), uInt(data.size()))), trailer.data());
@@ -79,16 +73,14 @@ public:
 
 protected:
     qint64 readData(char*, qint64) override { return -1; }
-    qint64 writeData(const char*, qint64 size) override
-    {
+    qint64 writeData(const char*, qint64 size) override {
         largest = qMax(largest, size);
         total += size;
         return refuses ? -1 : size;
     }
 };
 
-QByteArray sampleText()
-{
+QByteArray sampleText() {
     QByteArray text;
     for (int i = 0; text.size() < 100'000; ++i) {
         text += "line " + QByteArray::number(i * i) + (i % 7 == 0 ? "\r\n" : "\n");
@@ -103,8 +95,7 @@ class InflateTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void piecesOfAnySize()
-    {
+    void piecesOfAnySize() {
         LogCapture log;
         const QByteArray text = sampleText();
         for (const QByteArray& data : compressed(text)) {
@@ -116,8 +107,7 @@ private Q_SLOTS:
         QVERIFY(log.takeLines().isEmpty());
     }
 
-    void endOfTheStream()
-    {
+    void endOfTheStream() {
         LogCapture log;
         const auto state = [](const QByteArray& data, int pieceSize) {
             BlockDevice device;
@@ -137,8 +127,7 @@ private Q_SLOTS:
         QCOMPARE(state("no stream", 3), u("0 1 0"));
     }
 
-    void blocksAreSmall()
-    {
+    void blocksAreSmall() {
         for (const bool refuses : {false, true}) { // what the device makes of them is its own affair
             BlockDevice device;
             device.refuses = refuses;
@@ -150,8 +139,7 @@ private Q_SLOTS:
     }
 
     // Cut and corrupted at a hundred places, or at each one in a long run.
-    void damagedData()
-    {
+    void damagedData() {
         LogCapture log;
         const QByteArray text = sampleText().left(40'000);
         for (const QByteArray& data : compressed(text)) {
@@ -170,8 +158,7 @@ private Q_SLOTS:
         }
     }
 
-    void answersThatZlibHardlyGives()
-    {
+    void answersThatZlibHardlyGives() {
         LogCapture log;
         const QString here = u("void Inflate::addData(const char*, std::size_t)");
         const QByteArray text = sampleText().left(20'000); // two blocks
@@ -200,8 +187,7 @@ private Q_SLOTS:
     }
 
     // More than zlib counts, or on 32 bits more than an int holds.
-    void hugeBlock()
-    {
+    void hugeBlock() {
         // Only the first bytes are backed by memory; behind the end of the stream nothing is looked at.
         const auto size = std::size_t(sizeof(std::size_t) > 4 ? Q_UINT64_C(0x1'0000'0001) : 0x8000'0001);
         const QByteArray data = compressed(sampleText()).last();

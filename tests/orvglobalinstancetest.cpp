@@ -18,10 +18,8 @@ class Singleton : public AbstractSingleton
 public:
     explicit Singleton(char name, std::function<void()> atEnd = nullptr)
         : name(name)
-        , atEnd(std::move(atEnd))
-    {}
-    ~Singleton() override
-    {
+        , atEnd(std::move(atEnd)) {}
+    ~Singleton() override {
         deleted += name;
         if (atEnd) { atEnd(); }
     }
@@ -31,8 +29,7 @@ private:
     const std::function<void()> atEnd;
 };
 
-void call(const QByteArray& operation)
-{
+void call(const QByteArray& operation) {
     if (operation == "at") { SingletonTracker::at("other"); }
     if (operation == "insert") { SingletonTracker::insert("other", nullptr); }
     if (operation == "erase") { SingletonTracker::erase("other"); }
@@ -41,8 +38,7 @@ void call(const QByteArray& operation)
 }
 
 /** One case, in a process of its own. */
-int runCase(const QByteArray& name, const QByteArray& operation)
-{
+int runCase(const QByteArray& name, const QByteArray& operation) {
     if (name == "exit") {
         const auto print = [] { std::printf("%s ", deleted.constData()); };
         for (const char* singleton : {"a", "b", "c"}) {
@@ -72,14 +68,12 @@ class OrvGlobalInstanceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
+    void init() {
         deleted.clear();
         QVERIFY(SingletonTracker::isEmpty());
     }
 
-    void ownsAndFinds()
-    {
+    void ownsAndFinds() {
         auto* const second = new Singleton('2');
         const char twin[] = {'t', 'w', 'o', '\0', 'x'}; // a name ends with its NUL
         SingletonTracker::insert("one", new Singleton('1'));
@@ -95,8 +89,7 @@ private Q_SLOTS:
         QCOMPARE(deleted, QByteArray("2431"));
     }
 
-    void aNameRegisteredTwice()
-    {
+    void aNameRegisteredTwice() {
         const std::unique_ptr<Singleton> forgotten(new Singleton('f'));
         SingletonTracker::insert("a", forgotten.get());
         SingletonTracker::insert("b", new Singleton('b'));
@@ -118,8 +111,7 @@ private Q_SLOTS:
         QCOMPARE(deleted, QByteArray("abAce"));
     }
 
-    void aNameThatGoesWithTheInstance()
-    {
+    void aNameThatGoesWithTheInstance() {
         char name[] = "n";
         SingletonTracker::insert("a", new Singleton('a'));
         SingletonTracker::insert(name, new Singleton('n', [&name] { *name = 'a'; }));
@@ -130,8 +122,7 @@ private Q_SLOTS:
         QCOMPARE(deleted, QByteArray("n0a"));
     }
 
-    void lookUpsNeverCollide()
-    {
+    void lookUpsNeverCollide() {
         auto* const singleton = new Singleton('a');
         SingletonTracker::insert("a", singleton);
         std::atomic<int> right{0};
@@ -142,15 +133,13 @@ private Q_SLOTS:
         SingletonTracker::clear();
     }
 
-    void processExitDeletesNewestFirst()
-    {
+    void processExitDeletesNewestFirst() {
         const ChildResult result = runChild({u("exit"), u("-")});
         QCOMPARE(result.output, QByteArray("c cb cba "));
         QCOMPARE(result.exitCode, 0);
     }
 
-    void contentionIsFatal()
-    {
+    void contentionIsFatal() {
         const struct {
             const char *operation, *message;
         } rows[] = {
@@ -171,8 +160,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     if (argc == 3) { return runCase(argv[1], argv[2]); }
     QCoreApplication application(argc, argv);
     OrvGlobalInstanceTest test;

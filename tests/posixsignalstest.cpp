@@ -20,8 +20,7 @@ namespace {
 
 std::atomic<unsigned> calls{0};
 
-template <typename Data> ssize_t callInterrupted(long number, int file, Data* data, std::size_t size)
-{
+template <typename Data> ssize_t callInterrupted(long number, int file, Data* data, std::size_t size) {
     const bool isInterrupted = size == sizeof(int) && calls++ % 2 == 0;
     errno = isInterrupted ? EINTR : errno;
     return isInterrupted ? -1 : syscall(number, file, data, size);
@@ -31,8 +30,7 @@ template <typename Data> ssize_t callInterrupted(long number, int file, Data* da
 
 // Stand in for the system's, and interrupt every second time that the number of a signal is read or written.
 extern "C" ssize_t read(int file, void* data, std::size_t size) { return callInterrupted(SYS_read, file, data, size); }
-extern "C" ssize_t write(int file, const void* data, std::size_t size)
-{
+extern "C" ssize_t write(int file, const void* data, std::size_t size) {
     return callInterrupted(SYS_write, file, data, size);
 }
 
@@ -47,8 +45,7 @@ class Receiver : public QObject
     Q_OBJECT
 
 public Q_SLOTS:
-    void count()
-    {
+    void count() {
         if (nestsEvents) { QCoreApplication::processEvents(); }
         if (++counted == burstCount * burstSize) {
             QCoreApplication::quit();
@@ -58,15 +55,13 @@ public Q_SLOTS:
     }
     void applicationQuit() { count(); } // has the name, but is not the bridge's
     void miscount() { counted += 1'000'000; }
-    void deleteOtherAndQuit()
-    {
+    void deleteOtherAndQuit() {
         other.reset();
         PosixSignals::instance.applicationQuit();
     }
 
 public:
-    void burst()
-    {
+    void burst() {
         sendsBursts = true;
         for (int i = 0; i < burstSize; ++i) { std::raise(SIGUSR1); }
     }
@@ -80,14 +75,12 @@ public:
 void ask() { PosixSignals::instance.applicationQuit(); }
 void invokeHandler() { QMetaObject::invokeMethod(&PosixSignals::instance, "signalHandle"); }
 void queue(void (*function)()) { QMetaObject::invokeMethod(qApp, function, Qt::QueuedConnection); }
-template <typename Function> void atQuit(Function function)
-{
+template <typename Function> void atQuit(Function function) {
     QObject::connect(qApp, &QCoreApplication::aboutToQuit, function);
 }
 template <typename... Numbers> void raiseAll(Numbers... numbers) { (std::raise(numbers), ...); }
 
-void closeFrom(int first)
-{
+void closeFrom(int first) {
     for (int file = first; file < 100; ++file) { close(file); }
 }
 
@@ -97,8 +90,7 @@ class PipeNotifier
 public:
     PipeNotifier()
         : isOpen(pipe(ends) == 0)
-        , notifier(ends[0], QSocketNotifier::Read)
-    {
+        , notifier(ends[0], QSocketNotifier::Read) {
         QObject::connect(&notifier, &QSocketNotifier::activated, [this] { notifier.setEnabled(false), ask(); });
     }
     void activate() { isOpen = write(ends[1], "x", 1) == 1; }
@@ -224,8 +216,7 @@ const struct {
 };
 
 /** One case, in a process of its own; the exit code 77 says that it ended otherwise than meant. */
-int runCase(const QByteArray& name, void (*act)(Child&))
-{
+int runCase(const QByteArray& name, void (*act)(Child&)) {
     std::atexit([] { std::printf("exited"); });
     int argc = 0;
     std::unique_ptr<QCoreApplication> application;
@@ -258,8 +249,7 @@ class PosixSignalsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void metaObject()
-    {
+    void metaObject() {
         const QMetaObject* const meta = PosixSignals::instance.metaObject();
         QCOMPARE(meta->className(), "PosixSignals");
         QByteArray slotNames;
@@ -269,8 +259,7 @@ private Q_SLOTS:
         QCOMPARE(slotNames, QByteArray("applicationQuit+ initialize- signalHandle- "));
     }
 
-    void process_data()
-    {
+    void process_data() {
         QTest::addColumn<int>("index");
         QTest::addColumn<bool>("hasGlib");
         for (int i = 0; i < int(std::size(cases)); ++i) {
@@ -279,8 +268,7 @@ private Q_SLOTS:
         }
     }
 
-    void process()
-    {
+    void process() {
         QFETCH(int, index);
         QFETCH(bool, hasGlib);
         qputenv("QT_MESSAGE_PATTERN", "%{type}: %{message}");
@@ -293,8 +281,7 @@ private Q_SLOTS:
         QCOMPARE(result.isCrash ? -1 : result.exitCode, expected.exitCode);
     }
 
-    void setupRefusesTargetsThatCannotBeInvoked()
-    {
+    void setupRefusesTargetsThatCannotBeInvoked() {
 #ifdef QT_NO_DEBUG
         QSKIP("only debug builds look");
 #endif
@@ -314,8 +301,7 @@ private Q_SLOTS:
     }
 };
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     if (argc == 3 && argv[1] == QByteArray("setup")) {
         PosixSignals& bridge = PosixSignals::instance;
         bridge.setup(SIGTERM, argv[2] == QByteArray("null") ? nullptr : &bridge, argv[2]);

@@ -10,8 +10,7 @@ class UnloadingTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void pluginsComeAndGo()
-    {
+    void pluginsComeAndGo() {
         const QTemporaryDir folder;
         for (int round = 0; round < 100; ++round) {
             const QString copy = folder.filePath(QString::number(round)); // no two are loaded in one place

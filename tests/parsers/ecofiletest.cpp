@@ -7,8 +7,7 @@
 namespace {
 
 /** The fields of a line, for which that many columns are declared; null when the line is dropped. */
-QStringList fieldsOf(const QString& line, int separator, int count)
-{
+QStringList fieldsOf(const QString& line, int separator, int count) {
     EcoFile file;
     for (int i = 0; i < count; ++i) { file.parseHeaderLine(u("#Column %1").arg(i)); }
     for (const int each : {int('^'), separator}) { // a line has no fields with the former
@@ -28,8 +27,7 @@ class EcoFileTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void fields_data()
-    {
+    void fields_data() {
         QTest::addColumn<QString>("line");
         QTest::addColumn<QString>("fields"); // joined by "|"
         QTest::addColumn<int>("separator");
@@ -45,8 +43,7 @@ private Q_SLOTS:
             {"a caret, as the pattern has it", "a^b", "", '^'}, {"a bracket", "a]b", "a|]b", ']'}};
         for (const auto& row : rows) { QTest::newRow(row.name) << row.line << row.fields << row.separator; }
     }
-    void fields()
-    {
+    void fields() {
         QFETCH(QString, line);
         QFETCH(int, separator);
         const QStringList expected = reference::tableFields(line, char(separator));
@@ -58,8 +55,7 @@ private Q_SLOTS:
         QCOMPARE(file.fieldCount(line), expected.size());
     }
 
-    void scansLikeTheReference()
-    {
+    void scansLikeTheReference() {
         QRandomGenerator random(1);
         for (int round = testRounds(2); round > 0; --round) {
             const int separator = round % 256;
@@ -73,8 +69,7 @@ private Q_SLOTS:
         }
     }
 
-    void header_data()
-    {
+    void header_data() {
         QTest::addColumn<QString>("header"); // version, encoding, separator, columns
 
         QTest::newRow("#ECO 1.0 UTF-8;") << "1.0|UTF-8|59|c";
@@ -88,8 +83,7 @@ private Q_SLOTS:
             QTest::newRow(meaningless) << "v|e|59|c";
         }
     }
-    void header()
-    {
+    void header() {
         EcoFile file;
         for (const char* line : {"#ECO v e", "#Column c", QTest::currentDataTag()}) { file.parseHeaderLine(u(line)); }
         const EcoFile::Header& header = file.header();
@@ -99,8 +93,7 @@ private Q_SLOTS:
             "header");
     }
 
-    void files()
-    {
+    void files() {
         const QTemporaryDir folder;
         const QString fileName = folder.filePath(u("table.eco"));
         // A byte-order mark, all kinds of line ends, a row and a blank line before the columns, and no end of the last.
@@ -123,8 +116,7 @@ private Q_SLOTS:
         QCOMPARE(file.rows()[2][u("id")], u("3")); // the later one of the columns of that name
     }
 
-    void rowsAreValues()
-    {
+    void rowsAreValues() {
         EcoFile file;
         file.parseHeaderLine(u("#Column a"));
         for (int i = 0; i < 65537; ++i) { file.parseDataLine(u("x")); }

@@ -12,8 +12,7 @@ class JsonFileTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void loadDocument_data()
-    {
+    void loadDocument_data() {
         QTest::addColumn<QByteArray>("content"); // null: no file
         QTest::addColumn<QString>("line");       // behind the signature
 
@@ -30,8 +29,7 @@ private Q_SLOTS:
                        .arg(u("%1"), u("%2"), error.errorString(), QString::number(error.offset));
         }
     }
-    void loadDocument()
-    {
+    void loadDocument() {
         QFETCH(QByteArray, content);
         QFETCH(QString, line);
         const QTemporaryDir folder;
@@ -45,8 +43,7 @@ private Q_SLOTS:
                                               + u(" (src/core/parsers/jsonfile.cpp, %1, default)").arg(signature)));
     }
 
-    void value_data()
-    {
+    void value_data() {
         QTest::addColumn<QString>("path");
         QTest::addColumn<QJsonValue>("expected");
 
@@ -61,16 +58,14 @@ private Q_SLOTS:
             QTest::addRow("missing: %s", path) << path << QJsonValue(u("default"));
         }
     }
-    void value()
-    {
+    void value() {
         QFETCH(QString, path);
         const JsonPath root(QJsonDocument::fromJson(R"({"a": {"b": 5, "n": null, "arr": [1]},
             "é": {"": 3}, "": {"a": 7}, "k/l": 1})"));
         QTEST(root.value(path, u("default")), "expected");
     }
 
-    void rootIsAlwaysAnObject()
-    {
+    void rootIsAlwaysAnObject() {
         QVERIFY(JsonPath(QJsonDocument()).isEmpty());
         QVERIFY(JsonPath(QJsonDocument::fromJson("[1]")).isEmpty());
         QVERIFY(!JsonPath(QJsonObject{{u("a"), 1}}).isEmpty());

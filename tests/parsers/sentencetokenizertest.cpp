@@ -24,8 +24,7 @@ class SentenceTokenizerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void split_data()
-    {
+    void split_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QStringList>("sentences");
 
@@ -38,8 +37,7 @@ private Q_SLOTS:
         QTest::newRow("en_GB blanks behind an abbreviation")
             << "It takes approx.\n\n ten minutes." << QStringList{u("It takes approx. ten minutes.")};
     }
-    void split()
-    {
+    void split() {
         QFETCH(QString, text);
         const Language language = convertIsoToLanguageId(QByteArray(QTest::currentDataTag()).split(' ').first());
         LogCapture log;
@@ -49,8 +47,7 @@ private Q_SLOTS:
             QStringList(u("debug: %1 (src/core/parsers/sentencetokenizer.cpp, %1, default)").arg(signature)));
     }
 
-    void terminators_data()
-    {
+    void terminators_data() {
         QTest::addColumn<QString>("terminators"); // in the order of their codes
 
         for (const char* code : {"de_DE", "ko_KR"}) { QTest::newRow(code) << "!.?⁇⁈⁉"; }
@@ -60,8 +57,7 @@ private Q_SLOTS:
             QTest::newRow(code) << "!?⁇⁈⁉。︒︕︖﹒﹖﹗！？｡";
         }
     }
-    void terminators()
-    {
+    void terminators() {
         const Language language = convertIsoToLanguageId(QTest::currentDataTag());
         QString found;
         QLoggingCategory::setFilterRules(u("default.debug=false"));
@@ -73,8 +69,7 @@ private Q_SLOTS:
         QTEST(found, "terminators");
     }
 
-    void silent()
-    {
+    void silent() {
         LogCapture log;
         QVERIFY(SentenceTokenizer::split(QString(), German).isEmpty());
         QVERIFY(SentenceTokenizer::split(u(""), Japanese).isEmpty());
@@ -84,8 +79,7 @@ private Q_SLOTS:
         QCOMPARE(log.takeTexts(), QStringList());
     }
 
-    void splitsLikeTheReference()
-    {
+    void splitsLikeTheReference() {
         LogCapture log;
         QRandomGenerator random(1);
         for (int round = testRounds(4); round > 0; --round) {
@@ -101,8 +95,7 @@ private Q_SLOTS:
     }
 
     // These end within the test's time only when the work is linear in the text.
-    void longTexts()
-    {
+    void longTexts() {
         LogCapture log;
         for (const char* part : {"A. ", "word ", "!", "\\!\\vol=1\\ ", "\\!\\=", "12. "}) {
             const QString text = u(part).repeated(1'000'000);
@@ -113,8 +106,7 @@ private Q_SLOTS:
         }
     }
 
-    void splitsInSeveralThreads()
-    {
+    void splitsInSeveralThreads() {
         const QString text = u("\\!\\vol=5\\ Das ist der erste Satz hier. Und das ist nun der zweite!");
         const QStringList expected = reference::sentences(text, German);
         std::atomic<int> right{0};

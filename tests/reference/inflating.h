@@ -18,8 +18,7 @@ struct Inflated {
     bool isFailure;
 };
 
-inline Inflated inflated(QByteArray data)
-{
+inline Inflated inflated(QByteArray data) {
     constexpr int blockSize = 16384;
     constexpr int mostPerByte = 1032; // is what the format allows
     QByteArray output(mostPerByte * (data.size() + 1), Qt::Uninitialized);

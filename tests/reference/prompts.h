@@ -18,8 +18,7 @@
  */
 namespace reference {
 
-inline PromptData prompt(const QString& input, PromptContext context, const QHash<QString, QString>& sounds)
-{
+inline PromptData prompt(const QString& input, PromptContext context, const QHash<QString, QString>& sounds) {
     const bool isSoundContext = context == BrandSoundContext;
     if (!isSoundContext && !input.contains(QLatin1Char('<'))) { return PromptData(input, PromptText); }
     static QHash<const PromptForm*, QRegExp> patterns;
@@ -46,8 +45,7 @@ inline PromptData prompt(const QString& input, PromptContext context, const QHas
 } // namespace reference
 
 /** The fields of a prompt in one text: mode, language, genre or "-", and text. */
-inline QString described(const PromptData& prompt)
-{
+inline QString described(const PromptData& prompt) {
     return u("%1 %2 %3 ").arg(prompt.mode).arg(prompt.language).arg(prompt.genre.isEmpty() ? u("-") : prompt.genre)
            + prompt.text;
 }

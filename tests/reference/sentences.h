@@ -23,8 +23,7 @@
  */
 namespace reference {
 
-inline QStringList rejoined(const QStringList& pieces, const QString& terminators)
-{
+inline QStringList rejoined(const QStringList& pieces, const QString& terminators) {
     QStringList list;
     for (const QString& piece : pieces) {
         const QString last = list.isEmpty() ? QString() : list.last();
@@ -40,8 +39,7 @@ inline QStringList rejoined(const QStringList& pieces, const QString& terminator
     return list;
 }
 
-inline void merge(QStringList& list, const QString& joiner, bool heedsContext)
-{
+inline void merge(QStringList& list, const QString& joiner, bool heedsContext) {
     while (list.size() > 1) {
         int i = 0;
         while (i < list.size() && list[i].size() >= 10 && (!heedsContext || list[i].count(u(" ")) >= 5)) { ++i; }
@@ -54,8 +52,7 @@ inline void merge(QStringList& list, const QString& joiner, bool heedsContext)
     }
 }
 
-inline void carryTags(QStringList& list)
-{
+inline void carryTags(QStringList& list) {
     const QHash<QString, int> ranks = {{u("lang"), 0}, {u("vol"), 2}, {u("rate"), 3}, {u("toi"), 4}, {u("domain"), 6}};
     QRegExp tag(u(R"(\\!(\\)(\S+)=(\S+)(\\)(\s))"));
     QRegExp reset(u(R"(\\!(\\)(rst)(\\)(\s))"));
@@ -70,8 +67,7 @@ inline void carryTags(QStringList& list)
     }
 }
 
-inline QStringList sentences(const QString& text, Language language)
-{
+inline QStringList sentences(const QString& text, Language language) {
     const bool isSpaceless = language == Japanese || languageGroup(language) == ChineseGroup;
     const bool heedsContext = language != Arabic && language != Korean && !isSpaceless;
     const QString terminators = language == Arabic     ? u("!.؟⸮")

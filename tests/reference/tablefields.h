@@ -13,8 +13,7 @@
  */
 namespace reference {
 
-inline QStringList tableFields(const QString& line, char separator)
-{
+inline QStringList tableFields(const QString& line, char separator) {
     QRegExp pattern(u("((?:[^%1\"]|\"[^\"]*\"|^[%1])+)").arg(QLatin1Char(separator)));
     QStringList fields;
     for (int at = 0; (at = pattern.indexIn(line, at, QRegExp::CaretAtOffset)) >= 0; at += pattern.matchedLength()) {

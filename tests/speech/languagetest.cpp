@@ -12,8 +12,7 @@ Q_DECLARE_METATYPE(ToLanguage)
 
 namespace {
 
-QVector<int> valuesWhere(bool (*isMember)(const Language&))
-{
+QVector<int> valuesWhere(bool (*isMember)(const Language&)) {
     QVector<int> values;
     for (int value = -2; value <= 300; ++value) {
         if (isMember(Language(value))) { values.append(value); }
@@ -28,8 +27,7 @@ class LanguageTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void listsTravelInVariants()
-    {
+    void listsTravelInVariants() {
         QVERIFY(QMetaType::typeFlags(QMetaType::type("Language")) & QMetaType::IsEnumeration);
         const QVariant list = QVariant::fromValue(QList<Language>{German, Thai});
         const auto elements = list.value<QSequentialIterable>();
@@ -37,8 +35,7 @@ private Q_SLOTS:
         QCOMPARE(elements.at(1).value<Language>(), Thai);
     }
 
-    void codes_data()
-    {
+    void codes_data() {
         QTest::addColumn<ToCode>("toCode");
         QTest::addColumn<ToLanguage>("toLanguage"); // null where there is no way back
         QTest::addColumn<QString>("codes");         // of the values from 0 on, "-" for none
@@ -62,8 +59,7 @@ private Q_SLOTS:
                                           "hun-HUN - swe-SWE por-BRA yue-HKG yue-HKG slk-SVL ces-CZE - dan-DNK nor-NOR "
                                           "fin-FIN ind-IDN tha-THA";
     }
-    void codes()
-    {
+    void codes() {
         QFETCH(ToCode, toCode);
         QFETCH(ToLanguage, toLanguage);
         QStringList codes;
@@ -77,14 +73,12 @@ private Q_SLOTS:
         for (const int value : {-1, Thai + 1, 255, INT_MAX}) { QCOMPARE(toCode(Language(value)), QByteArray()); }
     }
 
-    void names()
-    {
+    void names() {
         QCOMPARE(languageName(Dutch) + languageName(PortugueseBrazil), u("DutchPortugueseBrazil"));
         QVERIFY(languageName(Language(-1)).isNull() && languageName(InvalidLanguage).isNull());
     }
 
-    void unknownCodes()
-    {
+    void unknownCodes() {
         for (const char* code : {"", "de", "de-DE", "DE_de", "de_DE ", "zh_TW", "nld-NLD", "yue-HKG", "deu_DEU"}) {
             QCOMPARE(convertIsoToLanguageId(code), InvalidLanguage);
             QCOMPARE(convertIso3ToLanguageId(code), InvalidLanguage);
@@ -95,8 +89,7 @@ private Q_SLOTS:
     }
 
     // A code is static data; changing a caller's copy must leave the table as it is.
-    void codesAreCopies()
-    {
+    void codesAreCopies() {
         QByteArray code = convertLanguageIdToIso(German);
         code[0] = 'x';
         code.append("tail");
@@ -104,8 +97,7 @@ private Q_SLOTS:
         QCOMPARE(convertLanguageIdToIso(German).constData()[5], '\0');
     }
 
-    void classification()
-    {
+    void classification() {
         const QVector<int> refused = {10, 18, 19, 21, 22, 23, 27, 28, 29, 30, 31, 32, 33, 34};
         QCOMPARE(valuesWhere(isNluLanguage), QVector<int>({1, 2, 3, 4, 5, 6, 11, 13, 24}));
         QCOMPARE(valuesWhere(isInvalidPrompterLanguage), refused);
@@ -120,8 +112,7 @@ private Q_SLOTS:
         QCOMPARE(groups, expected);
     }
 
-    void tablesOfTheApplication()
-    {
+    void tablesOfTheApplication() {
         QVERIFY(valuesWhere(isGlsLanguage).isEmpty());
         setGlsLanguages({Thai, German, Thai});
         QCOMPARE(valuesWhere(isGlsLanguage), QVector<int>({1, 34}));
@@ -139,8 +130,7 @@ private Q_SLOTS:
         QCOMPARE(convertStringToLanguageId(""), Thai);
     }
 
-    void printer()
-    {
+    void printer() {
         QString text;
         QDebug(&text) << German << Language(7) << "end";
         QCOMPARE(text, QStringLiteral("Language { \"de_DE\" } Language { \"Unknown\" } end "));

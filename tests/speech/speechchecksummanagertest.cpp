@@ -27,8 +27,7 @@ using Key = SpeechChecksumManager::ChecksumKey;
 void useStore(const QString& fileName) { qputenv("ORV_SPEECH_CHECKSUM_FILE", fileName.toUtf8()); }
 
 /** The entries of a store, each checksum up to its first NUL. */
-QString listed(const Manager& manager)
-{
+QString listed(const Manager& manager) {
     QStringList texts;
     for (const Manager::Entry& entry : manager.entries()) {
         texts += entry.key.toString() + u("=") + u(entry.checksum);
@@ -37,8 +36,7 @@ QString listed(const Manager& manager)
 }
 
 /** Rewrites a store of @p count entries, each time with other checksums of one value, until it is killed. */
-[[noreturn]] void rewriteForEver(int count)
-{
+[[noreturn]] void rewriteForEver(int count) {
     Manager manager;
     for (int round = 0;; ++round) {
         for (int i = 0; i < count; ++i) {
@@ -49,8 +47,7 @@ QString listed(const Manager& manager)
 }
 
 /** Calls @p function with little of a resource left, where three units are hardly one. */
-template <typename Resource, typename Function> void withLimit(Resource resource, Function function)
-{
+template <typename Resource, typename Function> void withLimit(Resource resource, Function function) {
     rlimit usual;
     getrlimit(resource, &usual);
     const rlimit tight{3, usual.rlim_max};
@@ -64,8 +61,7 @@ bool isRenamingRefused = false;
 } // namespace
 
 // This stands before the system's own also for Qt: a file that is itself a mount point cannot be replaced.
-int rename(const char* from, const char* to) noexcept
-{
+int rename(const char* from, const char* to) noexcept {
     if (isRenamingRefused) {
         errno = EBUSY;
         return -1;
@@ -78,15 +74,13 @@ class SpeechChecksumManagerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
+    void init() {
         folder.reset(new QTemporaryDir);
         store = folder->filePath(u("störe.json"));
         useStore(store);
     }
 
-    void keys()
-    {
+    void keys() {
         QCOMPARE(Key().toString(), u(";00_00;1"));
         QCOMPARE(Key(u("/ä b%1%2"), German, Manager::AlternateChecksum).toString(), u("/ä b%1%2;de_DE;0"));
         QVERIFY(Key() == Key(u("no key")) && Key() != Key(u(";de_DE;1")) && Key() != Key(u(";00_00;0")));
@@ -98,8 +92,7 @@ private Q_SLOTS:
         for (auto key = reread.begin(); key != reread.end(); ++key) { QCOMPARE(Key(u(key.key())).toString(), u(*key)); }
     }
 
-    void tableInMemory()
-    {
+    void tableInMemory() {
         LogCapture log;
         Manager manager;
         QVERIFY(manager.checksum(u("f"), German, Manager::DefaultChecksum).isNull());
@@ -125,16 +118,14 @@ private Q_SLOTS:
     }
 
     // Members of other types give what the variant conversions make of them.
-    void loadsMembersOfAnyType_data()
-    {
+    void loadsMembersOfAnyType_data() {
         QTest::addColumn<QByteArray>("json");
         for (const char* json : {"1", "-1", "3.7", "2.5", "\"12\"", "\" 12\"", "\"x\"", "\"\"", "true", "null", "[1]",
                  "{}", "1e300", "3000000000", "4294967297"}) {
             QTest::newRow(json) << QByteArray(json);
         }
     }
-    void loadsMembersOfAnyType()
-    {
+    void loadsMembersOfAnyType() {
         QFETCH(QByteArray, json);
         const QJsonValue value = QJsonDocument::fromJson('[' + json + ']').array().at(0);
         const QVariant variant = value.toVariant();
@@ -148,8 +139,7 @@ private Q_SLOTS:
         QCOMPARE(checksum.isNull(), variant.toByteArray().isNull());
     }
 
-    void loadsWhateverTheFileHolds()
-    {
+    void loadsWhateverTheFileHolds() {
         LogCapture log;
         QVERIFY(writeFile(store, R"([5, {"checksum": "c", "language": 1}, {"checksum": "d", "language": 1}])"));
         const Manager manager;
@@ -162,8 +152,7 @@ private Q_SLOTS:
         QCOMPARE(readFile(store), QByteArray("[\n]\n"));
     }
 
-    void writesAndReloads()
-    {
+    void writesAndReloads() {
         LogCapture log;
         Manager manager;
         manager.insert(u("/ä"), MandarinChina, QByteArray("0\0f", 3), Manager::AlternateChecksum);
@@ -183,8 +172,7 @@ private Q_SLOTS:
         QVERIFY(!reloaded.checksum(QString(), NoLanguage, Manager::DefaultChecksum).isNull());
     }
 
-    void writesWhatQtWouldWrite()
-    {
+    void writesWhatQtWouldWrite() {
         LogCapture log;
         const QStringList fragments{u("a"), u(" ~"), u("\""), u("\\"), u("/"), u("\n"), u("\x1f"), u("\x7f"), u("ä"),
             u("中"), u("😀"), QChar(0xd800), QChar(0)};
@@ -211,8 +199,7 @@ private Q_SLOTS:
         }
     }
 
-    void replacesTheFileInOneStep()
-    {
+    void replacesTheFileInOneStep() {
         LogCapture log;
         const QString target = folder->filePath(u("target.json"));
         QVERIFY(writeFile(target, "old"));
@@ -265,8 +252,7 @@ private Q_SLOTS:
         close(reader);
     }
 
-    void writesInPlaceWhatCannotBeReplaced()
-    {
+    void writesInPlaceWhatCannotBeReplaced() {
         const QByteArray path = QFile::encodeName(store);
         LogCapture log;
         const auto write = [this, &log] {
@@ -310,8 +296,7 @@ private Q_SLOTS:
         QCOMPARE(chmod(folderPath.constData(), 0755), 0);
     }
 
-    void survivesBeingKilled()
-    {
+    void survivesBeingKilled() {
         LogCapture log;
         QRandomGenerator random(1);
         for (int round = testRounds(2000); round > 0; --round) {
@@ -327,8 +312,7 @@ private Q_SLOTS:
         }
     }
 
-    void removeFile()
-    {
+    void removeFile() {
         LogCapture log;
         QVERIFY(writeFile(store, "[{\"filePath\": \"f\", \"checksum\": \"1\"}]"));
         Manager manager;
@@ -344,8 +328,7 @@ private Q_SLOTS:
         QCOMPARE(log.takeTexts(), QStringList(line.arg(folder->path())));
     }
 
-    void generateChecksum()
-    {
+    void generateChecksum() {
         LogCapture log;
         const QByteArray nothing = "d41d8cd98f00b204e9800998ecf8427e";
         QCOMPARE(Manager::generateChecksum(store), nothing);
@@ -381,8 +364,7 @@ private:
     QString store;
 };
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     if (argc == 3 && qstrcmp(argv[1], "rewrite") == 0) { rewriteForEver(u(argv[2]).toInt()); }
     SpeechChecksumManagerTest test;

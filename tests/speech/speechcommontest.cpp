@@ -74,8 +74,7 @@ class SpeechCommonTest : public QObject
 
 private Q_SLOTS:
     // An empty table of brand sounds for each test.
-    void init()
-    {
+    void init() {
         QFile::remove(soundsFileName());
         LogCapture log;
         QVERIFY(loadBrandSounds(QString()).isEmpty());
@@ -83,8 +82,7 @@ private Q_SLOTS:
 
     void defaults() { QCOMPARE(described(PromptData()) + QString::number(PromptData().flag), u("2 255 - 0")); }
 
-    void parse_data()
-    {
+    void parse_data() {
         QTest::addColumn<QString>("input");
         QTest::addColumn<int>("context");
         QTest::addColumn<QString>("expected");
@@ -100,8 +98,7 @@ private Q_SLOTS:
             }
         }
     }
-    void parse()
-    {
+    void parse() {
         QFETCH(QString, input);
         QFETCH(int, context);
         QFETCH(bool, warns);
@@ -117,8 +114,7 @@ private Q_SLOTS:
         QCOMPARE(log.takeLines(), warns ? QStringList(line) : QStringList());
     }
 
-    void everyFormHasARow()
-    {
+    void everyFormHasARow() {
         for (const PromptForm& form : promptForms) {
             const QRegExp pattern(u("[^<]*%1[^<]*").arg(u(form.pattern.source)));
             const auto isOfForm = [&pattern](const auto& row) { return pattern.exactMatch(u(row.input)); };
@@ -129,8 +125,7 @@ private Q_SLOTS:
         }
     }
 
-    void a4aReadsTheFile_data()
-    {
+    void a4aReadsTheFile_data() {
         QTest::addColumn<QByteArray>("content");
         QTest::addColumn<QString>("text"); // null: the prompt stays the file
 
@@ -140,8 +135,7 @@ private Q_SLOTS:
         QTest::newRow("other markup") << QByteArray("<text>a</text>") << QString();
         QTest::newRow("no file") << QByteArray() << QString();
     }
-    void a4aReadsTheFile()
-    {
+    void a4aReadsTheFile() {
         QFETCH(QByteArray, content);
         QFETCH(QString, text);
         const QTemporaryDir folder;
@@ -159,8 +153,7 @@ private Q_SLOTS:
         }
     }
 
-    void brandSounds_data()
-    {
+    void brandSounds_data() {
         QTest::addColumn<QString>("json");
         QTest::addColumn<QString>("table"); // for the brand "BR%1and", sorted
 
@@ -178,8 +171,7 @@ private Q_SLOTS:
             {"no array", "{'id': 'a', 'value': 'v'}", ""}};
         for (const auto& row : rows) { QTest::newRow(row.name) << quoted(row.json) << row.table; }
     }
-    void brandSounds()
-    {
+    void brandSounds() {
         QFETCH(QString, json);
         QVERIFY(writeFile(soundsFileName(), json.toUtf8()));
         LogCapture log;
@@ -197,8 +189,7 @@ private Q_SLOTS:
         QCOMPARE(log.takeTexts().size(), 1); // that the file was loaded
     }
 
-    void soundPathLoadsUntilThereIsSomething()
-    {
+    void soundPathLoadsUntilThereIsSomething() {
         const QString input = u("<text language=\"x\">ding.</text>");
         LogCapture log;
         QCOMPARE(soundPath(u("ding")) + soundPath(u("ding")), QString());
@@ -216,8 +207,7 @@ private Q_SLOTS:
         }
     }
 
-    void mp3Conversion()
-    {
+    void mp3Conversion() {
         const QTemporaryDir folder;
         const auto isNeeded = [&folder](const char* name, PromptMode mode) {
             return PromptData(folder.filePath(u(name)), mode).isMp3ToWavConversionNeeded();
@@ -230,8 +220,7 @@ private Q_SLOTS:
         }
     }
 
-    void parsesLikeTheReference()
-    {
+    void parsesLikeTheReference() {
         QStringList fragments = u("de_DE|ding|a b|<|>|\"|/>| |\n|=\"x").split(QLatin1Char('|'));
         for (const PromptForm& form : promptForms) {
             fragments += u(form.pattern.source).split(QRegExp(u("\\([^)]*\\)")));
@@ -254,8 +243,7 @@ private Q_SLOTS:
     }
 
     // This ends within the test's time only when the work is linear in the text.
-    void longPrompts()
-    {
+    void longPrompts() {
         for (const PromptForm& form : promptForms) {
             LogCapture log;
             const QString source = u(form.pattern.source);
@@ -265,8 +253,7 @@ private Q_SLOTS:
         }
     }
 
-    void parsesInSeveralThreads()
-    {
+    void parsesInSeveralThreads() {
         std::atomic<int> right{0};
         runInThreads(8, [&right](int number) {
             const QString text = QString::number(number);

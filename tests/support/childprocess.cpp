@@ -1,15 +1,13 @@
 #include <support/childprocess.h>
 
-void ChildProcess::start(const QString& program, const QStringList& arguments)
-{
+void ChildProcess::start(const QString& program, const QStringList& arguments) {
     QStringList words = QString::fromUtf8(TEST_EMULATOR).split(QLatin1Char('|')) << program;
     words.removeAll(QString()); // no emulator
     QProcess::start(words.first(), words.mid(1) + arguments);
 }
 
 ChildResult runChild(
-    const QStringList& arguments, const QString& program, const QByteArray& input, const QString& folder)
-{
+    const QStringList& arguments, const QString& program, const QByteArray& input, const QString& folder) {
     ChildProcess child;
     child.setWorkingDirectory(folder);
     child.start(program, arguments);

@@ -16,8 +16,7 @@ template <typename T> void change(QVector<T>& value) { value.append(T()); }
 template <typename T> void change(T& value) { value = T(int(value) + 1); }
 
 /** The bare name of a field: the compiler spells the template's argument in the signature. */
-template <auto field> QString nameOf()
-{
+template <auto field> QString nameOf() {
     const QString signature = u(static_cast<const char*>(__PRETTY_FUNCTION__));
     return signature.section(u("::"), -1).chopped(1);
 }
@@ -26,8 +25,7 @@ template <auto field> QString nameOf()
  * The names of the fields that are unlike others, each with what is unlike: a field usually starts as zero or empty,
  * counts in comparisons, and stands behind the field before it.
  */
-template <typename Record, auto... fields> QString unusualFields()
-{
+template <typename Record, auto... fields> QString unusualFields() {
     QStringList remarks;
     const Record untouched;
     const void* previous = nullptr;
@@ -48,8 +46,7 @@ template <typename Record, auto... fields> QString unusualFields()
 }
 
 /** What a printer writes, with the quoting that streams have by default; "|1" is streamed behind. */
-template <typename Record> QString printed(const Record& record)
-{
+template <typename Record> QString printed(const Record& record) {
     QString text;
     QDebug(&text) << record << "|" << 1;
     return text;

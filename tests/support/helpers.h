@@ -18,15 +18,13 @@ inline QString u(const char16_t* text) { return QString::fromUtf16(text); }
 inline QString quoted(const char* text) { return u(text).replace(QLatin1Char('\''), QLatin1Char('"')); }
 
 /** Writes a file and the folders it lies in; false when that fails. */
-inline bool writeFile(const QString& fileName, const QByteArray& content)
-{
+inline bool writeFile(const QString& fileName, const QByteArray& content) {
     QFile file(fileName);
     return QDir().mkpath(QFileInfo(fileName).path()) && file.open(QIODevice::WriteOnly)
            && file.write(content) == content.size() && file.flush();
 }
 
-inline QByteArray readFile(const QString& fileName)
-{
+inline QByteArray readFile(const QString& fileName) {
     QFile file(fileName);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
@@ -35,16 +33,14 @@ inline QByteArray readFile(const QString& fileName)
 inline QByteArray readData(const char* name) { return readFile(u(TEST_DATA "/") + u(name)); }
 
 /** How often a randomised comparison runs, which it prints: 20,000 times by @p share unless ORV_TEST_ROUNDS says else. */
-inline int testRounds(int share = 1)
-{
+inline int testRounds(int share = 1) {
     const int rounds = qEnvironmentVariable("ORV_TEST_ROUNDS", QStringLiteral("20000")).toInt() / share;
     std::printf("ROUNDS : %s %d\n", QTest::currentTestFunction(), rounds);
     return rounds;
 }
 
 /** Up to @p most of the fragments in a row; few kinds of them in one text, so that rare neighbours meet. */
-inline QString randomText(QRandomGenerator& random, const QStringList& fragments, int most)
-{
+inline QString randomText(QRandomGenerator& random, const QStringList& fragments, int most) {
     QStringList chosen;
     for (int kinds = random.bounded(1, fragments.size()); kinds > 0; --kinds) {
         chosen += fragments[random.bounded(fragments.size())];
@@ -55,8 +51,7 @@ inline QString randomText(QRandomGenerator& random, const QStringList& fragments
 }
 
 /** Runs @p function with the numbers from 0 on, each in a thread of its own. */
-template <typename Function> void runInThreads(int count, Function function)
-{
+template <typename Function> void runInThreads(int count, Function function) {
     std::vector<std::thread> threads;
     for (int i = 0; i < count; ++i) { threads.emplace_back(function, i); }
     for (std::thread& thread : threads) { thread.join(); }

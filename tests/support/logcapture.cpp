@@ -14,8 +14,7 @@ struct Line {
     QString category;
 
     /** Where it was written, or that this is not where the source does write a line. */
-    QString context() const
-    {
+    QString context() const {
         const QByteArray source = readFile(u(TEST_SOURCES) + file).split('\n').value(number - 1);
         const QString place = source.contains("ORV_LOG") ? file : file + u(":%1 writes no line").arg(number);
         return u(" (") + QStringList{place, function, category}.join(u(", ")) + u(")");
@@ -25,8 +24,7 @@ struct Line {
 std::mutex mutex;
 QVector<Line> lines;
 
-void capture(QtMsgType type, const QMessageLogContext& context, const QString& text)
-{
+void capture(QtMsgType type, const QMessageLogContext& context, const QString& text) {
     static const char* const levels[] = {"debug: ", "warning: ", "critical: ", "fatal: ", "info: "};
     const std::lock_guard<std::mutex> lock(mutex);
     lines += {u(levels[type]) + text, u(context.file), context.line, u(context.function), u(context.category)};
@@ -35,15 +33,13 @@ void capture(QtMsgType type, const QMessageLogContext& context, const QString& t
 } // namespace
 
 LogCapture::LogCapture()
-    : previous(qInstallMessageHandler(capture))
-{
+    : previous(qInstallMessageHandler(capture)) {
     take(false);
 }
 
 LogCapture::~LogCapture() { qInstallMessageHandler(previous); }
 
-QStringList LogCapture::take(bool withContext)
-{
+QStringList LogCapture::take(bool withContext) {
     const std::lock_guard<std::mutex> lock(mutex);
     QStringList texts;
     for (const Line& line : qAsConst(lines)) { texts += line.text + (withContext ? line.context() : QString()); }

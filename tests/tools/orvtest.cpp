@@ -18,16 +18,15 @@
 #include <array>
 #include <cstdio>
 
-// Runs the program as a user does; ORV_PROGRAM is its path.
 constexpr bool isEmulated = sizeof TEST_EMULATOR > 1;
 
+// Runs the program as a user does; ORV_PROGRAM is its path.
 class OrvTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
+    void initTestCase() {
         const auto write = [this](const char* name, const QByteArray& content) {
             QVERIFY(writeFile(folder.filePath(u(name)), content));
         };
@@ -56,8 +55,7 @@ private Q_SLOTS:
             {"filePath": "files", "type": 1}])");
     }
 
-    void answers_data()
-    {
+    void answers_data() {
         QTest::addColumn<QMap<char, QByteArray>>("lines"); // by their mark
         QMap<char, QByteArray> lines;
         int number = 0;
@@ -79,8 +77,7 @@ private Q_SLOTS:
         }
         finishCase();
     }
-    void answers()
-    {
+    void answers() {
         using Lines = QMap<char, QByteArray>;
         QFETCH(Lines, lines);
         for (int at = 0; (at = lines['<'].indexOf("\\x", at)) >= 0; ++at) {
@@ -95,8 +92,7 @@ private Q_SLOTS:
         if (words.contains(u("--json"))) { checkShapes(words, result.output); }
     }
 
-    void everyFormOfMarkupIsToldOf()
-    {
+    void everyFormOfMarkupIsToldOf() {
         const QStringList check{u("check"), u("prompts"), u("--context"), u("a4a"), u("-")};
         const QString pages[] = {u("src/core/speech/speechcommon.h"), u("docs/formats.md")};
         for (const PromptForm& form : promptForms) {
@@ -116,8 +112,7 @@ private Q_SLOTS:
         }
     }
 
-    void checksumsOfTheCurrentFolder()
-    {
+    void checksumsOfTheCurrentFolder() {
         for (const char* path : {"a", "."}) {
             const QStringList words{u("checksum"), u("update"), u("--json"), u("--store"), u("here.json"), u(path)};
             const ChildResult result = runChild(words, u(ORV_PROGRAM), {}, folder.filePath(u("files")));
@@ -126,8 +121,7 @@ private Q_SLOTS:
         }
     }
 
-    void updatesAtTheSameTime()
-    {
+    void updatesAtTheSameTime() {
         const QString store = folder.filePath(u("shared/store.json"));
         QVERIFY(writeFile(store, "[]") && QFile::link(store, folder.filePath(u("shared.json"))));
         QVERIFY(writeFile(store + u(".lock"), "999999999\norv\n\n")); // its process has ended
@@ -147,8 +141,7 @@ private Q_SLOTS:
         QCOMPARE(runChild(verify, u(ORV_PROGRAM)).output, QByteArray()); // nor is another file left
     }
 
-    void lockedStore()
-    {
+    void lockedStore() {
         // There, the holder looks like another program, so its lock counts as left over.
         if (isEmulated) { QSKIP("an emulated process has the name of its emulator"); }
         const QString store = folder.filePath(u("locked.json"));
@@ -182,8 +175,7 @@ private Q_SLOTS:
         }
     }
 
-    void namesThatAreNotUtf8()
-    {
+    void namesThatAreNotUtf8() {
         if (isEmulated) { QSKIP("the emulated system has no locales, so all names are valid"); }
         const QByteArray data = QFile::encodeName(folder.filePath(u("names")));
         QVERIFY(writeFile(folder.filePath(u("names/a")), {}));
@@ -197,8 +189,7 @@ private Q_SLOTS:
     }
 
     // What the schema of SARIF 2.1.0 requires, and what refers to what.
-    void findingsAsSarif()
-    {
+    void findingsAsSarif() {
         QVERIFY(writeFile(folder.filePath(u("sarif/ü %.txt")), "<TEXT>ä</TEXT>\n\xFF\n<text></text>"));
         const ChildResult result = runOrv({u("check"), u("prompts"), u("--sarif"), u("sarif"), u("prompts")});
         const QJsonObject log = QJsonDocument::fromJson(result.output).object();
@@ -232,8 +223,7 @@ private Q_SLOTS:
                                         "prompts/a.txt:2:1 prompts/deep/b.txt:1:1"));
     }
 
-    void findingsInAnEditor()
-    {
+    void findingsInAnEditor() {
         const QString vim = QStandardPaths::findExecutable(u("vim"));
         if (vim.isEmpty() || isEmulated) { QSKIP("there is no vim that this system runs: scripts/setup vim"); }
         QVERIFY(writeFile(folder.filePath(u("errors")), runOrv({u("check"), u("prompts"), u("prompts")}).output));
@@ -248,8 +238,7 @@ private Q_SLOTS:
     }
 
     // What the library speaks whole, tags included, is what the checks say so of.
-    void checksAgreeWithTheLibrary()
-    {
+    void checksAgreeWithTheLibrary() {
         QRandomGenerator random(1);
         const QStringList fragments{u("<text>"), u("</text>"), u("<text language=\"de_DE\">"), u("<audio path=\"a\"/>"),
             u("<file language=\"x\" path=\"a b\"/>"), u("<tts lang=\"de_DE\"/>"), u("<offboard>"), u("</offboard>"),
@@ -279,8 +268,7 @@ private Q_SLOTS:
         }
     }
 
-    void outputThatCannotBeWritten()
-    {
+    void outputThatCannotBeWritten() {
         ChildProcess child;
         child.setWorkingDirectory(folder.path());
         child.setStandardOutputFile(u("/dev/full"));
@@ -291,8 +279,7 @@ private Q_SLOTS:
         QCOMPARE(child.exitCode(), 2);
     }
 
-    void helpAndVersion()
-    {
+    void helpAndVersion() {
         for (const char* command :
             {"check", "checksum", "genre", "inflate", "json", "language", "prompt", "sentences", "sound", "table"}) {
             for (const char* option : {"--help", "--version"}) {
@@ -308,14 +295,12 @@ private Q_SLOTS:
     }
 
 private:
-    ChildResult runOrv(const QStringList& words, const QByteArray& input = {})
-    {
+    ChildResult runOrv(const QStringList& words, const QByteArray& input = {}) {
         return runChild(words, u(ORV_PROGRAM), input, folder.path());
     }
 
     /** Finds each object in docs/json.md by the names and types of its fields. */
-    void checkShapes(const QStringList& words, const QByteArray& output)
-    {
+    void checkShapes(const QStringList& words, const QByteArray& output) {
         const QString command = words[0] == u("checksum") ? u("checksum ") + words[1] : words[0];
         const QString page = u(readData("../../docs/json.md")).section(u("\n## `orv ") + command + u("`\n"), 1, 1);
         QStringList shapes;
@@ -349,8 +334,7 @@ private:
     }
 
     /** The transcripts of a page; its other samples have names, behind their language, and are written as files. */
-    QByteArray transcripts(const char* page)
-    {
+    QByteArray transcripts(const char* page) {
         QByteArray result;
         const QStringList pieces = u(readData(page)).split(u("\n```"));
         for (int i = 1; i < pieces.size(); i += 2) { // between them stands text

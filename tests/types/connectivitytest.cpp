@@ -7,8 +7,7 @@ class ConnectivityTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void signalQuality_data()
-    {
+    void signalQuality_data() {
         QTest::addColumn<int>("strength");
         QTest::addColumn<int>("errorRate");
         QTest::addColumn<bool>("isInvalid");
@@ -26,8 +25,7 @@ private Q_SLOTS:
             QTest::newRow(row.name) << row.strength << row.errorRate << row.isInvalid << row.isTooLowOrUnknown;
         }
     }
-    void signalQuality()
-    {
+    void signalQuality() {
         QFETCH(int, strength);
         QFETCH(int, errorRate);
         const SignalQuality quality(SignalQuality::SignalStrength(strength), errorRate);
@@ -39,8 +37,7 @@ private Q_SLOTS:
         QCOMPARE(quality != SignalQuality(SignalQuality::Usable, -1), strength != 2 || errorRate != -1);
     }
 
-    void printer()
-    {
+    void printer() {
         QCOMPARE(printed(NetworkPermission()),
             quoted("NetworkPermission { url: '' poiUrl: '' httsUrl: '' proxyUsername: '' proxyPassword: '' "
                    "proxyAddress: '' proxyPort: 0 outgoingPortRange: 0-0 endpointAddress: '' endpointPort: 0 "

@@ -14,8 +14,7 @@ class NavigationTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void equality()
-    {
+    void equality() {
         using Selection = Descriptor::SelectionItemData;
         using Category = Descriptor::PoiCategoryItemData;
         using Poi = Descriptor::PoiLocationData;
@@ -38,8 +37,7 @@ private Q_SLOTS:
         QCOMPARE(NavigationRequest().reserved, quint32(0)); // alone is not printed
     }
 
-    void dataTypeSelectsThePayload()
-    {
+    void dataTypeSelectsThePayload() {
         for (int dataType = 0; dataType < 256; ++dataType) {
             Descriptor one;
             one.dataType = quint8(dataType);
@@ -74,14 +72,12 @@ private Q_SLOTS:
         QCOMPARE(descriptor.dataToString(), u("ab"));
     }
 
-    void listsTravelInVariants()
-    {
+    void listsTravelInVariants() {
         const QVariant variant = QVariant::fromValue(QList<Descriptor>{Descriptor()});
         QCOMPARE(variant.value<QSequentialIterable>().size(), 1);
     }
 
-    void oneShotFilterIds_data()
-    {
+    void oneShotFilterIds_data() {
         QTest::addColumn<QString>("extracted");
 
         for (const char* none : {"", "1 3 10"}) { QTest::addRow("no filter: %s", none) << "- -"; }
@@ -90,8 +86,7 @@ private Q_SLOTS:
         QTest::newRow("without 329: 257 2 258") << "257 2";
         QTest::newRow("the last alone: 258") << "- 258";
     }
-    void oneShotFilterIds()
-    {
+    void oneShotFilterIds() {
         QHash<unsigned short, QByteArray> attributes;
         const QByteArray keys = QByteArray(QTest::currentDataTag()).split(':').last().trimmed();
         for (const QByteArray& key : keys.split(' ')) { attributes.insert(key.toUShort(), key); }
@@ -101,8 +96,7 @@ private Q_SLOTS:
         QTEST(u(first + ' ' + second), "extracted");
     }
 
-    void names()
-    {
+    void names() {
         QString names;
         for (int value = 0; value < 7; ++value) {
             names += convert(Database::UpdateAction(value)) + u(" ") + convert(Database::NaviDataImExportDevice(value))
@@ -113,8 +107,7 @@ private Q_SLOTS:
                      "Unknown Dvd Unknown; Unknown Online Unknown; Unknown Dxs Unknown; Unknown Unknown Unknown; "));
     }
 
-    void printers_data()
-    {
+    void printers_data() {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("expected");
 
@@ -145,8 +138,7 @@ private Q_SLOTS:
                       "'Größe', packageVersionVendor: 'v \\'x\\'', packageVersionNr: 'n', packageVersionDescription: "
                       "'d' } | 1 ");
     }
-    void printers()
-    {
+    void printers() {
         QFETCH(QString, text);
         QTEST(text, "expected");
     }

@@ -14,8 +14,7 @@ const QVector<int> typeIds{QMetaType::type("Language"), QMetaType::type("QList<L
     QMetaType::type("RadioStation::Genre")};
 
 /** A station with all fields set, of which conversions keep some and zero others. */
-RadioStation fullStation()
-{
+RadioStation fullStation() {
     RadioStation station;
     station.name = station.pronunciation = station.readOut = u("p");
     station.genres = {RadioStation::Rock, RadioStation::Pop};
@@ -26,8 +25,7 @@ RadioStation fullStation()
 }
 
 /** What a full station is after the assignment of a record. */
-template <typename Record> RadioStation converted(const Record& record)
-{
+template <typename Record> RadioStation converted(const Record& record) {
     RadioStation station = fullStation();
     station = record;
     return station;
@@ -40,8 +38,7 @@ class RadioStationTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void metaTypesAreRegisteredAtLoadInOrder()
-    {
+    void metaTypesAreRegisteredAtLoadInOrder() {
         QVERIFY(typeIds[0] >= QMetaType::User);
         for (const int id : typeIds) { QVERIFY(QVariant(id, nullptr).constData() != nullptr); }
         QVERIFY(std::is_sorted(typeIds.begin(), typeIds.end()));
@@ -50,8 +47,7 @@ private Q_SLOTS:
         QVERIFY(QMetaType::typeFlags(typeIds[5]) & QMetaType::IsEnumeration);
     }
 
-    void equality()
-    {
+    void equality() {
         using W = WaveBand;
         QCOMPARE((unusualFields<W, &W::aux1, &W::name, &W::aux2, &W::frequency, &W::programIdentification,
                      &W::rbdsCoding, &W::programType, &W::aux3, &W::aux4, &W::aux5, &W::aux6, &W::aux7, &W::aux8,
@@ -75,8 +71,7 @@ private Q_SLOTS:
             QString());
     }
 
-    void caseAndOrderInEquality()
-    {
+    void caseAndOrderInEquality() {
         SatelliteRadioCategory lower{1, u("größe"), u("x")};
         QVERIFY(lower == (SatelliteRadioCategory{1, u("GRÖßE"), u("X")}));
         ExtendedSatelliteRadioChannel channel;
@@ -94,8 +89,7 @@ private Q_SLOTS:
         QVERIFY(!(station == fullStation()));
     }
 
-    void assignmentKeepsTheSubChannel()
-    {
+    void assignmentKeepsTheSubChannel() {
         const RadioStation full = fullStation();
         QVERIFY(RadioStation(full) == full);
         RadioStation station;
@@ -110,8 +104,7 @@ private Q_SLOTS:
         QCOMPARE(full.genres.size(), 2);
     }
 
-    void conversions_data()
-    {
+    void conversions_data() {
         QTest::addColumn<QString>("station");
         QTest::addColumn<QString>("expected");
 
@@ -133,14 +126,12 @@ private Q_SLOTS:
                       "programIdentification: 0 pronunciation: 'p' readOut 'p' hdChannel 0 serviceId: 0 componentId: 0 "
                       "channelNumber: 5 }|1");
     }
-    void conversions()
-    {
+    void conversions() {
         QFETCH(QString, station);
         QTEST(station, "expected");
     }
 
-    void programTypes()
-    {
+    void programTypes() {
         const auto genresOf = [](uint rbdsCoding) { // of the codes from 0 on, and of the first beyond
             QVector<int> genres;
             for (quint8 code = 0; code <= 32; ++code) {
@@ -158,8 +149,7 @@ private Q_SLOTS:
         QCOMPARE(rbdsGenreToTyxGenreHash.size(), 32);
     }
 
-    void categories_data()
-    {
+    void categories_data() {
         QTest::addColumn<QVector<int>>("genres");
 
         const QPair<const char*, int> single[] = {{"pop", 32}, {"more", 0}, {"rock", 35}, {"hip-hop", 17}, {"r&b", 34},
@@ -177,8 +167,7 @@ private Q_SLOTS:
         QTest::newRow("Rock ,") << QVector<int>{0};
         QTest::newRow("Rock,More,no such,rock") << QVector<int>{0, 35};
     }
-    void categories()
-    {
+    void categories() {
         ExtendedSatelliteRadioChannel channel;
         channel.categoryNames = u(QTest::currentDataTag()).split(QLatin1Char(','));
         QVector<int> genres;

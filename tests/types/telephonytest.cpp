@@ -9,8 +9,7 @@ class TelephonyTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void equality()
-    {
+    void equality() {
         QCOMPARE((unusualFields<Call, &Call::handle, &Call::primaryText, &Call::secondaryText, &Call::aux1, &Call::time,
                      &Call::state, &Call::aux2, &Call::aux3, &Call::aux4, &Call::aux5, &Call::note>()),
             u("handle is ignored, state has a default, note is ignored"));
@@ -25,8 +24,7 @@ private Q_SLOTS:
         QVERIFY(!(device == other));
     }
 
-    void callsAreOrderedByTime()
-    {
+    void callsAreOrderedByTime() {
         Call early;
         Call late;
         QVERIFY(!(early < late) && !(late < early));
@@ -35,8 +33,7 @@ private Q_SLOTS:
         QVERIFY(early < late && !(late < early));
     }
 
-    void applicationCode()
-    {
+    void applicationCode() {
         static_assert(std::is_same<decltype(AppCode::HYBRID_SPEECH_APPCODE), const char>::value, "one character");
         QCOMPARE(AppCode::HYBRID_SPEECH_APPCODE, '1');
     }
