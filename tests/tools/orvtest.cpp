@@ -302,7 +302,7 @@ private:
     /** Finds each object in docs/json.md by the names and types of its fields. */
     void checkShapes(const QStringList& words, const QByteArray& output) {
         const QString command = words[0] == u("checksum") ? u("checksum ") + words[1] : words[0];
-        const QString page = u(readData("../../docs/json.md")).section(u("\n## `orv ") + command + u("`\n"), 1, 1);
+        const QString page = u(readData("../../docs/json.md")).section(u("\n## orv ") + command + u("\n"), 1, 1);
         QStringList shapes;
         for (const QString& line : page.section(u("\n## "), 0, 0).split(QLatin1Char('\n'))) {
             const QStringList cells = line.split(u(" | "));
