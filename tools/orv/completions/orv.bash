@@ -7,11 +7,13 @@ _orv()
     done
     [[ $word != = ]] || words+=('')
     word=${words[-1]}
-    mapfile -t offered < <("$1" complete "${words[@]}" 2>/dev/null)
-    if [[ ${offered[0]-} == :files ]]; then
+    offered=$("$1" complete "${words[@]}" 2>/dev/null)
+    if [[ $offered == :files* ]]; then
         compopt -o filenames 2>/dev/null
-        mapfile -t COMPREPLY < <(compgen -f -- "$word")
+        offered=$(compgen -f -- "$word")
     else
-        mapfile -t COMPREPLY < <(compgen -W "${offered[*]}" -- "$word")
+        offered=$(compgen -W "$offered" -- "$word")
     fi
+    COMPREPLY=()
+    [[ -z $offered ]] || mapfile -t COMPREPLY <<<"$offered"
 } && complete -F _orv orv
