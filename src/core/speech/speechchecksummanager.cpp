@@ -240,8 +240,9 @@ QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath, bool
             hash.addData(block.constData(), int(length));
         }
         // Not at the end after a read error, or if the file is shorter than the size it states.
-        isRead = length == 0 && file.atEnd();
-        if (!file.atEnd()) {
+        const bool isAtEnd = file.atEnd();
+        isRead = length == 0 && isAtEnd;
+        if (!isAtEnd) {
             ORV_LOG(warning,
                 "static QByteArray SpeechChecksumManager::generateChecksum(const QString&)")
                 << "Could not calculate checksum for" << filePath;
