@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <limits>
 
-#define ZLIB_CONST // declares the input as const
 #include <zlib.h>
 
 namespace {
@@ -36,7 +35,8 @@ struct Inflate::Private
 bool Inflate::Private::addPiece(const char* data, uInt size)
 {
     static constexpr char here[] = "void Inflate::addData(const char*, std::size_t)";
-    stream.next_in = reinterpret_cast<const Bytef*>(data);
+    // zlib only reads the input, but releases before 1.2.5.2 do not declare it as const.
+    stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data));
     stream.avail_in = size;
     do {
         char block[blockSize];
