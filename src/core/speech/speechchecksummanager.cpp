@@ -35,11 +35,6 @@ QString readText(const QJsonValue& value)
     return value.isString() ? value.toString() : value.toVariant().toString();
 }
 
-QByteArray readBytes(const QJsonValue& value)
-{
-    return value.isString() ? value.toString().toUtf8() : value.toVariant().toByteArray();
-}
-
 int readNumber(const QJsonValue& value)
 {
     constexpr int notAnInteger = -1;
@@ -55,7 +50,7 @@ void appendString(QByteArray& json, const QString& text)
                && c != QLatin1Char('\\');
     };
     if (std::all_of(text.cbegin(), text.cend(), isPlain)) {
-        json += '"' + text.toLatin1() + '"';
+        json += '"' % text.toLatin1() % '"';
     } else {
         const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
         json.append(array.constData() + 1, array.size() - 2); // without its brackets
@@ -70,8 +65,8 @@ void appendElement(
     appendString(json, QString::fromUtf8(checksum.constData(), checksum.size()));
     json += ",\n        \"filePath\": ";
     appendString(json, key.filePath);
-    json += ",\n        \"language\": " + QByteArray::number(key.language)
-            + ",\n        \"type\": " + QByteArray::number(key.type) + "\n    }";
+    json += ",\n        \"language\": " % QByteArray::number(key.language) % ",\n        \"type\": "
+            % QByteArray::number(key.type) % "\n    }";
 }
 
 bool write(QFileDevice& file, const QByteArray& content)
@@ -126,8 +121,8 @@ QString keyText(
     const QByteArray isoBytes = convertLanguageIdToIso(language);
     const QLatin1String iso(isoBytes.constData(), isoBytes.size());
     constexpr QLatin1Char separator(';');
-    if (type == SpeechChecksumManager::DefaultChecksum) { // the usual one, in one allocation
-        return filePath % separator % iso % QLatin1String(";1");
+    if (type >= 0 && type <= 9) { // the usual ones, in one allocation
+        return filePath % separator % iso % separator % QLatin1Char(char('0' + type));
     }
     return filePath % separator % iso % separator % QString::number(type);
 }
@@ -143,12 +138,11 @@ SpeechChecksumManager::ChecksumKey::ChecksumKey(
 
 SpeechChecksumManager::ChecksumKey::ChecksumKey(const QString& key)
 {
-    const int first = key.indexOf(QLatin1Char(';'));
-    const int second = key.indexOf(QLatin1Char(';'), first + 1);
-    if (first >= 0 && second >= 0 && key.indexOf(QLatin1Char(';'), second + 1) < 0) {
-        filePath = key.left(first);
-        language = convertIsoToLanguageId(key.midRef(first + 1, second - first - 1).toUtf8());
-        type = ChecksumType(key.midRef(second + 1).toInt());
+    const QStringList parts = key.split(QLatin1Char(';'));
+    if (parts.size() == 3) {
+        filePath = parts[0];
+        language = convertIsoToLanguageId(parts[1].toUtf8());
+        type = ChecksumType(parts[2].toInt());
     }
 }
 
@@ -178,7 +172,8 @@ SpeechChecksumManager::SpeechChecksumManager()
         const ChecksumKey key(readText(object.value(QLatin1String("filePath"))),
             Language(readNumber(object.value(QLatin1String("language")))),
             ChecksumType(readNumber(object.value(QLatin1String("type")))));
-        checksums.insert(key.toString(), readBytes(object.value(QLatin1String("checksum"))));
+        checksums.insert(
+            key.toString(), readText(object.value(QLatin1String("checksum"))).toUtf8());
     }
 }
 
