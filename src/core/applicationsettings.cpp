@@ -4,7 +4,6 @@
 #include <core/parsers/jsonfile.h>
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QGlobalStatic>
 
 namespace {
@@ -14,7 +13,7 @@ Q_GLOBAL_STATIC_WITH_ARGS(JsonPath, settings, (QJsonDocument()))
 bool loadSettings()
 {
     static constexpr char here[] = "bool<unnamed>::loadSettings()";
-    const QString fileName = QCoreApplication::applicationDirPath() + QDir::separator()
+    const QString fileName = QCoreApplication::applicationDirPath() + QLatin1Char('/')
                              + QCoreApplication::applicationName() + QLatin1String(".json");
 
     const QJsonDocument document = JsonFile::loadDocument(fileName);

@@ -25,11 +25,11 @@ QJsonDocument JsonFile::loadDocument(const QString& fileName)
 {
     static constexpr char here[] = "static QJsonDocument JsonFile::loadDocument(const QString&)";
 
-    QFile file(fileName);
-    if (!file.exists()) {
+    if (!QFile::exists(fileName)) {
         ORV_LOG(warning, here) << fileName << "does not exist.";
         return QJsonDocument();
     }
+    QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
         ORV_LOG(warning, here) << "Could not open for reading:" << fileName;
         return QJsonDocument();

@@ -5,7 +5,6 @@
 #include <core/speech/speechcommon_p.h>
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -109,10 +108,7 @@ bool holdsPlaceMarker(const QString& text)
 
 QString brandSoundsFileName()
 {
-    const QChar separator = QDir::separator();
-    return QCoreApplication::applicationDirPath() + separator + QLatin1String("..") + separator
-           + QLatin1String("share") + separator + QLatin1String("tts") + separator
-           + QLatin1String("common.json");
+    return QCoreApplication::applicationDirPath() + QLatin1String("/../share/tts/common.json");
 }
 
 void registerMetaTypes()
@@ -159,7 +155,7 @@ bool PromptData::isMp3ToWavConversionNeeded() const
         return false;
     }
     const QFileInfo file(text);
-    return file.suffix().toLower() == QLatin1String("mp3") && file.exists();
+    return file.suffix().compare(QLatin1String("mp3"), Qt::CaseInsensitive) == 0 && file.exists();
 }
 
 QHash<QString, QString> loadBrandSounds(const QString& brand)
@@ -175,17 +171,17 @@ QHash<QString, QString> loadBrandSounds(const QString& brand, const QString& fil
     const QJsonArray sounds = document.array(); // empty unless the document is an array
     for (const QJsonValue& element : sounds) {
         const QJsonObject sound = element.toObject(); // empty unless the element is an object
-        const auto id = sound.constFind(QLatin1String("id"));
-        const auto value = sound.constFind(QLatin1String("value"));
-        if (id == sound.constEnd() || value == sound.constEnd()) {
+        const QJsonValue id = sound.value(QLatin1String("id"));
+        const QJsonValue value = sound.value(QLatin1String("value"));
+        if (id.isUndefined() || value.isUndefined()) {
             continue;
         }
-        QString path = value->toString();
+        QString path = value.toString();
         if (holdsPlaceMarker(path)) {
             path = path.arg(lowerCaseBrand);
         }
-        brandSounds.insert(id->toString(), path);
-        brandSounds.insert(id->toString() + QLatin1Char('.'), path);
+        brandSounds.insert(id.toString(), path);
+        brandSounds.insert(id.toString() + QLatin1Char('.'), path);
     }
     return brandSounds;
 }
