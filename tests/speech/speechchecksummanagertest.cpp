@@ -1,6 +1,5 @@
 #include <core/speech/speechchecksummanager.h>
 
-#include <support/childprocess.h>
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
@@ -12,7 +11,7 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdio>
+#include <cstdarg>
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/resource.h>
@@ -35,15 +34,8 @@ QString listed(const Manager& manager) {
     return texts.join(u(" "));
 }
 
-/** Rewrites a store of @p count entries, each time with other checksums of one value, until it is killed. */
-[[noreturn]] void rewriteForEver(int count) {
-    Manager manager;
-    for (int round = 0;; ++round) {
-        for (int i = 0; i < count; ++i) {
-            manager.insert(QString::number(i), German, QByteArray::number(round), Manager::DefaultChecksum);
-        }
-        manager.writePersistentData();
-    }
+QByteArray md5OfContent(const QString& fileName) {
+    return QCryptographicHash::hash(readFile(fileName), QCryptographicHash::Md5).toHex();
 }
 
 /** Calls @p function with little of a resource left, where three units are hardly one. */
@@ -62,12 +54,22 @@ bool isRenamingRefused = false;
 
 // This stands before the system's own also for Qt: a file that is itself a mount point cannot be replaced.
 int rename(const char* from, const char* to) noexcept {
-    if (isRenamingRefused) {
-        errno = EBUSY;
-        return -1;
-    }
-    return reinterpret_cast<decltype(&rename)>(dlsym(RTLD_NEXT, "rename"))(from, to);
+    errno = EBUSY;
+    return isRenamingRefused ? -1 : reinterpret_cast<decltype(&rename)>(dlsym(RTLD_NEXT, "rename"))(from, to);
 }
+
+#ifdef O_TMPFILE
+// Likewise: not every system makes a file without a name.
+extern "C" int open64(const char* name, int flags, ...) {
+    va_list arguments;
+    va_start(arguments, flags);
+    const auto mode = va_arg(arguments, mode_t);
+    va_end(arguments);
+    errno = EOPNOTSUPP;
+    const bool isNameless = (flags & O_TMPFILE) == O_TMPFILE;
+    return isNameless ? -1 : reinterpret_cast<decltype(&open64)>(dlsym(RTLD_NEXT, "open64"))(name, flags, mode);
+}
+#endif
 
 class SpeechChecksumManagerTest : public QObject
 {
@@ -157,12 +159,10 @@ private Q_SLOTS:
         Manager manager;
         manager.insert(u("/ä"), MandarinChina, QByteArray("0\0f", 3), Manager::AlternateChecksum);
         manager.writePersistentData();
-        QCOMPARE(readFile(store),
-            QByteArray("[\n    {\n        \"checksum\": \"0\\u0000f\",\n        \"filePath\": \"/ä\",\n"
-                       "        \"language\": 11,\n        \"type\": 0\n    }\n]\n"));
         manager.insert(u("a;b"), German, "", Manager::DefaultChecksum);
         manager.writePersistentData();
         QCOMPARE(listed(manager), u(";00_00;1= /ä;cmn_CN;0=0"));
+        QCOMPARE(readFile(store), QJsonDocument::fromJson(readFile(store)).toJson()); // of two entries
         const Manager reloaded;
         QCOMPARE(listed(reloaded), listed(manager));
         QCOMPARE(reloaded.checksum(u("/ä"), MandarinChina, Manager::AlternateChecksum), QByteArray("0\0f", 3));
@@ -177,25 +177,19 @@ private Q_SLOTS:
         const QStringList fragments{u("a"), u(" ~"), u("\""), u("\\"), u("/"), u("\n"), u("\x1f"), u("\x7f"), u("ä"),
             u("中"), u("😀"), QChar(0xd800), QChar(0)};
         QRandomGenerator random(1);
-        for (int round = testRounds(1000); round > 0; --round) {
+        for (int round = testRounds(1000); round > 0; --round) { // few: each reaches the disk
+            const QString path = randomText(random, fragments, 6);
+            const QByteArray checksum = "c" + randomText(random, fragments, 6).toUtf8(); // never null
+            const auto language = Language(random.bounded(-2, 40));
+            const auto type = Manager::ChecksumType(random.bounded(3));
             Manager manager;
-            QByteArrayList elements;
-            for (int i = 0; i < 100; ++i) {
-                const QString path = QString::number(i) + randomText(random, fragments, 6);
-                const QByteArray checksum = "c" + randomText(random, fragments, 6).toUtf8(); // never null
-                const auto language = Language(random.bounded(-2, 40));
-                const auto type = Manager::ChecksumType(random.bounded(3));
-                manager.insert(path, language, checksum, type);
-                const Key key(Key(path, language, type).toString());
-                const QJsonObject object{{u("checksum"), QString::fromUtf8(checksum.constData(), checksum.size())},
-                    {u("filePath"), key.filePath}, {u("language"), key.language}, {u("type"), key.type}};
-                elements += QJsonDocument(QJsonArray{object}).toJson().mid(2).chopped(3);
-            }
+            manager.insert(path, language, checksum, type);
             manager.writePersistentData();
-            const QByteArray content = readFile(store);
-            for (const QByteArray& element : elements) { QVERIFY2(content.contains(element), element); }
-            QCOMPARE(content.size(), ("[\n" + elements.join(",\n") + "\n]\n").size()); // in some order
-            QFile::remove(store);
+            const Key key(Key(path, language, type).toString());
+            const QJsonObject object{{u("checksum"), QString::fromUtf8(checksum.constData(), checksum.size())},
+                {u("filePath"), key.filePath}, {u("language"), key.language}, {u("type"), key.type}};
+            QCOMPARE(readFile(store), QJsonDocument(QJsonArray{object}).toJson());
+            manager.removeFile();
         }
     }
 
@@ -206,9 +200,12 @@ private Q_SLOTS:
         QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
         const auto permissions = QFile::permissions(target);
         QVERIFY(QFile::link(target, store));
+        QFile reader(target);
+        QVERIFY(reader.open(QIODevice::ReadOnly));
         Manager manager;
         manager.writePersistentData();
         QVERIFY(QFileInfo(store).isSymLink() && Manager::isWritten());
+        QCOMPARE(reader.readAll(), QByteArray("old")); // whoever has the old file keeps all of it
         QCOMPARE(readFile(target), QByteArray("[\n]\n"));
         QCOMPARE(QFile::permissions(target), permissions);
         log.takeTexts();
@@ -225,35 +222,30 @@ private Q_SLOTS:
         }
         QCOMPARE(QDir(folder->path()).entryList(QDir::Files).size(), 2);
 
-        for (const QString& fileName : {QString(), folder->path(), folder->filePath(u("none/store.json"))}) {
-            useStore(fileName);
+        const QString loop = folder->filePath(u("loop")); // stays one
+        QVERIFY(QFile::link(loop, loop));
+        for (const QString& name : {QString(), folder->path(), folder->filePath(u("none/store.json")), loop}) {
+            useStore(name);
             Manager other;
             log.takeTexts();
             other.writePersistentData();
-            QCOMPARE(log.takeTexts(), QStringList(warning.arg(fileName)));
+            QCOMPARE(log.takeTexts(), QStringList(warning.arg(name)));
         }
-        // A loop of links stays one.
-        QVERIFY(QFile::link(folder->filePath(u("b")), folder->filePath(u("a"))));
-        QVERIFY(QFile::link(folder->filePath(u("a")), folder->filePath(u("b"))));
-        useStore(folder->filePath(u("a")));
-        Manager().writePersistentData();
-        QVERIFY(QFileInfo(folder->filePath(u("a"))).isSymLink());
-        QVERIFY(log.takeTexts().last().startsWith(u("warning: Unable")));
+        QVERIFY(QFileInfo(loop).isSymLink());
 
         // A pipe stays one, and passes the store on.
-        const QByteArray pipe = QFile::encodeName(folder->filePath(u("pipe")));
-        useStore(u(pipe));
+        const QString pipe = folder->filePath(u("pipe"));
+        useStore(pipe);
         Manager writer;
-        QCOMPARE(mkfifo(pipe.constData(), 0600), 0);
-        const int reader = open(pipe.constData(), O_RDONLY | O_NONBLOCK);
+        QCOMPARE(mkfifo(qUtf8Printable(pipe), 0600), 0);
+        const int pipeEnd = open(qUtf8Printable(pipe), O_RDONLY | O_NONBLOCK);
         writer.writePersistentData();
         char content[10];
-        QCOMPARE(read(reader, content, sizeof content), ssize_t(4));
-        close(reader);
+        QCOMPARE(read(pipeEnd, content, sizeof content), ssize_t(4));
+        close(pipeEnd);
     }
 
     void writesInPlaceWhatCannotBeReplaced() {
-        const QByteArray path = QFile::encodeName(store);
         LogCapture log;
         const auto write = [this, &log] {
             QVERIFY(writeFile(store, "[]"));
@@ -264,11 +256,17 @@ private Q_SLOTS:
             QCOMPARE(log.takeTexts(), QStringList());
             QVERIFY(readFile(store).contains("\"f\""));
         };
+        for (const int length : {249, 255, 1}) { // the name of a new file beside it is longer, too long at first
+            store = folder->filePath(QString(length, QLatin1Char('s')));
+            useStore(store);
+            write();
+        }
         isRenamingRefused = true;
         write();
         isRenamingRefused = false;
 
         // A user and a group keep their file, though root alone can tell.
+        const QByteArray path = QFile::encodeName(store);
         const uid_t user = getuid();
         constexpr uid_t other = 12345;
         if (user == 0) {
@@ -296,22 +294,6 @@ private Q_SLOTS:
         QCOMPARE(chmod(folderPath.constData(), 0755), 0);
     }
 
-    void survivesBeingKilled() {
-        LogCapture log;
-        QRandomGenerator random(1);
-        for (int round = testRounds(2000); round > 0; --round) {
-            ChildProcess writer;
-            writer.start(QCoreApplication::applicationFilePath(), {u("rewrite"), u("2000")});
-            QTRY_VERIFY(QFile::exists(store));
-            QTest::qWait(random.bounded(30));
-            writer.kill();
-            QVERIFY(writer.waitForFinished());
-            const QJsonArray entries = QJsonDocument::fromJson(readFile(store)).array();
-            QCOMPARE(entries.size(), 2000);
-            for (const QJsonValue& entry : entries) { QCOMPARE(entry[u("checksum")], entries[0][u("checksum")]); }
-        }
-    }
-
     void removeFile() {
         LogCapture log;
         QVERIFY(writeFile(store, "[{\"filePath\": \"f\", \"checksum\": \"1\"}]"));
@@ -330,33 +312,25 @@ private Q_SLOTS:
 
     void generateChecksum() {
         LogCapture log;
-        const QByteArray nothing = "d41d8cd98f00b204e9800998ecf8427e";
-        QCOMPARE(Manager::generateChecksum(store), nothing);
-        QCOMPARE(Manager::generateChecksum(folder->path()), nothing);
-        QCOMPARE(Manager::generateChecksum(QString()), nothing);
+        bool isRead = true;
+        for (const QString& unread : {store, folder->path(), QString(), u("/proc/self/mem")}) {
+            QCOMPARE(Manager::generateChecksum(unread, isRead), QByteArray("d41d8cd98f00b204e9800998ecf8427e"));
+            QVERIFY(!isRead);
+        }
         for (const int size : {0, 1, 65535, 65536, 65537, 1'000'000}) {
-            const QByteArray content(size, 'x');
-            QVERIFY(writeFile(store, content));
-            QCOMPARE(
-                Manager::generateChecksum(store), QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex());
+            QVERIFY(writeFile(store, QByteArray(size, 'x')));
+            QCOMPARE(Manager::generateChecksum(store, isRead), md5OfContent(store));
+            QVERIFY(isRead);
+            isRead = false;
         }
-        for (const QString& fileName : {store, folder->path(), QString(), u("/proc/self/mem")}) {
-            bool isRead = fileName != store;
-            Manager::generateChecksum(fileName, isRead);
-            QCOMPARE(isRead, fileName == store);
-        }
-        QCOMPARE(Manager::generateChecksum(u("/proc/self/mem")), nothing); // cannot be read, but states no size
         QVERIFY(log.takeLines().isEmpty());
 
         const QString shorter = u("/sys/kernel/mm/transparent_hugepage/enabled"); // than the page that it states
-        QFile file(shorter);
-        if (!file.open(QIODevice::ReadOnly)) { QSKIP("this system has no sysfs"); }
-        QCryptographicHash hash(QCryptographicHash::Md5);
-        const bool isWhole = hash.addData(&file);
-        QCOMPARE(Manager::generateChecksum(shorter), hash.result().toHex());
+        if (!QFile::exists(shorter)) { QSKIP("this system has no sysfs"); }
+        QCOMPARE(Manager::generateChecksum(shorter), md5OfContent(shorter));
         const char* const line = "warning: static QByteArray SpeechChecksumManager::generateChecksum(const QString&) "
                                  "Could not calculate checksum for \"%1\"";
-        QCOMPARE(log.takeTexts(), isWhole ? QStringList() : QStringList(u(line).arg(shorter)));
+        QCOMPARE(log.takeTexts(), QStringList(u(line).arg(shorter)));
     }
 
 private:
@@ -364,10 +338,5 @@ private:
     QString store;
 };
 
-int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    if (argc == 3 && qstrcmp(argv[1], "rewrite") == 0) { rewriteForEver(u(argv[2]).toInt()); }
-    SpeechChecksumManagerTest test;
-    return QTest::qExec(&test, argc, argv);
-}
+QTEST_GUILESS_MAIN(SpeechChecksumManagerTest)
 #include "speechchecksummanagertest.moc"

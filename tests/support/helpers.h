@@ -34,7 +34,7 @@ inline QByteArray readData(const char* name) { return readFile(u(TEST_DATA "/") 
 
 /** How often a randomised comparison runs, which it prints: 20,000 times by @p share unless ORV_TEST_ROUNDS says else. */
 inline int testRounds(int share = 1) {
-    const int rounds = qEnvironmentVariable("ORV_TEST_ROUNDS", QStringLiteral("20000")).toInt() / share;
+    const int rounds = qMax(1, qEnvironmentVariable("ORV_TEST_ROUNDS", QStringLiteral("20000")).toInt() / share);
     std::printf("ROUNDS : %s %d\n", QTest::currentTestFunction(), rounds);
     return rounds;
 }

@@ -15,6 +15,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <cerrno>
 #include <tuple>
 
 static_assert(sizeof(SpeechChecksumManager::ChecksumType) == 4, "the size is interface");
@@ -107,7 +108,12 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
         return writeInPlace(fileName, content);
     }
     QSaveFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || !write(file, content)) {
+    if (!file.open(QIODevice::WriteOnly)) {
+        // The new file has a longer name, for which there may be no room. On a full disk, the old
+        // file stays.
+        return errno == ENAMETOOLONG && writeInPlace(fileName, content);
+    }
+    if (!write(file, content)) {
         return false;
     }
     // A folder may allow a new file but not replacing this one.
