@@ -1,28 +1,23 @@
 #pragma once
 
-#include <QByteArray>
 #include <QString>
 
 #include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 
-/** The input of a fuzz target: a byte that chooses a variant, and the content. */
-class FuzzInput
-{
-public:
+/** The input of a fuzz target: a byte that chooses a variant, and a text. */
+struct FuzzInput {
     FuzzInput(const quint8* data, std::size_t size)
         : variant(size > 0 ? data[0] : 0)
-        , bytes(size > 0 ? QByteArray(reinterpret_cast<const char*>(data + 1), int(size - 1)) : QByteArray("")) {}
-
-    QString text() const { return QString::fromUtf8(bytes.constData(), bytes.size()); }
+        , text(QString::fromUtf8(QByteArray(reinterpret_cast<const char*>(data), int(size)).mid(1))) {}
 
     template <typename T, std::size_t count> T chosenOf(const T (&values)[count]) const {
         return values[variant % count];
     }
 
     const quint8 variant;
-    const QByteArray bytes;
+    const QString text;
 };
 
 /** Ends the process unless @p holds; the fuzzer reports this as a finding. */
