@@ -29,23 +29,27 @@ private:
     const std::function<void()> atEnd;
 };
 
-void call(const QByteArray& operation) {
-    if (operation == "at") { SingletonTracker::at("other"); }
-    if (operation == "insert") { SingletonTracker::insert("other", nullptr); }
-    if (operation == "erase") { SingletonTracker::erase("other"); }
-    if (operation == "clear") { SingletonTracker::clear(); }
-    if (operation == "at null") { SingletonTracker::at(nullptr); }
-}
+const struct {
+    void (*call)();
+    QByteArray place;
+} operations[] = {
+    {[] { SingletonTracker::at("other"); }, "AbstractSingleton* SingletonTrackerPrivate::at(const char*) with other"},
+    {[] { SingletonTracker::at(nullptr); }, "AbstractSingleton* SingletonTrackerPrivate::at(const char*) with "},
+    {[] { SingletonTracker::insert("other", nullptr); },
+        "void SingletonTrackerPrivate::insert(const char*, AbstractSingleton*) with other"},
+    {[] { SingletonTracker::erase("other"); }, "void SingletonTrackerPrivate::erase(const char*) with other"},
+    {SingletonTracker::clear, "void SingletonTrackerPrivate::clear()"},
+};
 
 /** One case, in a process of its own. */
-int runCase(const QByteArray& name, const QByteArray& operation) {
+int runCase(const QByteArray& name, void (*call)()) {
     if (name == "exit") {
         const auto print = [] { std::printf("%s ", deleted.constData()); };
         for (const char* singleton : {"a", "b", "c"}) {
             SingletonTracker::insert(singleton, new Singleton(*singleton, print));
         }
     } else if (name.startsWith("re-entry")) {
-        SingletonTracker::insert("a", new Singleton('a', [operation] { call(operation); }));
+        SingletonTracker::insert("a", new Singleton('a', call));
         if (name == "re-entry") { SingletonTracker::clear(); }
     } else {
         QSemaphore isInside;
@@ -56,7 +60,7 @@ int runCase(const QByteArray& name, const QByteArray& operation) {
         }));
         std::thread([] { SingletonTracker::erase("a"); }).detach();
         isInside.acquire();
-        call(operation);
+        call();
     }
     return 0;
 }
@@ -134,34 +138,24 @@ private Q_SLOTS:
     }
 
     void processExitDeletesNewestFirst() {
-        const ChildResult result = runChild({u("exit"), u("-")});
+        const ChildResult result = runChild({u("exit"), u("0")});
         QCOMPARE(result.output, QByteArray("c cb cba "));
         QCOMPARE(result.exitCode, 0);
     }
 
     void contentionIsFatal() {
-        const struct {
-            const char *operation, *message;
-        } rows[] = {
-            {"at", "Deadlock: in AbstractSingleton* SingletonTrackerPrivate::at(const char*) with other\n"},
-            {"insert",
-                "Deadlock: in void SingletonTrackerPrivate::insert(const char*, AbstractSingleton*) with other\n"},
-            {"erase", "Deadlock: in void SingletonTrackerPrivate::erase(const char*) with other\n"},
-            {"clear", "Deadlock: in void SingletonTrackerPrivate::clear()\n"},
-            {"at null", "Deadlock: in AbstractSingleton* SingletonTrackerPrivate::at(const char*) with \n"},
-        };
-        for (const auto& row : rows) {
+        for (int i = 0; i < int(std::size(operations)); ++i) {
             for (const char* situation : {"re-entry", "re-entry at exit", "other thread"}) {
-                const ChildResult result = runChild({u(situation), u(row.operation)});
+                const ChildResult result = runChild({u(situation), QString::number(i)});
                 QVERIFY(result.isCrash);
-                QCOMPARE(result.error, QByteArray(row.message));
+                QCOMPARE(result.error, "Deadlock: in " + operations[i].place + '\n');
             }
         }
     }
 };
 
 int main(int argc, char** argv) {
-    if (argc == 3) { return runCase(argv[1], argv[2]); }
+    if (argc == 3) { return runCase(argv[1], operations[QByteArray(argv[2]).toInt()].call); }
     QCoreApplication application(argc, argv);
     OrvGlobalInstanceTest test;
     return QTest::qExec(&test, argc, argv);

@@ -47,28 +47,6 @@ private Q_SLOTS:
             QStringList(u("debug: %1 (src/core/parsers/sentencetokenizer.cpp, %1, default)").arg(signature)));
     }
 
-    void terminators_data() {
-        QTest::addColumn<QString>("terminators"); // in the order of their codes
-
-        for (const char* code : {"de_DE", "ko_KR"}) { QTest::newRow(code) << "!.?⁇⁈⁉"; }
-        QTest::newRow("ar_AE") << "!.؟⸮";
-        QTest::newRow("ja_JP") << "!?⁇⁈⁉。︒︕︖﹒﹖﹗！．？｡";
-        for (const char* code : {"cmn_TW", "cmn_CN", "yue_HK", "yue_CN"}) {
-            QTest::newRow(code) << "!?⁇⁈⁉。︒︕︖﹒﹖﹗！？｡";
-        }
-    }
-    void terminators() {
-        const Language language = convertIsoToLanguageId(QTest::currentDataTag());
-        QString found;
-        QLoggingCategory::setFilterRules(u("default.debug=false"));
-        for (int code = 0; code <= 0xFFFF; ++code) {
-            const QString text = u("A b c d e f") + QChar(code) + u(" A b c d e f");
-            if (SentenceTokenizer::split(text, language).size() == 2) { found += QChar(code); }
-        }
-        QLoggingCategory::setFilterRules(QString());
-        QTEST(found, "terminators");
-    }
-
     void silent() {
         LogCapture log;
         QVERIFY(SentenceTokenizer::split(QString(), German).isEmpty());
