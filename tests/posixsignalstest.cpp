@@ -132,7 +132,6 @@ const struct {
         start + quit},
     {"notifier asks, request waits", [](Child& child) { child.pipe.activate(), raiseAll(SIGTERM); }, 0, none,
         start + quit},
-    {"queued call asks, signal waits", [](Child&) { raiseAll(SIGUSR1), queue(ask); }, 0, any, any},
     {"queued call asks, request waits", [](Child&) { raiseAll(SIGTERM), queue(ask); }, 0, any, any},
     {"timer asks, signal waits", [](Child&) { raiseAll(SIGUSR1), QTimer::singleShot(0, ask); }, 0, any, any},
     {"asks itself, request waits", [](Child&) { raiseAll(SIGTERM), ask(); }, 0, none, start + quit},

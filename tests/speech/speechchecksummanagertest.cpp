@@ -97,7 +97,6 @@ private Q_SLOTS:
     void tableInMemory() {
         LogCapture log;
         Manager manager;
-        QVERIFY(manager.checksum(u("f"), German, Manager::DefaultChecksum).isNull());
         for (const auto type : {Manager::DefaultChecksum, Manager::AlternateChecksum}) {
             manager.insert(u("f"), German, "1", type);
             manager.insert(u("f"), French, "2", type);
@@ -106,13 +105,10 @@ private Q_SLOTS:
         QCOMPARE(manager.checksum(u("f"), German, Manager::DefaultChecksum), QByteArray("1"));
         manager.insert(u("f"), German, "", Manager::DefaultChecksum);
         QVERIFY(!manager.checksum(u("f"), German, Manager::DefaultChecksum).isNull());
-        manager.insert(u("f"), Thai, Manager::DefaultChecksum);
-        QCOMPARE(manager.checksum(u("f"), Thai, Manager::DefaultChecksum).size(), 32);
         manager.remove(u("f"), German);
-        for (const auto type : {Manager::DefaultChecksum, Manager::AlternateChecksum}) {
-            QVERIFY(manager.checksum(u("f"), German, type).isNull());
-            QCOMPARE(manager.checksum(u("f"), French, type), QByteArray("2"));
-        }
+        QVERIFY(manager.checksum(u("f"), German, Manager::DefaultChecksum).isNull());
+        manager.insert(u("f"), Thai, Manager::DefaultChecksum); // of a missing file
+        QCOMPARE(listed(manager), u("f;fr_FR;0=2 f;fr_FR;1=2 f;th_TH;1=d41d8cd98f00b204e9800998ecf8427e"));
         QVERIFY(!QFile::exists(store));
         qunsetenv("ORV_SPEECH_CHECKSUM_FILE");
         const Manager usual;

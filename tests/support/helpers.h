@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QTest>
 
+#include <atomic>
 #include <cstdio>
 #include <thread>
 #include <vector>
@@ -50,9 +51,15 @@ inline QString randomText(QRandomGenerator& random, const QStringList& fragments
     return text;
 }
 
-/** Runs @p function with the numbers from 0 on, each in a thread of its own. */
-template <typename Function> void runInThreads(int count, Function function) {
+/** Whether @p holds is true in all rounds of all threads; its argument is the number of the thread. */
+template <typename Condition> bool isAlwaysTrue(int threadCount, int rounds, Condition holds) {
+    std::atomic<int> count{0};
     std::vector<std::thread> threads;
-    for (int i = 0; i < count; ++i) { threads.emplace_back(function, i); }
+    for (int i = 0; i < threadCount; ++i) {
+        threads.emplace_back([&count, rounds, holds, i] {
+            for (int round = 0; round < rounds; ++round) { count += holds(i) ? 1 : 0; }
+        });
+    }
     for (std::thread& thread : threads) { thread.join(); }
+    return count == threadCount * rounds;
 }

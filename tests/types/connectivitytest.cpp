@@ -13,17 +13,15 @@ private Q_SLOTS:
         QTest::addColumn<bool>("isInvalid");
         QTest::addColumn<bool>("isTooLowOrUnknown");
 
-        const struct {
-            const char* name;
-            int strength, errorRate;
-            bool isInvalid, isTooLowOrUnknown;
-        } rows[] = {{"not reported", -1, -1, false, true}, {"invalid", 0, 0, true, true}, {"low", 1, 0, false, true},
-            {"usable", 2, 0, false, false}, {"no error rate", 2, -1, false, false}, {"errors", 2, 1, false, true},
-            {"highest level", 98, 0, false, false}, {"not known", 99, 0, false, true},
-            {"beyond", 100, 0, false, false}};
-        for (const auto& row : rows) {
-            QTest::newRow(row.name) << row.strength << row.errorRate << row.isInvalid << row.isTooLowOrUnknown;
-        }
+        QTest::newRow("not reported") << -1 << -1 << false << true;
+        QTest::newRow("invalid") << 0 << 0 << true << true;
+        QTest::newRow("low") << 1 << 0 << false << true;
+        QTest::newRow("usable") << 2 << 0 << false << false;
+        QTest::newRow("no error rate") << 2 << -1 << false << false;
+        QTest::newRow("errors") << 2 << 1 << false << true;
+        QTest::newRow("highest level") << 98 << 0 << false << false;
+        QTest::newRow("not known") << 99 << 0 << false << true;
+        QTest::newRow("beyond") << 100 << 0 << false << false;
     }
     void signalQuality() {
         QFETCH(int, strength);
