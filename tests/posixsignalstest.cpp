@@ -144,6 +144,8 @@ const struct {
     {"nested events while quitting",
         [](Child& child) { child.receiver.nestsEvents = true, raiseAll(SIGUSR1, SIGTERM, SIGUSR1); }, 0,
         "counted 1 unwound exited", start + handled + "10\n" + once},
+    {"invoked while a signal waits", [](Child&) { raiseAll(SIGUSR1), invokeHandler(), raiseAll(SIGTERM); }, 0,
+        "counted 1 unwound exited", start + handled + "10\n" + once},
     {"nothing waits", [](Child&) { invokeHandler(), invokeHandler(), raiseAll(SIGTERM); }, 0, none,
         start + unread + unread + once},
     {"nothing waits, inside itself and behind another call",
