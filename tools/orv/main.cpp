@@ -1,8 +1,7 @@
 #include "commands/commands.h"
 #include "shell/failure.h"
 #include "shell/output.h"
-#include "shell/text.h"
-#include "shell/words.h"
+#include "text.h"
 
 #include <core/orvcore_version.h>
 
@@ -29,15 +28,6 @@ QString usage(const QVector<Command>& commands)
              "  2  wrong use or unreadable input\n"_s;
 }
 
-const Command& commandOf(const QVector<Command>& commands, const QString& name)
-{
-    if (const Command* const command = findCommand(commands, name)) {
-        return *command;
-    }
-    throw Failure{
-        unknown("command", name, completions(commands, {})) + u" (orv help lists them)"_s};
-}
-
 int run(QStringList words)
 {
     const QVector<Command> commands{checkCommand(), checksumCommand(), genreCommand(),
@@ -59,8 +49,7 @@ int run(QStringList words)
     } else {
         const Command& command = commandOf(commands, name);
         CommandLine commandLine(command);
-        commandLine.process(words);
-        return command.run(commandLine);
+        return commandLine.read(words) ? command.run(commandLine) : 0;
     }
     return 0;
 }
@@ -75,18 +64,14 @@ int main(int argc, char** argv)
     // Arguments and file names are UTF-8 in every locale, also in the plain one of build machines.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     std::setlocale(LC_CTYPE, "C.UTF-8"); // for the widths of characters
-    takeOverLog();
+    showLog(false);
 
-    int exitCode = 0;
     try {
-        try {
-            exitCode = run(QCoreApplication::arguments().mid(1));
-        } catch (const Answered&) {
-        }
+        const int exitCode = run(QCoreApplication::arguments().mid(1));
         finishOutput();
+        return exitCode;
     } catch (const Failure& failure) {
         printError(failure.reason);
-        exitCode = 2;
+        return 2;
     }
-    return exitCode;
 }

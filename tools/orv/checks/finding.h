@@ -1,10 +1,9 @@
 #pragma once
 
+#include "shell/input.h"
+
 #include <core/speech/speechcommon.h>
 
-#include <QByteArray>
-
-#include <QString>
 #include <QStringList>
 #include <QVector>
 
@@ -46,7 +45,6 @@ enum class Rule
 /** A rule as users know it. */
 struct RuleText
 {
-    Rule rule;
     const char* name;     ///< short and stable
     const char* severity; ///< error, warning or note
     const char* text;     ///< one line of at most 54 characters
@@ -60,8 +58,7 @@ QStringList ruleNames();
 /** A mistake that the library passes over in silence. */
 struct Finding
 {
-    int line;   ///< from 1
-    int column; ///< in UTF-16 code units, from 1
+    Place place;
     Rule rule;
     QString text;
 };

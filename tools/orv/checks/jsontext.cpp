@@ -1,5 +1,6 @@
 #include "checks/jsontext.h"
-#include "shell/text.h"
+
+#include "text.h"
 
 #include <QJsonArray>
 
@@ -14,9 +15,8 @@ JsonText::JsonText(const QByteArray& content, Findings& findings)
     QJsonParseError error;
     document = QJsonDocument::fromJson(content, &error);
     if (document.isNull()) {
-        const Place place = places.at(error.offset);
-        findings.append({place.line, place.column, Rule::NotLoaded,
-            u"nothing is loaded: "_s + error.errorString()});
+        findings += {places.at(error.offset), Rule::NotLoaded,
+            u"nothing is loaded: "_s + error.errorString()};
         return;
     }
     at = text.startsWith("\xEF\xBB\xBF") ? 3 : 0; // the parser skips the mark, too
@@ -78,8 +78,8 @@ void JsonText::readMember(int depth, QHash<QString, int>& lines)
     members.append({key, place});
     int& line = lines[key];
     if (line > 0) {
-        findings.append({place.line, place.column, Rule::Overwritten,
-            u"\"%1\" overwrites that of line %2"_s.arg(key, QString::number(line))});
+        findings += {place, Rule::Overwritten,
+            u"\"%1\" overwrites that of line %2"_s.arg(key, QString::number(line))};
     }
     line = place.line;
     next();

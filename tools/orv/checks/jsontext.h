@@ -1,8 +1,6 @@
 #pragma once
 
 #include "checks/finding.h"
-#include "shell/input.h"
-#include "shell/text.h"
 
 #include <QHash>
 #include <QJsonDocument>
@@ -40,22 +38,21 @@ private:
 
 /** Reads JSON as JsonText does, and calls @p check with each object of the outermost array. */
 template <typename Check>
-void checkElements(
-    const QByteArray& content, Findings& findings, const char* whenNoObject, Check check)
+Findings checkElements(const QByteArray& content, const char* whenNoObject, Check check)
 {
+    Findings findings;
     const JsonText text(content, findings);
     if (text.document.isObject()) {
-        findings.append(
-            {1, 1, Rule::NotLoaded, u"nothing is loaded: an array is needed, not an object"_s});
+        findings += {{}, Rule::NotLoaded,
+            QStringLiteral("nothing is loaded: an array is needed, not an object")};
     }
     for (int i = 0; i < text.elements.size() && text.document.isArray(); ++i) {
-        const Place& place = text.elements[i];
         const QJsonValue element = text.document[i];
         if (element.isObject()) {
-            check(element.toObject(), place);
+            check(element.toObject(), text.elements[i], findings);
         } else {
-            findings.append(
-                {place.line, place.column, Rule::Skipped, QString::fromUtf8(whenNoObject)});
+            findings += {text.elements[i], Rule::Skipped, QString::fromUtf8(whenNoObject)};
         }
     }
+    return findings;
 }

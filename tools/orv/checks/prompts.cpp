@@ -1,8 +1,6 @@
 #include "checks/finding.h"
-#include "shell/input.h"
-#include "shell/languages.h"
-#include "shell/text.h"
-#include "shell/words.h"
+#include "checks/languages.h"
+#include "text.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -178,44 +176,6 @@ Difference differenceFrom(const QString& form, const QString& prompt)
     return {prompt.indexOf(u'<'), QString()};
 }
 
-Finding whySpokenWhole(int line, const QString& prompt, PromptContext context)
-{
-    const QString start = u"the tags will be read aloud: "_s;
-    const int column = prompt.indexOf(u'<') + 1;
-    static const QRegularExpression anyTag(u"</?[A-Za-z]"_s);
-    if (!anyTag.match(prompt).hasMatch()) {
-        return {line, column, Rule::UnknownForm,
-            u"\"<\" will be read aloud: it does not start a tag"_s};
-    }
-    if (!isSpokenWhole(withoutBlanksInValues(prompt), context)) {
-        static const QRegularExpression blankInValue(u"=\"[^\"]*?\\s"_s);
-        const int blank = blankInValue.match(prompt).capturedEnd();
-        return {line, blank > 0 ? blank : column, Rule::BlankInPath,
-            start + u"a path or language holds a blank"_s};
-    }
-    const bool isGeneral = context == BrandSoundContext && !isSpokenWhole(prompt, GeneralContext);
-    if (isGeneral || (context != A4AContext && !isSpokenWhole(prompt, A4AContext))) {
-        static const QRegularExpression name(u"<(audio|file|text|phonetic|tts|offboard)"_s);
-        const QRegularExpressionMatch tag = name.match(prompt);
-        return {line, tag.capturedStart() + 1, Rule::WrongContext,
-            start + tag.captured()
-                + (isGeneral ? u"> does not work with --context brandsound"_s
-                             : u"> works only with --context a4a"_s)};
-    }
-    const QString form = nearestForm(prompt, "<");
-    const Difference difference = differenceFrom(form, prompt);
-    QString text = start + u"the nearest form is "_s + form;
-    if (!difference.advice.isEmpty()) {
-        text += u"; "_s + difference.advice;
-    }
-    if (isSpokenWhole(form, context)) {
-        text += isSpokenWhole(form, GeneralContext)
-                    ? u"; it works only with --context a4a"_s
-                    : u"; it does not work with --context brandsound"_s;
-    }
-    return {line, difference.begin + 1, Rule::UnknownForm, text};
-}
-
 /** The text in front of the markup and behind it, without which a prompt means the same. */
 struct Outside
 {
@@ -257,22 +217,6 @@ Outside outsideOf(const QString& prompt, PromptContext context, const PromptData
     return {prompt.left(begin).trimmed(), prompt.mid(behind).trimmed(), behind};
 }
 
-/** Collects what is found in a prompt, or in a file that it names. */
-class Collector
-{
-public:
-    Findings findings;
-    int line = 0;
-    QString inFile; ///< what a text about a named file starts with
-    int fileColumn = 0;
-
-    /** @p index is where it begins in the text that is checked. */
-    void add(int index, Rule rule, const QString& text)
-    {
-        findings.append({line, inFile.isEmpty() ? index + 1 : fileColumn, rule, inFile + text});
-    }
-};
-
 /** Where a text holds what starts as an inline tag, but is none; or -1. */
 int brokenInlineTag(const QString& text)
 {
@@ -296,190 +240,256 @@ int brokenInlineTag(const QString& text)
     return -1;
 }
 
-void checkInlineTags(Collector& collector, const QString& markup, const QString& spoken)
+/** Checks prompts, and the files of off-board markup that they name. */
+class PromptCheck
 {
-    const int at = brokenInlineTag(spoken);
-    if (at >= 0) {
-        collector.add(std::max(markup.indexOf(spoken), 0) + at, Rule::BrokenInlineTag,
-            u"not an inline tag, so it is read aloud; write \\!\\NAME=VALUE\\ and a space"_s);
-    }
-}
+public:
+    explicit PromptCheck(const CheckOptions& options)
+        : options(options)
+    {}
 
-/** Checks a text that this machine speaks for sounds and entities. */
-void checkSpokenWords(
-    Collector& collector, const QString& markup, const QString& spoken, const CheckOptions& options)
-{
-    static const QRegularExpression entity(u"&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"_s);
-    const int begin = std::max(markup.indexOf(spoken), 0);
-    const int ampersand = spoken.indexOf(u'&'); // few texts have one
-    const auto match = ampersand < 0 ? QRegularExpressionMatch() : entity.match(spoken, ampersand);
-    if (match.hasMatch()) {
-        collector.add(begin + match.capturedStart(), Rule::EntitySpoken,
-            u"read aloud as it stands: \"%1\""_s.arg(match.captured()));
+    Findings run(const QByteArray& content)
+    {
+        LineReader reader(content);
+        QByteArray bytes;
+        while (reader.readBytes(bytes)) {
+            line = reader.lineNumber();
+            if (decodeUtf8(bytes, markup)) {
+                checkPrompt();
+            } else {
+                add(0, Rule::NotUtf8, u"not valid UTF-8"_s);
+            }
+        }
+        return findings;
     }
-    const QString word = spoken.trimmed();
-    const int slip = word.size() < 4 ? 1 : word.size() > 8 ? 3 : 2;
-    if (options.context != BrandSoundContext && options.soundIds.contains(word)) {
-        collector.add(begin, Rule::BareSoundId,
-            u"read aloud, not played: a sound is <text language=\"ISO\">%1</text>, "
-            "or --context brandsound"_s.arg(word));
-    } else if (const QString id = nearest(word, options.soundIds, slip); !id.isNull()) {
-        collector.add(
-            begin, Rule::NearSoundId, u"nearly the sound \"%1\", but read aloud"_s.arg(id));
-    }
-}
 
-/** Checks what is spoken of markup that is understood. */
-void checkSpokenText(Collector& collector, const QString& markup, const PromptData& prompt,
-    const CheckOptions& options)
-{
-    // An off-board service has tags of its own, but not those of this library.
-    static const QRegularExpression anyTag(u"</?[a-z]"_s);
-    static const QRegularExpression offboardTag(u"</?(offboard|tts)\\b"_s);
-    const bool isOffboard = prompt.mode == PromptOffboard;
-    const int begin = std::max(markup.indexOf(prompt.text), 0);
-    const auto tag = (isOffboard ? offboardTag : anyTag).match(prompt.text);
-    if (prompt.text.trimmed().isEmpty()) {
-        collector.add(begin, Rule::NothingSpoken, u"nothing is spoken"_s);
-    } else if (tag.hasMatch()) {
-        collector.add(begin + tag.capturedStart(), Rule::InnerMarkup,
-            u"the tags within the text will be read aloud"_s);
+private:
+    /** @p index is where it begins in the markup that is checked. */
+    void add(int index, Rule rule, const QString& text)
+    {
+        const int column = inFile.isEmpty() ? index + 1 : fileColumn;
+        findings += {{line, column}, rule, inFile + text};
     }
-    if (!isOffboard) {
-        checkSpokenWords(collector, markup, prompt.text, options);
-    }
-    checkInlineTags(collector, markup, prompt.text);
-}
 
-/** Checks the codes of languages. @return whether all are known */
-bool checkLanguages(Collector& collector, const QString& markup, const PromptData& meaning,
-    const CheckOptions& options)
-{
-    // Off-board text may have markup of its own, with languages of its own.
-    static const QRegularExpression boardTag(
-        uR"~(<(audio|file|text|phonetic) language="([^"]*)")~"_s);
-    static const QRegularExpression offboardTag(uR"~(<(tts) lang="([^"]*)"/>)~"_s);
-    const bool isOffboard = meaning.mode == PromptOffboard;
-    bool areKnown = true;
-    auto match = (isOffboard ? offboardTag : boardTag).globalMatch(markup);
-    while (match.hasNext()) {
-        const QRegularExpressionMatch tag = match.next();
-        const QString code = tag.captured(2);
-        // A brand sound is named by text with a language, whatever the language is.
-        const bool mayName =
-            tag.captured(1) == u"text"_s
-            && (meaning.mode == PromptAudio || options.context == BrandSoundContext);
-        if (convertIsoToLanguageId(code.toUtf8()) == InvalidLanguage) {
-            collector.add(tag.capturedStart(2), Rule::UnknownLanguage, unknownLanguage(code));
-            areKnown = false;
-        } else if (!isOffboard && !mayName) {
-            collector.add(tag.capturedStart(2), Rule::LanguageIgnored,
-                u"\"%1\" has no effect: only <tts lang=\"%1\"/> sets a language"_s.arg(code));
+    void checkPrompt()
+    {
+        static const QRegularExpression comment(u"^\\s*#+(\\s|$)"_s);
+        if (markup.contains(u'#') && comment.match(markup).hasMatch()) {
+            add(markup.indexOf(u'#'), Rule::CommentSpoken,
+                u"read aloud: a line of prompts is never a comment"_s);
+        }
+        meaning = parsed(markup, options.context);
+        if (meaning.mode == PromptText && meaning.text == markup) {
+            if (markup.contains(u'<')) {
+                tellWhySpokenWhole();
+            }
+            checkSpokenWords();
+            checkInlineTags();
+            return;
+        }
+        checkMarkup();
+        const QString path = meaning.text;
+        const int begin = std::max(markup.indexOf(path), 0);
+        if (meaning.mode == PromptText || meaning.mode == PromptOffboard) {
+            checkSpokenText();
+        } else if (!options.isFile(path)) {
+            add(begin, Rule::MissingFile, u"no such file: \"%1\""_s.arg(path));
+        } else if (options.context == A4AContext && meaning.mode == PromptFile) {
+            fileColumn = begin + 1;
+            inFile = u"in \"%1\": "_s.arg(path);
+            checkOffboardFile(path);
+            inFile.clear();
         }
     }
-    return areKnown;
-}
 
-/** Checks markup that is understood, as @p meaning. */
-void checkMarkup(Collector& collector, const QString& markup, const PromptData& meaning,
-    const CheckOptions& options)
-{
-    const bool areLanguagesKnown = checkLanguages(collector, markup, meaning, options);
-    Outside outside = outsideOf(markup, options.context, meaning);
-    if (meaning.mode == PromptOffboard && !areLanguagesKnown) {
-        // The tag of an unknown language means nothing, and so seems to be outside.
-        const int tag = outside.before.lastIndexOf(u"<tts "_s);
-        outside.before = outside.before.left(tag).trimmed();
-    }
-    const auto report = [&](const QString& part, int from) {
-        if (!part.isEmpty()) {
-            collector.add(markup.indexOf(part, from), Rule::OutsideMarkup,
-                u"dropped, because it is outside the tags: \"%1\""_s.arg(part));
+    void tellWhySpokenWhole()
+    {
+        static const QRegularExpression anyTag(u"</?[A-Za-z]"_s);
+        static const QRegularExpression blankInValue(u"=\"[^\"]*?\\s"_s);
+        static const QRegularExpression name(u"<(audio|file|text|phonetic|tts|offboard)"_s);
+        const PromptContext context = options.context;
+        const QString start = u"the tags will be read aloud: "_s;
+        const bool isGeneral =
+            context == BrandSoundContext && !isSpokenWhole(markup, GeneralContext);
+        if (!anyTag.match(markup).hasMatch()) {
+            add(markup.indexOf(u'<'), Rule::UnknownForm,
+                u"\"<\" will be read aloud: it does not start a tag"_s);
+        } else if (!isSpokenWhole(withoutBlanksInValues(markup), context)) {
+            const int end = blankInValue.match(markup).capturedEnd(); // or a blank of other scripts
+            add(end > 0 ? end - 1 : markup.indexOf(u'<'), Rule::BlankInPath,
+                start + u"a path or language holds a blank"_s);
+        } else if (isGeneral || (context != A4AContext && !isSpokenWhole(markup, A4AContext))) {
+            const QRegularExpressionMatch tag = name.match(markup);
+            add(tag.capturedStart(), Rule::WrongContext,
+                start + tag.captured()
+                    + (isGeneral ? u"> does not work with --context brandsound"_s
+                                 : u"> works only with --context a4a"_s));
+        } else {
+            const QString form = nearestForm(markup, "<");
+            const Difference difference = differenceFrom(form, markup);
+            QString text = start + u"the nearest form is "_s + form;
+            if (!difference.advice.isEmpty()) {
+                text += u"; "_s + difference.advice;
+            }
+            if (isSpokenWhole(form, context)) {
+                text += isSpokenWhole(form, GeneralContext)
+                            ? u"; it works only with --context a4a"_s
+                            : u"; it does not work with --context brandsound"_s;
+            }
+            add(difference.begin, Rule::UnknownForm, text);
         }
-    };
-    report(outside.before, 0);
-    report(outside.behind, outside.behindBegin);
-}
+    }
 
-/** Checks a file of off-board markup that a prompt names. */
-void checkOffboardFile(Collector& collector, const QString& path, const CheckOptions& options)
-{
-    QFile file(options.onThisMachine(path));
-    collector.inFile = u"in \"%1\": "_s.arg(path);
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        collector.add(0, Rule::UnreadableFile, file.errorString());
-        return;
-    }
-    const QByteArray content = file.readAll();
-    if (!content.contains("<offboard")) {
-        return; // a file of another kind
-    }
-    const QByteArray bytes = content.constData(); // up to the first NUL, as the library reads it
-    if (bytes.size() < content.size()) {
-        collector.add(0, Rule::NulInFile, u"lost from the first NUL on"_s);
-    }
-    QString markup;
-    if (!decodeUtf8(bytes, markup)) {
-        collector.add(0, Rule::NotUtf8, u"not valid UTF-8"_s);
-        return;
-    }
-    const PromptData meaning = parsed(markup, A4AContext);
-    if (meaning.mode == PromptOffboard) {
-        checkMarkup(collector, markup, meaning, options);
-        checkSpokenText(collector, markup, meaning, options);
-    } else {
-        collector.add(0, Rule::NoOffboardMarkup,
-            u"no off-board markup is found; the nearest form is "_s
-                + nearestForm(markup, "<offboard"));
-    }
-}
-
-void checkPrompt(Collector& collector, const QString& prompt, const CheckOptions& options)
-{
-    static const QRegularExpression comment(u"^\\s*#+(\\s|$)"_s);
-    if (prompt.contains(u'#') && comment.match(prompt).hasMatch()) {
-        collector.add(prompt.indexOf(u'#'), Rule::CommentSpoken,
-            u"read aloud: a line of prompts is never a comment"_s);
-    }
-    const PromptData meaning = parsed(prompt, options.context);
-    if (meaning.mode == PromptText && meaning.text == prompt) {
-        if (prompt.contains(u'<')) {
-            collector.findings += whySpokenWhole(collector.line, prompt, options.context);
+    void checkOffboardFile(const QString& path)
+    {
+        QFile file(options.onThisMachine(path));
+        if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
+            add(0, Rule::UnreadableFile, file.errorString());
+            return;
         }
-        checkSpokenWords(collector, prompt, prompt, options);
-        checkInlineTags(collector, prompt, prompt);
-        return;
+        const QByteArray content = file.readAll();
+        if (!content.contains("<offboard")) {
+            return; // a file of another kind
+        }
+        const QByteArray bytes =
+            content.constData(); // up to the first NUL, as the library reads it
+        if (bytes.size() < content.size()) {
+            add(0, Rule::NulInFile, u"lost from the first NUL on"_s);
+        }
+        if (!decodeUtf8(bytes, markup)) {
+            add(0, Rule::NotUtf8, u"not valid UTF-8"_s);
+            return;
+        }
+        meaning = parsed(markup, A4AContext);
+        if (meaning.mode == PromptOffboard) {
+            checkMarkup();
+            checkSpokenText();
+        } else {
+            add(0, Rule::NoOffboardMarkup,
+                u"no off-board markup is found; the nearest form is "_s
+                    + nearestForm(markup, "<offboard"));
+        }
     }
-    checkMarkup(collector, prompt, meaning, options);
-    if (meaning.mode == PromptText || meaning.mode == PromptOffboard) {
-        checkSpokenText(collector, prompt, meaning, options);
-        return;
+
+    /** Checks markup that is understood. */
+    void checkMarkup()
+    {
+        const bool areLanguagesKnown = checkLanguages();
+        Outside outside = outsideOf(markup, options.context, meaning);
+        if (meaning.mode == PromptOffboard && !areLanguagesKnown) {
+            // The tag of an unknown language means nothing, and so seems to be outside.
+            const int tag = outside.before.lastIndexOf(u"<tts "_s);
+            outside.before = outside.before.left(tag).trimmed();
+        }
+        const auto report = [this](const QString& part, int from) {
+            if (!part.isEmpty()) {
+                add(markup.indexOf(part, from), Rule::OutsideMarkup,
+                    u"dropped, because it is outside the tags: \"%1\""_s.arg(part));
+            }
+        };
+        report(outside.before, 0);
+        report(outside.behind, outside.behindBegin);
     }
-    const int path = std::max(prompt.indexOf(meaning.text), 0);
-    if (!options.isFile(meaning.text)) {
-        collector.add(path, Rule::MissingFile, u"no such file: \"%1\""_s.arg(meaning.text));
-    } else if (options.context == A4AContext && meaning.mode == PromptFile) {
-        collector.fileColumn = path + 1;
-        checkOffboardFile(collector, meaning.text, options);
-        collector.inFile.clear();
+
+    /** Checks the codes of languages. @return whether all are known */
+    bool checkLanguages()
+    {
+        // Off-board text may have markup of its own, with languages of its own.
+        static const QRegularExpression boardTag(
+            uR"~(<(audio|file|text|phonetic) language="([^"]*)")~"_s);
+        static const QRegularExpression offboardTag(uR"~(<(tts) lang="([^"]*)"/>)~"_s);
+        const bool isOffboard = meaning.mode == PromptOffboard;
+        bool areKnown = true;
+        auto match = (isOffboard ? offboardTag : boardTag).globalMatch(markup);
+        while (match.hasNext()) {
+            const QRegularExpressionMatch tag = match.next();
+            const QString code = tag.captured(2);
+            // A brand sound is named by text with a language, whatever the language is.
+            const bool mayName =
+                tag.captured(1) == u"text"_s
+                && (meaning.mode == PromptAudio || options.context == BrandSoundContext);
+            if (convertIsoToLanguageId(code.toUtf8()) == InvalidLanguage) {
+                add(tag.capturedStart(2), Rule::UnknownLanguage, unknownLanguage(code));
+                areKnown = false;
+            } else if (!isOffboard && !mayName) {
+                add(tag.capturedStart(2), Rule::LanguageIgnored,
+                    u"\"%1\" has no effect: only <tts lang=\"%1\"/> sets a language"_s.arg(code));
+            }
+        }
+        return areKnown;
     }
-}
+
+    /** Checks what is spoken of markup that is understood. */
+    void checkSpokenText()
+    {
+        // An off-board service has tags of its own, but not those of this library.
+        static const QRegularExpression anyTag(u"</?[a-z]"_s);
+        static const QRegularExpression offboardTag(u"</?(offboard|tts)\\b"_s);
+        const bool isOffboard = meaning.mode == PromptOffboard;
+        const auto tag = (isOffboard ? offboardTag : anyTag).match(meaning.text);
+        if (meaning.text.trimmed().isEmpty()) {
+            add(spokenBegin(), Rule::NothingSpoken, u"nothing is spoken"_s);
+        } else if (tag.hasMatch()) {
+            add(spokenBegin() + tag.capturedStart(), Rule::InnerMarkup,
+                u"the tags within the text will be read aloud"_s);
+        }
+        if (!isOffboard) {
+            checkSpokenWords();
+        }
+        checkInlineTags();
+    }
+
+    /** Checks a text that this machine speaks for sounds and entities. */
+    void checkSpokenWords()
+    {
+        static const QRegularExpression entity(
+            u"&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"_s);
+        const QString& spoken = meaning.text;
+        const int ampersand = spoken.indexOf(u'&'); // few texts have one
+        const auto match =
+            ampersand < 0 ? QRegularExpressionMatch() : entity.match(spoken, ampersand);
+        if (match.hasMatch()) {
+            add(spokenBegin() + match.capturedStart(), Rule::EntitySpoken,
+                u"read aloud as it stands: \"%1\""_s.arg(match.captured()));
+        }
+        const QString word = spoken.trimmed();
+        const int slip = word.size() < 4 ? 1 : word.size() > 8 ? 3 : 2;
+        if (options.context != BrandSoundContext && options.soundIds.contains(word)) {
+            add(spokenBegin(), Rule::BareSoundId,
+                u"read aloud, not played: a sound is <text language=\"ISO\">%1</text>, "
+                "or --context brandsound"_s.arg(word));
+        } else if (const QString id = nearest(word, options.soundIds, slip); !id.isNull()) {
+            add(spokenBegin(), Rule::NearSoundId,
+                u"nearly the sound \"%1\", but read aloud"_s.arg(id));
+        }
+    }
+
+    void checkInlineTags()
+    {
+        const int at = brokenInlineTag(meaning.text);
+        if (at >= 0) {
+            add(spokenBegin() + at, Rule::BrokenInlineTag,
+                u"not an inline tag, so it is read aloud; write \\!\\NAME=VALUE\\ and a space"_s);
+        }
+    }
+
+    int spokenBegin() const
+    {
+        return std::max(markup.indexOf(meaning.text), 0);
+    }
+
+    const CheckOptions& options;
+    Findings findings;
+    int line = 0;
+    QString markup; ///< what is checked: the line, or the content of a file that it names
+    PromptData meaning;
+    QString inFile; ///< what a text about a named file starts with
+    int fileColumn = 0;
+};
 
 } // namespace
 
 Findings checkPrompts(const QByteArray& content, const CheckOptions& options)
 {
-    Collector collector;
-    LineReader reader(content);
-    QByteArray bytes;
-    while (reader.readBytes(bytes)) {
-        collector.line = reader.lineNumber();
-        QString prompt;
-        if (decodeUtf8(bytes, prompt)) {
-            checkPrompt(collector, prompt, options);
-        } else {
-            collector.add(0, Rule::NotUtf8, u"not valid UTF-8"_s);
-        }
-    }
-    return collector.findings;
+    return PromptCheck(options).run(content);
 }

@@ -1,45 +1,39 @@
 #include "checks/jsontext.h"
-#include "shell/text.h"
+#include "text.h"
 
 Findings checkSounds(const QByteArray& content, const CheckOptions& options)
 {
-    Findings findings;
     QHash<QString, int> lines; // by the ids that are entered
-    const QString idName = u"id"_s;
-    const QString valueName = u"value"_s;
-    const auto check = [&](const QJsonObject& sound, const Place& place) {
-        const auto add = [&](Rule rule, const QString& text) {
-            findings.append({place.line, place.column, rule, text});
-        };
-        for (const QString& name : {idName, valueName}) {
+    const auto check = [&](const QJsonObject& sound, const Place& place, Findings& findings) {
+        for (const QString& name : {u"id"_s, u"value"_s}) {
             if (!sound.contains(name)) {
-                add(Rule::Skipped, u"skipped: no \"%1\""_s.arg(name));
+                findings += {place, Rule::Skipped, u"skipped: no \"%1\""_s.arg(name)};
                 return;
             }
         }
-        const QString id = sound.value(idName).toString();
-        const QString path = sound.value(valueName).toString();
+        const QString id = sound.value(u"id"_s).toString();
+        const QString path = sound.value(u"value"_s).toString();
         if (id.isEmpty() || path.isEmpty()) {
-            add(Rule::BadValue,
-                u"\"%1\" is not a text, or an empty one"_s.arg(id.isEmpty() ? idName : valueName));
+            const QString name = id.isEmpty() ? u"id"_s : u"value"_s;
+            findings +=
+                {place, Rule::BadValue, u"\"%1\" is not a text, or an empty one"_s.arg(name)};
         }
         const QString ids[] = {id, id + u'.'};
         for (const QString& entered : ids) {
             if (lines.contains(entered)) {
-                add(Rule::Overwritten, u"\"%1\" overwrites that of line %2"_s.arg(
-                                           entered, QString::number(lines[entered])));
+                const QString line = QString::number(lines[entered]);
+                findings += {place, Rule::Overwritten,
+                    u"\"%1\" overwrites that of line %2"_s.arg(entered, line)};
                 break;
             }
         }
         for (const QString& entered : ids) {
             lines[entered] = place.line;
         }
-        const bool hasMarker = path.contains(u'%');
-        const QString file = hasMarker ? path.arg(options.brand.toLower()) : path;
+        const QString file = path.contains(u'%') ? path.arg(options.brand.toLower()) : path;
         if (!id.isEmpty() && !path.isEmpty() && !options.isFile(file)) {
-            add(Rule::MissingFile, u"no such file: \"%1\""_s.arg(file));
+            findings += {place, Rule::MissingFile, u"no such file: \"%1\""_s.arg(file)};
         }
     };
-    checkElements(content, findings, "skipped: not an object", check);
-    return findings;
+    return checkElements(content, "skipped: not an object", check);
 }

@@ -1,5 +1,5 @@
 #include "checks/jsontext.h"
-#include "shell/text.h"
+#include "text.h"
 
 #include <core/speech/speechchecksummanager.h>
 
@@ -38,31 +38,26 @@ QString problemOf(const QJsonObject& entry, const Manager::ChecksumKey& key)
 
 Findings checkStore(const QByteArray& content, const CheckOptions&)
 {
-    Findings findings;
     QHash<QString, int> lines; // by the keys of the entries
-    const auto check = [&](const QJsonObject& entry, const Place& place) {
-        const auto add = [&](Rule rule, const QString& text) {
-            findings.append({place.line, place.column, rule, text});
-        };
+    const auto check = [&](const QJsonObject& entry, const Place& place, Findings& findings) {
         // As the library reads them, whatever their types are.
         const QVariantMap members = entry.toVariantMap();
         const Manager::ChecksumKey key(members[u"filePath"_s].toString(),
             Language(members[u"language"_s].toInt()),
             Manager::ChecksumType(members[u"type"_s].toInt()));
         if (key.filePath.contains(u';')) {
-            add(Rule::LostPath,
-                u"lost when the store is written: a path with \";\": \"%1\""_s.arg(key.filePath));
+            findings += {place, Rule::LostPath,
+                u"lost when the store is written: a path with \";\": \"%1\""_s.arg(key.filePath)};
         } else if (const QString problem = problemOf(entry, key); !problem.isEmpty()) {
-            add(Rule::BadValue, problem);
+            findings += {place, Rule::BadValue, problem};
         }
         int& line = lines[key.toString()];
         if (line > 0) {
-            add(Rule::Overwritten,
+            findings += {place, Rule::Overwritten,
                 u"overwrites the entry of line %1, which has the same path, language "
-                "and type"_s.arg(line));
+                "and type"_s.arg(line)};
         }
         line = place.line;
     };
-    checkElements(content, findings, "not an object: becomes an entry without a path", check);
-    return findings;
+    return checkElements(content, "not an object: becomes an entry without a path", check);
 }

@@ -1,11 +1,11 @@
+#include "checks/table.h"
+
 #include "checks/finding.h"
-#include "shell/input.h"
-#include "shell/tablereader.h"
-#include "shell/text.h"
-#include "shell/words.h"
+#include "text.h"
 
 #include <QBuffer>
 #include <QRegularExpression>
+#include <QTextStream>
 
 #include <algorithm>
 
@@ -96,7 +96,7 @@ QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
         }
         // A slip of the pen, but not in "#ECO": little depends on the version.
         if (!declaration.isMade && name.size() > 4
-            && editDistance(word.toLower(), name.toLower()) == 1) {
+            && editDistances(word.toLower(), name.toLower()).constLast() == 1) {
             return u"a comment, did you mean \"%1\"?"_s.arg(name);
         }
     }
@@ -113,49 +113,78 @@ void checkEncoding(Findings& findings, const QByteArray& content)
     while (reader.readBytes(line)) {
         QString text;
         if (!decodeUtf8(line, text)) {
-            findings.append({reader.lineNumber(), 1, Rule::NotUtf8, u"not valid UTF-8"_s});
+            findings += {{reader.lineNumber(), 1}, Rule::NotUtf8, u"not valid UTF-8"_s};
         }
     }
 }
 
 } // namespace
 
+EcoFile readTable(
+    QIODevice& device, const std::function<void(const TableLine&, const EcoFile&)>& see)
+{
+    EcoFile file;
+    Progress progress(device.size());
+    qint64 seen = 0;
+    QTextStream stream(&device);
+    QString line;
+    for (int number = 1; stream.readLineInto(&line); ++number) {
+        if (device.pos() > seen) { // the stream reads block by block
+            progress.advance(device.pos() - seen);
+            seen = device.pos();
+        }
+        const auto isText = [](QChar character) { return !character.isSpace(); };
+        const auto begin = std::find_if(line.cbegin(), line.cend(), isText) - line.cbegin();
+        const Place place{number, int(begin) + 1};
+        line = line.trimmed();
+        if (line.startsWith(u'#')) {
+            file.parseHeaderLine(line);
+            see({place, line, true, false}, file);
+        } else if (!line.isEmpty()) {
+            const int rowCount = file.rows().size();
+            file.parseDataLine(line);
+            see({place, line, false, file.rows().size() == rowCount}, file);
+        }
+    }
+    return file;
+}
+
 Findings checkTable(const QByteArray& content, const CheckOptions&)
 {
     Findings findings;
     checkEncoding(findings, content);
     EcoFile::Header before; // not the rows: they would be copied at every line with "#"
+    bool hasDropped = false;
     QBuffer buffer;
     buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
     const EcoFile file = readTable(buffer, [&](const TableLine& line, const EcoFile& after) {
-        const auto add = [&](int index, Rule rule, const QString& text) {
-            findings.append({line.number, line.column + index, rule, text});
-        };
         if (line.isDeclaration) {
             const bool isColumn =
                 after.header().columns().size() > before.columns().size() && isNamed(line.text);
             const QString problem = isColumn ? problemOfColumn(before, after)
                                              : problemOfDeclaration(line.text, after.header());
             if (!problem.isEmpty()) {
-                add(0, isColumn ? Rule::LateColumn : Rule::BadDeclaration, problem);
+                findings +=
+                    {line.place, isColumn ? Rule::LateColumn : Rule::BadDeclaration, problem};
             }
             before = after.header();
         } else if (line.isDropped) {
-            add(0, Rule::DroppedRow, u"dropped: "_s + whyDropped(line.text, after));
+            hasDropped = true;
+            findings +=
+                {line.place, Rule::DroppedRow, u"dropped: "_s + whyDropped(line.text, after)};
         } else if (hasLoneQuote(line.text)) {
-            add(line.text.lastIndexOf(u'"'), Rule::LoneQuote,
-                u"a quote that has no partner is lost, and ends its field"_s);
+            const Place quote{line.place.line, line.place.column + line.text.lastIndexOf(u'"')};
+            findings += {quote, Rule::LoneQuote,
+                u"a quote that has no partner is lost, and ends its field"_s};
         }
     });
-    const auto isDropped = [](const Finding& finding) { return finding.rule == Rule::DroppedRow; };
-    if (file.header().columns().isEmpty()
-        && std::any_of(findings.begin(), findings.end(), isDropped)) {
+    if (file.header().columns().isEmpty() && hasDropped) {
         const auto isOther = [](const Finding& finding) {
             return finding.rule != Rule::BadDeclaration;
         };
         findings.erase(std::remove_if(findings.begin(), findings.end(), isOther), findings.end());
-        findings.append({1, 1, Rule::NotATable, u"not a table file: no line declares a column"_s});
+        findings += {{}, Rule::NotATable, u"not a table file: no line declares a column"_s};
     }
     return findings;
 }

@@ -4,19 +4,22 @@
 #include "commands/sarif.h"
 #include "shell/failure.h"
 #include "shell/files.h"
-#include "shell/input.h"
+#include "shell/listing.h"
 #include "shell/output.h"
-#include "shell/text.h"
-#include "shell/words.h"
+#include "text.h"
 
 #include <QFileInfo>
-#include <QJsonObject>
 
 #include <algorithm>
 #include <map>
 #include <tuple>
 
 namespace {
+
+// Colours of terminals, by their codes.
+constexpr int red = 31;
+constexpr int yellow = 33;
+constexpr int cyan = 36;
 
 struct Kind
 {
@@ -40,11 +43,7 @@ constexpr Kind kinds[] = {
 
 QStringList kindNames()
 {
-    QStringList names;
-    for (const Kind& kind : kinds) {
-        names += QLatin1String(kind.name);
-    }
-    return names;
+    return namesOf(kinds);
 }
 
 /** What a run of the command works on. */
@@ -64,14 +63,6 @@ struct Task
 QString keyOf(const QString& file, const QString& rule, const QString& text)
 {
     return file + u'\n' + rule + u'\n' + text;
-}
-
-QJsonObject jsonOf(const QString& file, const Finding& finding)
-{
-    const RuleText& rule = textOf(finding.rule);
-    return {{u"file"_s, file}, {u"line"_s, finding.line}, {u"column"_s, finding.column},
-        {u"severity"_s, QLatin1String(rule.severity)}, {u"rule"_s, QLatin1String(rule.name)},
-        {u"reason"_s, finding.text}};
 }
 
 /** The findings that --json once wrote into a file. @throw Failure */
@@ -100,8 +91,9 @@ Findings findAll(Task& task, const QByteArray& content)
         task.options.context = context;
         const Findings findings = task.kind.check(content, task.options);
         for (const Finding& finding : findings) {
-            const auto key = std::tie(finding.line, finding.column, finding.rule, finding.text);
-            QStringList& names = contextsByFinding[key];
+            const Place& place = finding.place;
+            QStringList& names =
+                contextsByFinding[{place.line, place.column, finding.rule, finding.text}];
             if (names.isEmpty() || names.last() != nameOf(context)) {
                 names += nameOf(context);
             }
@@ -111,8 +103,8 @@ Findings findAll(Task& task, const QByteArray& content)
     for (const auto& [finding, names] : contextsByFinding) {
         const auto& [line, column, rule, text] = finding;
         const bool isOfAll = names.size() == task.contexts.size();
-        all.append(
-            {line, column, rule, isOfAll ? text : u"%1 (in %2)"_s.arg(text, names.join(u", "_s))});
+        all +=
+            {{line, column}, rule, isOfAll ? text : u"%1 (in %2)"_s.arg(text, names.join(u", "_s))};
     }
     return all;
 }
@@ -171,36 +163,32 @@ QStringList filesFor(Task& task, const QString& argument)
 
 void show(const Task& task, const CommandLine& commandLine)
 {
-    if (commandLine.isSet("sarif")) {
+    if (commandLine.isSet(u"sarif"_s)) {
         printJson(sarifOf(task.findings));
         return;
     }
-    for (const FileFinding& found : task.findings) {
-        const Finding& finding = found.second;
-        const RuleText& rule = textOf(finding.rule);
-        if (commandLine.isSet("json")) {
-            printJson(jsonOf(found.first, finding));
-            continue;
-        }
-        const char* const severity = rule.severity;
-        const Colour colour = *severity == 'e' ? Red : *severity == 'w' ? Yellow : Cyan;
-        print(
-            u"%1:%2:%3: %4: %5 [%6]\n"_s.arg(onOneLine(found.first), QString::number(finding.line),
-                QString::number(finding.column), coloured(QLatin1String(severity), colour),
-                onOneLine(finding.text), QLatin1String(rule.name)));
+    for (const auto& [file, finding] : task.findings) {
+        const auto& [name, severity, summary] = textOf(finding.rule);
+        const int colour = *severity == 'e' ? red : *severity == 'w' ? yellow : cyan;
+        printRecord(commandLine.isSet(u"json"_s),
+            {{"file", file, "%1:"}, {"line", finding.place.line, "%1:"},
+                {"column", finding.place.column, "%1: "},
+                {"severity", QLatin1String(severity), coloured(u"%1"_s, colour).toUtf8() + ": "},
+                {"reason", finding.text, "%1 "}, {"rule", QLatin1String(name), "[%1]\n"}});
     }
 }
 
 Task taskOf(const CommandLine& commandLine)
 {
-    Task task{kinds[placeAmong(kindNames(), "kind of file", commandLine.arguments().at(0))],
-        contextsOf(commandLine), {}, commandLine.values("allow"), {}};
-    task.options.brand = commandLine.value("brand");
-    task.options.root = commandLine.value("root");
-    if (commandLine.isSet("root") && !QFileInfo(task.options.root).isDir()) {
+    Task task{
+        kinds[placeAmong(kindNames(), "kind of file", commandLine.positionalArguments().at(0))],
+        contextsOf(commandLine), {}, commandLine.values(u"allow"_s), {}};
+    task.options.brand = commandLine.value(u"brand"_s);
+    task.options.root = commandLine.value(u"root"_s);
+    if (commandLine.isSet(u"root"_s) && !QFileInfo(task.options.root).isDir()) {
         throw Failure{u"no such folder: \"%1\""_s.arg(task.options.root)};
     }
-    if (commandLine.isSet("json") && commandLine.isSet("sarif")) {
+    if (commandLine.isSet(u"json"_s) && commandLine.isSet(u"sarif"_s)) {
         throw Failure{u"either --json or --sarif"_s};
     }
     for (const QString& rule : qAsConst(task.allowed)) {
@@ -208,8 +196,8 @@ Task taskOf(const CommandLine& commandLine)
             throw Failure{unknown("rule", rule, ruleNames()) + u" (orv help check lists them)"_s};
         }
     }
-    if (commandLine.isSet("baseline")) {
-        task.baseline = readBaseline(commandLine.value("baseline"));
+    if (commandLine.isSet(u"baseline"_s)) {
+        task.baseline = readBaseline(commandLine.value(u"baseline"_s));
     }
     if (task.kind.usesSounds) {
         task.options.soundIds = loadSounds(commandLine, false).keys();
@@ -222,11 +210,11 @@ Task taskOf(const CommandLine& commandLine)
 
 int run(const CommandLine& commandLine)
 {
-    if (commandLine.arguments().size() < 2) {
+    if (commandLine.positionalArguments().size() < 2) {
         throw Failure{u"a kind and a file are needed"_s};
     }
     Task task = taskOf(commandLine);
-    const QStringList arguments = commandLine.arguments().mid(1);
+    const QStringList arguments = commandLine.positionalArguments().mid(1);
     for (const QString& argument : arguments) {
         const QStringList files = filesFor(task, argument);
         for (const QString& file : files) {
@@ -282,8 +270,7 @@ Command checkCommand()
                 "Accepts the findings that an earlier run wrote into FILE with --json, wherever "
                 "their lines are now.",
                 "FILE"},
-            {"json", "Writes one JSON object per finding."},
-            {"sarif", "Writes all findings as SARIF 2.1.0."}},
+            jsonOption, {"sarif", "Writes all findings as SARIF 2.1.0."}},
         {u"prompts examples/prompts/mistakes.txt"_s,
             u"prompts --context general --context a4a speech/prompts"_s,
             u"table --json stations.eco | jq .reason"_s},

@@ -1,22 +1,19 @@
 #include "commands/commands.h"
+#include "commands/options.h"
 #include "commands/storelock.h"
 #include "shell/failure.h"
 #include "shell/files.h"
 #include "shell/input.h"
-#include "shell/languages.h"
 #include "shell/listing.h"
 #include "shell/output.h"
-#include "shell/progress.h"
-#include "shell/text.h"
-#include "shell/words.h"
+#include "text.h"
 
 #include <core/speech/speechchecksummanager.h>
 
-#include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
-#include <QHash>
 #include <QJsonObject>
+#include <QMap>
 
 #include <algorithm>
 #include <optional>
@@ -54,11 +51,6 @@ QStringList typeNames()
 QString typeName(Manager::ChecksumType type)
 {
     return typeNames().value(type, QString::number(type));
-}
-
-QString codeOf(Language language)
-{
-    return QString::fromLatin1(convertLanguageIdToIso(language));
 }
 
 /** Points the library at the store, and refuses a broken one, which must not be overwritten. */
@@ -112,27 +104,6 @@ QVector<FoundFile> collectFiles(Task& task, const QStringList& paths)
     return files;
 }
 
-/**
- * The checksum that the library would generate, block by block, so that a large file moves the bar.
- * Null when the file cannot be read to its end.
- */
-QByteArray checksumOf(Task& task, const QString& path, Progress& progress)
-{
-    QCryptographicHash hash(QCryptographicHash::Md5);
-    QFile file(path);
-    QByteArray block(256 * 1024, Qt::Uninitialized);
-    qint64 length = file.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ? 0 : -1;
-    while (length >= 0 && (length = file.read(block.data(), block.size())) > 0) {
-        hash.addData(block.constData(), int(length));
-        progress.advance(length);
-    }
-    if (length < 0) {
-        refuse(task, path, file.errorString());
-        return QByteArray();
-    }
-    return hash.result().toHex();
-}
-
 /** Passes each file with its fresh checksum to @p take. */
 template <typename Function>
 void hashFiles(Task& task, const QVector<FoundFile>& files, Function take)
@@ -143,10 +114,16 @@ void hashFiles(Task& task, const QVector<FoundFile>& files, Function take)
     }
     Progress progress(total);
     for (const FoundFile& file : files) {
-        const QByteArray checksum = checksumOf(task, file.path, progress);
-        if (!checksum.isNull()) {
+        bool isRead = false;
+        const QByteArray checksum = Manager::generateChecksum(file.path, isRead);
+        if (isRead) {
             take(file.path, checksum);
+        } else {
+            QFile unread(file.path);
+            const bool isOpen = unread.open(QIODevice::ReadOnly);
+            refuse(task, file.path, isOpen ? u"cannot be read to its end"_s : unread.errorString());
         }
+        progress.advance(file.size);
     }
 }
 
@@ -193,48 +170,35 @@ void update(Task& task)
             manager.insert(path, language, fresh, type);
         });
     writeStore(manager, task);
-    if (task.isJson) {
-        printJson({{u"new"_s, added}, {u"changed"_s, changed}, {u"unchanged"_s, unchanged}});
-    } else {
-        print(u"%1 new, %2 changed, %3 unchanged\n"_s.arg(added).arg(changed).arg(unchanged));
-    }
+    printRecord(task.isJson, {{"new", added, "%1 new, "}, {"changed", changed, "%1 changed, "},
+                                 {"unchanged", unchanged, "%1 unchanged\n"}});
 }
 
-/** What came of each comparison, by its status. */
-using Counts = QHash<QString, int>;
-
-/** People learn the language and type only where they are not the usual ones. */
-void report(Task& task, Counts& counts, const char* status, const Manager::ChecksumKey& key)
+/** Tells of a difference; people learn the language and type only where they are not the usual ones. */
+void report(Task& task, const QString& status, const Manager::ChecksumKey& key)
 {
-    ++counts[QLatin1String(status)];
-    if (qstrcmp(status, "asStored") == 0) {
-        return;
-    }
     task.exitCode = std::max(task.exitCode, 1);
-    if (task.isJson) {
-        printJson({{u"status"_s, QLatin1String(status)}, {u"filePath"_s, key.filePath},
-            {u"language"_s, codeOf(key.language)}, {u"type"_s, typeName(key.type)}});
-        return;
-    }
+    const QString language = codeOf(key.language);
+    const QString type = typeName(key.type);
     const bool isUsual = key.language == NoLanguage && key.type == Manager::DefaultChecksum;
-    print(u"%1  %2%3\n"_s.arg(QLatin1String(status), -7)
-              .arg(onOneLine(key.filePath),
-                  isUsual ? QString()
-                          : u"  (%1, %2)"_s.arg(codeOf(key.language), typeName(key.type))));
+    printRecord(task.isJson,
+        {{"status", status, "%1  ", -7}, {"filePath", key.filePath, "%1"}, {"language", language},
+            {"type", type},
+            {nullptr, isUsual ? QString() : u"  (%1, %2)"_s.arg(language, type), "%1\n"}});
 }
 
-void reportTotal(Task& task, const Counts& counts)
+/** Tells how many files have which status. */
+void reportTotal(Task& task, const QMap<QString, int>& counts)
 {
     int total = 0;
     QStringList parts;
     QJsonObject object{{u"status"_s, u"total"_s}};
-    for (const char* status : {"asStored", "changed", "missing", "new"}) {
-        const int count = counts.value(QLatin1String(status));
-        total += count;
-        object.insert(QLatin1String(status), count);
-        if (count > 0) {
-            parts += u"%1 %2"_s.arg(count).arg(
-                QLatin1String(qstrcmp(status, "asStored") == 0 ? "as stored" : status));
+    for (auto count = counts.begin(); count != counts.end(); ++count) {
+        total += *count;
+        object.insert(count.key(), *count);
+        if (*count > 0) {
+            const QString name = count.key() == u"asStored"_s ? u"as stored"_s : count.key();
+            parts += u"%1 %2"_s.arg(*count).arg(name);
         }
     }
     object.insert(u"files"_s, total);
@@ -244,32 +208,36 @@ void reportTotal(Task& task, const Counts& counts)
     if (task.isJson) {
         printJson(object);
     } else {
-        printError(counted(total, "file") + QLatin1String(parts.isEmpty() ? "" : ": ")
-                   + parts.join(u", "_s));
+        printError(
+            counted(total, "file") + (parts.isEmpty() ? QString() : u": "_s) + parts.join(u", "_s));
     }
 }
 
 void verify(Task& task)
 {
     const Manager manager = openStore(task, false);
-    Counts counts;
-    QHash<QString, QVector<Entry>> present; // by cleaned path
-    QStringList presentPaths;
+    QMap<QString, int> counts{
+        {u"asStored"_s, 0}, {u"changed"_s, 0}, {u"missing"_s, 0}, {u"new"_s, 0}};
+    const auto count = [&](const QString& status, const Manager::ChecksumKey& key) {
+        ++counts[status];
+        if (status != u"asStored"_s) {
+            report(task, status, key);
+        }
+    };
+    QMap<QString, QVector<Entry>> present; // by cleaned path
     QStringList missing;
     const QVector<Entry> stored = wantedEntries(task, manager);
     for (const Entry& entry : stored) {
         const QString& path = entry.key.filePath;
-        if (!QFileInfo(path).isFile()) {
+        if (QFileInfo(path).isFile()) {
+            present[QDir::cleanPath(path)] += entry;
+        } else {
             missing += path;
-            report(task, counts, "missing", entry.key);
-            continue;
+            count(u"missing"_s, entry.key);
         }
-        QVector<Entry>& entries = present[QDir::cleanPath(path)];
-        presentPaths += entries.isEmpty() ? QStringList(path) : QStringList();
-        entries += entry;
     }
     // Folders may hold further files. A path that is missing as a whole was reported above.
-    QStringList paths = task.paths.isEmpty() ? presentPaths : task.paths;
+    QStringList paths = task.paths.isEmpty() ? present.keys() : task.paths;
     const auto isReported = [&missing](const QString& path) {
         return !QFileInfo::exists(path)
                && std::any_of(missing.begin(), missing.end(),
@@ -277,14 +245,13 @@ void verify(Task& task)
     };
     paths.erase(std::remove_if(paths.begin(), paths.end(), isReported), paths.end());
     hashFiles(task, collectFiles(task, paths), [&](const QString& path, const QByteArray& fresh) {
-        const QVector<Entry> entries = present.value(QDir::cleanPath(path));
+        const QVector<Entry> entries = present.value(path);
         if (entries.isEmpty()) {
-            report(task, counts, "new",
-                {path, task.language.value_or(NoLanguage),
-                    task.type.value_or(Manager::DefaultChecksum)});
+            const auto type = task.type.value_or(Manager::DefaultChecksum);
+            count(u"new"_s, {path, task.language.value_or(NoLanguage), type});
         }
         for (const Entry& entry : entries) {
-            report(task, counts, entry.checksum == fresh ? "asStored" : "changed", entry.key);
+            count(entry.checksum == fresh ? u"asStored"_s : u"changed"_s, entry.key);
         }
     });
     reportTotal(task, counts);
@@ -299,10 +266,11 @@ void refuseUnknownPaths(Task& task)
 void list(Task& task)
 {
     const QVector<Entry> entries = wantedEntries(task, openStore(task, false));
-    Listing listing(task.isJson, {{"checksum"}, {"language"}, {"type"}, {"filePath"}});
+    Listing listing(task.isJson);
     for (const Entry& entry : entries) {
-        listing.add({QString::fromUtf8(entry.checksum), codeOf(entry.key.language),
-            typeName(entry.key.type), entry.key.filePath});
+        listing.add({{"checksum", QString::fromUtf8(entry.checksum), ""},
+            {"language", codeOf(entry.key.language), ""}, {"type", typeName(entry.key.type), ""},
+            {"filePath", entry.key.filePath, ""}});
     }
     listing.finish();
     if (entries.isEmpty() && !task.paths.isEmpty()) {
@@ -327,11 +295,7 @@ void remove(Task& task)
         manager.remove(entry.key.filePath, entry.key.language);
     }
     writeStore(manager, task);
-    if (task.isJson) {
-        printJson({{u"removed"_s, entries.size()}});
-    } else {
-        print(u"%1 removed\n"_s.arg(entries.size()));
-    }
+    printRecord(task.isJson, {{"removed", entries.size(), "%1 removed\n"}});
 }
 
 struct Action
@@ -350,25 +314,21 @@ constexpr Action actions[] = {
 
 QStringList actionNames()
 {
-    QStringList names;
-    for (const Action& action : actions) {
-        names += QLatin1String(action.name);
-    }
-    return names;
+    return namesOf(actions);
 }
 
 Task taskOf(const CommandLine& commandLine)
 {
-    Task task{commandLine.arguments().mid(1), {}, {}, commandLine.isSet("json"),
-        commandLine.value("store")};
-    if (commandLine.isSet("language")) {
-        task.language = commandLine.language();
+    Task task{commandLine.positionalArguments().mid(1), {}, {}, commandLine.isSet(u"json"_s),
+        commandLine.value(u"store"_s)};
+    if (commandLine.isSet(u"language"_s)) {
+        task.language = languageOf(commandLine);
     }
-    if (commandLine.isSet("type")) {
+    if (commandLine.isSet(u"type"_s)) {
         task.type =
-            Manager::ChecksumType(placeAmong(typeNames(), "type", commandLine.value("type")));
+            Manager::ChecksumType(placeAmong(typeNames(), "type", commandLine.value(u"type"_s)));
     }
-    if (!commandLine.isSet("store")) {
+    if (!commandLine.isSet(u"store"_s)) {
         task.storeFile = qEnvironmentVariable(storeVariable, u"/mnt/share/speech/checksum.json"_s);
     }
     task.ownFiles << QFileInfo(task.storeFile).canonicalFilePath() << lockFileOf(task.storeFile);
@@ -383,7 +343,7 @@ Task taskOf(const CommandLine& commandLine)
 
 int run(const CommandLine& commandLine)
 {
-    const QStringList words = commandLine.arguments();
+    const QStringList words = commandLine.positionalArguments();
     if (words.isEmpty()) {
         throw Failure{u"one of update, verify, list and remove is needed"_s};
     }
@@ -412,10 +372,8 @@ Command checksumCommand()
         {{"action", "ACTION", "update, verify, list or remove.", actionNames},
             {"path", "[PATH…]",
                 "Files, or folders with all files in them; stored without \"./\" and the like."}},
-        {{"language",
-             "The language of the files. Without it, update and remove take 00_00 (none), the "
-             "others all.",
-             "ISO", "", languageCodes},
+        {languageOption("The language of the files. Without it, update and remove take 00_00 "
+                        "(none), the others all."),
             {"type",
                 "The kind of checksum: default or alternate. Without it, update takes default, "
                 "the others both.",
@@ -425,6 +383,6 @@ Command checksumCommand()
                 "/mnt/share/speech/checksum.json. A lock file beside it, FILE.lock, keeps two "
                 "processes from changing it at once.",
                 "FILE"},
-            {"json", "Writes JSON objects: of counts, or one per file."}},
+            jsonOption},
         {u"update --language de_DE speech/de_DE"_s, u"verify"_s}, run};
 }

@@ -1,8 +1,9 @@
 #include "commands/commands.h"
+#include "commands/options.h"
 #include "shell/failure.h"
 #include "shell/listing.h"
 #include "shell/output.h"
-#include "shell/text.h"
+#include "text.h"
 
 #include <core/types/radiogenre.h>
 
@@ -18,21 +19,21 @@ using Genre = RadioStation::Genre;
 struct Vocabulary
 {
     const char* name;
+    const char* heading;
     const QHash<int, Genre>* codes; ///< nullptr for category names
 };
 
 const Vocabulary vocabularies[] = {
-    {"rds", &rdsGenreToTyxGenreHash},
-    {"rbds", &rbdsGenreToTyxGenreHash},
-    {"satellite", nullptr},
+    {"rds", "RDS", &rdsGenreToTyxGenreHash},
+    {"rbds", "RBDS", &rbdsGenreToTyxGenreHash},
+    {"satellite", "SATELLITE", nullptr},
 };
 
 /** The genres that a word stands for, ascending. @throw Failure where a number is needed */
 QList<Genre> genresOf(const Vocabulary& vocabulary, const QString& word)
 {
-    QList<Genre> genres;
     if (vocabulary.codes == nullptr) {
-        genres = sdarsGenreToTyxGenreHash.values(word.toLower());
+        QList<Genre> genres = sdarsGenreToTyxGenreHash.values(word.toLower());
         std::sort(genres.begin(), genres.end());
         return genres;
     }
@@ -41,10 +42,8 @@ QList<Genre> genresOf(const Vocabulary& vocabulary, const QString& word)
     if (!isNumber) {
         throw Failure{u"not a number for --%1: \"%2\""_s.arg(QLatin1String(vocabulary.name), word)};
     }
-    if (vocabulary.codes->contains(code)) {
-        genres += vocabulary.codes->value(code);
-    }
-    return genres;
+    const bool isKnown = vocabulary.codes->contains(code);
+    return isKnown ? QList<Genre>{vocabulary.codes->value(code)} : QList<Genre>();
 }
 
 /** The words that stand for a genre, in order. */
@@ -54,44 +53,41 @@ QJsonArray wordsOf(const Vocabulary& vocabulary, Genre genre)
     if (vocabulary.codes == nullptr) {
         words = sdarsGenreToTyxGenreHash.keys(genre);
         words.sort();
-        return QJsonArray::fromStringList(words);
-    }
-    QList<int> codes = vocabulary.codes->keys(genre);
-    std::sort(codes.begin(), codes.end());
-    for (const int code : qAsConst(codes)) {
-        words += QString::number(code);
+    } else {
+        QList<int> codes = vocabulary.codes->keys(genre);
+        std::sort(codes.begin(), codes.end());
+        for (const int code : qAsConst(codes)) {
+            words += QString::number(code);
+        }
     }
     return QJsonArray::fromStringList(words);
 }
 
-void showAll(bool isJson)
+void addAll(Listing& listing)
 {
-    Listing listing(isJson, {{"value", "VALUE"}, {"genre", "GENRE"}, {"rds", "RDS"},
-                                {"rbds", "RBDS"}, {"satellite", "SATELLITE"}});
     for (int value = 0; !genreName(Genre(value)).isNull(); ++value) {
-        QVector<QJsonValue> cells{value, genreName(Genre(value))};
+        Record record{{"value", value, "VALUE"}, {"genre", genreName(Genre(value)), "GENRE"}};
         for (const Vocabulary& vocabulary : vocabularies) {
-            cells += wordsOf(vocabulary, Genre(value));
+            record += {vocabulary.name, wordsOf(vocabulary, Genre(value)), vocabulary.heading};
         }
-        listing.add(cells);
+        listing.add(record);
     }
-    listing.finish();
 }
 
 int run(const CommandLine& commandLine)
 {
     int exitCode = 0;
     bool isAsked = false;
-    Listing listing(commandLine.isSet("json"),
-        {{"vocabulary", "VOCABULARY"}, {"code", "CODE"}, {"value", "VALUE"}, {"genre", "GENRE"}});
+    Listing listing(commandLine.isSet(u"json"_s));
     for (const Vocabulary& vocabulary : vocabularies) {
         const QString name = QLatin1String(vocabulary.name);
-        const QStringList words = commandLine.values(vocabulary.name);
+        const QStringList words = commandLine.values(name);
         for (const QString& word : words) {
             isAsked = true;
             const QList<Genre> genres = genresOf(vocabulary, word);
             for (const Genre genre : genres) {
-                listing.add({name, word, genre, genreName(genre)});
+                listing.add({{"vocabulary", name, "VOCABULARY"}, {"code", word, "CODE"},
+                    {"value", genre, "VALUE"}, {"genre", genreName(genre), "GENRE"}});
             }
             if (genres.isEmpty()) {
                 printError(u"unknown for --%1: \"%2\""_s.arg(name, word));
@@ -99,11 +95,10 @@ int run(const CommandLine& commandLine)
             }
         }
     }
-    if (isAsked) {
-        listing.finish();
-    } else {
-        showAll(commandLine.isSet("json"));
+    if (!isAsked) {
+        addAll(listing);
     }
+    listing.finish();
     return exitCode;
 }
 
@@ -118,7 +113,6 @@ Command genreCommand()
         {},
         {{"rds", "Programme types of RDS and DAB, 0 to 31.", "N…"},
             {"rbds", "Programme types of RBDS, 0 to 31.", "N…"},
-            {"satellite", "Category names, in any letter case.", "NAME…"},
-            {"json", "Writes one JSON object per genre."}},
+            {"satellite", "Category names, in any letter case.", "NAME…"}, jsonOption},
         {u"--rds 10 --satellite \"Latino\""_s}, run, 0};
 }

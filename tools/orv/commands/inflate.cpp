@@ -1,9 +1,9 @@
 #include "commands/commands.h"
+#include "commands/options.h"
 #include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/output.h"
-#include "shell/text.h"
-#include "shell/words.h"
+#include "text.h"
 
 #include <core/inflate.h>
 
@@ -75,19 +75,19 @@ QString decompress(QFile& input, const QString& inputName, QIODevice& target)
 
 std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
 {
-    const QString fileName = commandLine.value("o");
+    const QString fileName = commandLine.value(u"o"_s);
     const QFileInfo info(fileName);
-    if (commandLine.isSet("o") && fileName.isEmpty()) {
-        throw Failure{u"the name of a file is empty"_s};
-    }
-    if (!commandLine.isSet("o")) {
+    if (!commandLine.isSet(u"o"_s)) {
         auto file = std::make_unique<QFile>();
         if (!file->open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered)) {
             throw Failure{u"cannot write to standard output"_s};
         }
         return file;
     }
-    if (info.exists() && !commandLine.isSet("force")) {
+    if (fileName.isEmpty()) {
+        throw Failure{u"the name of a file is empty"_s};
+    }
+    if (info.exists() && !commandLine.isSet(u"force"_s)) {
         throw Failure{u"%1 exists; --force overwrites it"_s.arg(fileName)};
     }
     // A file appears whole or not at all; a device is written to.
@@ -129,7 +129,7 @@ Command inflateCommand()
         u"Decompresses a zlib or gzip stream to standard output or into a file. "
         "Bytes that\nfollow the stream, such as a second one, are left and counted; "
         "the exit code is\nthen 1."_s,
-        {{"file", "[FILE]", "The compressed file; - or none for standard input."}},
+        {inputArgument},
         {{"o", "The file to write; it appears only if the data is whole and nothing follows it.",
              "FILE"},
             {"force", "Overwrites the file if it exists."}},

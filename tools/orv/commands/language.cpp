@@ -1,71 +1,56 @@
 #include "commands/commands.h"
-#include "shell/languages.h"
+#include "commands/options.h"
 #include "shell/listing.h"
 #include "shell/output.h"
-#include "shell/text.h"
+#include "text.h"
 
 namespace {
 
-/** A text that languages may lack, which is null then. */
-QJsonValue orNull(const QString& text)
-{
-    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
-}
-
-QJsonValue groupName(Language language)
+QString groupName(Language language)
 {
     static const char* const names[] = {"English", "Spanish", "French", "Chinese", "Portuguese"};
     const LanguageGroup group = languageGroup(language);
-    return group == NoLanguageGroup ? QJsonValue() : QJsonValue(QLatin1String(names[group]));
+    return group == NoLanguageGroup ? QString() : QLatin1String(names[group]);
 }
 
-QStringList codesOf(Language language)
+/** The codes of all families, empty where the language has none; then its value and its name. */
+QStringList namesOf(Language language)
 {
-    QStringList codes;
-    for (QByteArray (*const codeOf)(const Language&) : {convertLanguageIdToIso,
+    QStringList names;
+    for (QByteArray (*const codeIn)(const Language&) : {convertLanguageIdToIso,
              convertLanguageIdToIsoName, convertLanguageIdToIso3, convertTtsLanguageIdToIso3}) {
-        codes += QString::fromLatin1(codeOf(language));
+        names += QString::fromLatin1(codeIn(language));
     }
-    return codes;
-}
-
-/** The languages with @p word as a code of any family, as their value or as their name. */
-QVector<Language> languagesKnownAs(const QString& word)
-{
-    QVector<Language> found;
-    const QVector<Language> languages = allLanguages();
-    for (const Language language : languages) {
-        const QStringList words =
-            codesOf(language) + QStringList{QString::number(language), languageName(language)};
-        if (!word.isEmpty() && words.contains(word)) {
-            found += language;
-        }
-    }
-    return found;
+    return names + QStringList{QString::number(language), languageName(language)};
 }
 
 int run(const CommandLine& commandLine)
 {
+    const QStringList arguments = commandLine.positionalArguments();
+    const QStringList words = arguments.isEmpty() ? QStringList{QString()} : arguments;
+    const QVector<Language> languages = allLanguages();
     int exitCode = 0;
-    const QStringList words = commandLine.arguments();
-    QVector<Language> languages = words.isEmpty() ? allLanguages() : QVector<Language>();
+    Listing listing(commandLine.isSet(u"json"_s));
     for (const QString& word : words) {
-        const QVector<Language> found = languagesKnownAs(word);
-        if (found.isEmpty()) {
+        bool isKnown = false;
+        for (const Language language : languages) {
+            const QStringList names = namesOf(language);
+            if (!arguments.isEmpty() && (word.isEmpty() || !names.contains(word))) {
+                continue;
+            }
+            isKnown = true;
+            listing.add({{"value", int(language), "VALUE"}, {"name", names[5]},
+                {"iso", orNull(names[0]), "ISO"}, {"isoName", orNull(names[1]), "ISO NAME"},
+                {"iso3", orNull(names[2]), "ISO3"}, {"ttsIso3", orNull(names[3]), "TTS ISO3"},
+                {"group", orNull(groupName(language)), "GROUP"},
+                {"nlu", isNluLanguage(language), "NLU"},
+                {"prompter", !isInvalidPrompterLanguage(language), "PROMPTER"},
+                {"recognizer", !isInvalidRecognizerLanguage(language), "RECOGNIZER"}});
+        }
+        if (!isKnown) {
             printError(unknownLanguage(word));
             exitCode = 1;
         }
-        languages += found;
-    }
-    Listing listing(commandLine.isSet("json"),
-        {{"value", "VALUE"}, {"name", "", false}, {"iso", "ISO"}, {"isoName", "ISO NAME"},
-            {"iso3", "ISO3"}, {"ttsIso3", "TTS ISO3"}, {"group", "GROUP"}, {"nlu", "NLU"},
-            {"prompter", "PROMPTER"}, {"recognizer", "RECOGNIZER"}});
-    for (const Language language : qAsConst(languages)) {
-        const QStringList codes = codesOf(language);
-        listing.add({int(language), languageName(language), orNull(codes[0]), orNull(codes[1]),
-            orNull(codes[2]), orNull(codes[3]), groupName(language), isNluLanguage(language),
-            !isInvalidPrompterLanguage(language), !isInvalidRecognizerLanguage(language)});
     }
     listing.finish();
     return exitCode;
@@ -81,5 +66,5 @@ Command languageCommand()
         {{"code", "[CODE…]",
             "A code of any family, such as de_DE or deu-DEU, a value, or a name such as German.",
             languageCodes}},
-        {{"json", "Writes one JSON object per language."}}, {u"de_DE zh_TW"_s, u"--json"_s}, run};
+        {jsonOption}, {u"de_DE zh_TW"_s, u"--json"_s}, run};
 }

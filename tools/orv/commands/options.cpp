@@ -3,67 +3,65 @@
 #include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/output.h"
-#include "shell/text.h"
+#include "text.h"
 
 #include <QCoreApplication>
 
 namespace {
+
+constexpr PromptContext contexts[] = {GeneralContext, BrandSoundContext, A4AContext};
+
+} // namespace
 
 QStringList contextNames()
 {
     return {u"general"_s, u"brandsound"_s, u"a4a"_s};
 }
 
-PromptContext contextOf(const QString& text)
+Language languageOf(const CommandLine& commandLine)
 {
-    constexpr PromptContext contexts[] = {GeneralContext, BrandSoundContext, A4AContext};
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber);
-    return isNumber ? PromptContext(number)
-                    : contexts[placeAmong(contextNames(), "context", text.toLower())];
+    const QString code = commandLine.value(u"language"_s);
+    const Language language = convertIsoToLanguageId(code.toUtf8());
+    if (language == InvalidLanguage) {
+        throw Failure{unknownLanguage(code) + u" (orv language lists them)"_s};
+    }
+    return language;
 }
-
-} // namespace
-
-const Option brandOption = {
-    "brand", "The car brand whose sounds are played; TYX without it.", "NAME", "TYX"};
-
-const Option contextOption = {"context",
-    "The caller's situation: general (without it), brandsound, a4a or a number.", "NAME|N",
-    "general", contextNames};
-
-const Option soundsOption = {"sounds",
-    "The table of brand sounds; without it share/tts/common.json beside the program's bin folder.",
-    "FILE"};
 
 QString nameOf(PromptContext context)
 {
-    return context == GeneralContext      ? contextNames().at(0)
-           : context == BrandSoundContext ? contextNames().at(1)
-           : context == A4AContext        ? contextNames().at(2)
-                                          : QString::number(context);
+    for (int i = 0; i < contextNames().size(); ++i) {
+        if (context == contexts[i]) {
+            return contextNames().at(i);
+        }
+    }
+    return QString::number(context);
 }
 
 QVector<PromptContext> contextsOf(const CommandLine& commandLine)
 {
-    QVector<PromptContext> contexts;
-    const QStringList names = commandLine.values("context");
+    QVector<PromptContext> result;
+    const QStringList names = commandLine.values(u"context"_s);
     for (const QString& name : names) {
-        const PromptContext context = contextOf(name);
-        if (!contexts.contains(context)) {
-            contexts += context;
+        bool isNumber = false;
+        const int number = name.toInt(&isNumber);
+        const PromptContext context =
+            isNumber ? PromptContext(number)
+                     : contexts[placeAmong(contextNames(), "context", name.toLower())];
+        if (!result.contains(context)) {
+            result += context;
         }
     }
-    return contexts;
+    return result;
 }
 
 QHash<QString, QString> loadSounds(const CommandLine& commandLine, bool isNeeded)
 {
-    QString file = commandLine.value("sounds");
-    if (!commandLine.isSet("sounds")) {
-        file = QCoreApplication::applicationDirPath() + u"/../share/tts/common.json"_s;
-    }
-    QHash<QString, QString> sounds = loadBrandSounds(commandLine.value("brand"), file);
+    const bool isNamed = commandLine.isSet(u"sounds"_s);
+    QString file = isNamed
+                       ? commandLine.value(u"sounds"_s)
+                       : QCoreApplication::applicationDirPath() + u"/../share/tts/common.json"_s;
+    QHash<QString, QString> sounds = loadBrandSounds(commandLine.value(u"brand"_s), file);
     if (!sounds.isEmpty()) {
         return sounds;
     }
@@ -74,7 +72,7 @@ QHash<QString, QString> loadSounds(const CommandLine& commandLine, bool isNeeded
     } catch (const Failure& failure) {
         reason = failure.reason;
     }
-    if (isNeeded || commandLine.isSet("brand") || commandLine.isSet("sounds")) {
+    if (isNeeded || isNamed || commandLine.isSet(u"brand"_s)) {
         throw Failure{reason};
     }
     printError(u"no brand sounds are known: "_s + reason);

@@ -1,13 +1,36 @@
 #pragma once
 
+#include "checks/languages.h"
 #include "shell/commandline.h"
 
 #include <core/speech/speechcommon.h>
 
-// Options that several commands have.
-extern const Option brandOption;
-extern const Option contextOption;
-extern const Option soundsOption;
+#include <QHash>
+
+/** The names of the contexts that have one. */
+QStringList contextNames();
+
+// What several commands have.
+constexpr Option brandOption = {
+    "brand", "The car brand whose sounds are played; TYX without it.", "NAME", "TYX"};
+constexpr Option contextOption = {"context",
+    "The caller's situation: general (without it), brandsound, a4a or a number.", "NAME|N",
+    "general", contextNames};
+constexpr Option jsonOption = {"json", "Writes JSON objects, one per line."};
+constexpr Option soundsOption = {"sounds",
+    "The table of brand sounds; without it share/tts/common.json beside the program's bin folder.",
+    "FILE"};
+constexpr Argument inputArgument = {
+    "file", "[FILE]", "The file to read; - or none for standard input."};
+
+/** The option "language", with what it is for. */
+constexpr Option languageOption(const char* text)
+{
+    return {"language", text, "ISO", "", languageCodes};
+}
+
+/** The language of the option "language". @throw Failure for an unknown ISO code */
+Language languageOf(const CommandLine& commandLine);
 
 /** The name that the option "context" has for a value. */
 QString nameOf(PromptContext context);

@@ -1,9 +1,9 @@
 #include "commands/sarif.h"
-#include "shell/text.h"
+
+#include "text.h"
 
 #include <QCoreApplication>
 #include <QJsonArray>
-#include <QJsonObject>
 #include <QUrl>
 
 namespace {
@@ -22,8 +22,8 @@ QJsonObject resultOf(const QString& file, const Finding& finding)
         {u"level"_s, QLatin1String(rule.severity)}, {u"message"_s, textObject(finding.text)},
         {u"locations"_s, QJsonArray{QJsonObject{{u"physicalLocation"_s,
                              QJsonObject{{u"artifactLocation"_s, QJsonObject{{u"uri"_s, uri}}},
-                                 {u"region"_s, QJsonObject{{u"startLine"_s, finding.line},
-                                                   {u"startColumn"_s, finding.column}}}}}}}}};
+                                 {u"region"_s, QJsonObject{{u"startLine"_s, finding.place.line},
+                                                   {u"startColumn"_s, finding.place.column}}}}}}}}};
 }
 
 } // namespace

@@ -2,8 +2,7 @@
 #include "commands/options.h"
 #include "shell/listing.h"
 #include "shell/output.h"
-#include "shell/text.h"
-#include "shell/words.h"
+#include "text.h"
 
 namespace {
 
@@ -12,12 +11,13 @@ int run(const CommandLine& commandLine)
     const QHash<QString, QString> sounds = loadSounds(commandLine, true);
     QStringList known = sounds.keys();
     known.sort();
-    const QStringList ids = commandLine.arguments().isEmpty() ? known : commandLine.arguments();
+    const QStringList words = commandLine.positionalArguments();
+    const QStringList ids = words.isEmpty() ? known : words;
     int exitCode = 0;
-    Listing listing(commandLine.isSet("json"), {{"id"}, {"path"}});
+    Listing listing(commandLine.isSet(u"json"_s));
     for (const QString& id : ids) {
         if (sounds.contains(id)) {
-            listing.add({id, sounds[id]});
+            listing.add({{"id", id, ""}, {"path", sounds[id], ""}});
         } else {
             printError(unknown("sound", id, known));
             exitCode = 1;
@@ -34,7 +34,6 @@ Command soundCommand()
     return {"sound", "shows the files of brand sounds",
         u"Shows the audio files of brand sounds: all of them, or those of the given "
         "ids."_s,
-        {{"id", "[ID…]", "The id of a sound."}},
-        {brandOption, soundsOption, {"json", "Writes one JSON object per sound."}},
+        {{"id", "[ID…]", "The id of a sound."}}, {brandOption, soundsOption, jsonOption},
         {u"--brand Nova welcome"_s}, run};
 }

@@ -1,7 +1,7 @@
 #include "commands/storelock.h"
 
 #include "shell/failure.h"
-#include "shell/text.h"
+#include "text.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,9 +1,11 @@
+#include "checks/table.h"
 #include "commands/commands.h"
+#include "commands/options.h"
 #include "shell/failure.h"
 #include "shell/input.h"
+#include "shell/listing.h"
 #include "shell/output.h"
-#include "shell/tablereader.h"
-#include "shell/text.h"
+#include "text.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -12,23 +14,15 @@
 
 namespace {
 
-constexpr int shownLineNumbers = 5;
-
-void reportDropped(const QString& fileName, const QVector<int>& lines)
+void reportDropped(const QString& fileName, const QStringList& lineNumbers)
 {
-    if (lines.isEmpty()) {
-        return;
+    constexpr int mostShown = 5;
+    if (!lineNumbers.isEmpty()) {
+        const bool isCut = lineNumbers.size() > mostShown;
+        printError(
+            u"%1: lines dropped: %2 (%3%4)"_s.arg(fileName, QString::number(lineNumbers.size()),
+                lineNumbers.mid(0, mostShown).join(u", "_s), isCut ? u", …"_s : QString()));
     }
-    QStringList numbers;
-    const QVector<int> shownLines = lines.mid(0, shownLineNumbers);
-    for (const int line : shownLines) {
-        numbers.append(QString::number(line));
-    }
-    if (lines.size() > shownLineNumbers) {
-        numbers.append(u"…"_s);
-    }
-    printError(u"%1: lines dropped: %2 (%3)"_s.arg(
-        fileName, QString::number(lines.size()), numbers.join(u", "_s)));
 }
 
 QString csvLine(QStringList cells)
@@ -43,64 +37,61 @@ QString csvLine(QStringList cells)
     return cells.join(u',') + u'\n';
 }
 
-QStringList cellsOf(const EcoFile::Row& row, const QStringList& columns)
+void printCsv(const EcoFile& table, const QStringList& columns)
 {
-    QStringList cells;
-    for (const QString& column : columns) {
-        cells.append(row[column]);
+    print(csvLine(columns));
+    for (const EcoFile::Row& row : table.rows()) {
+        QStringList cells;
+        for (const QString& column : columns) {
+            cells += row[column];
+        }
+        print(csvLine(cells));
     }
-    return cells;
 }
 
-void printAsJson(const EcoFile& file, const QStringList& columns)
+void printRows(bool isJson, const EcoFile& table, const QStringList& columns)
 {
-    const EcoFile::Header& header = file.header();
-    printJson({{u"version"_s, header.version()}, {u"encoding"_s, header.encoding()},
-        {u"separator"_s, QString(QLatin1Char(header.separator()))},
-        {u"columns"_s, QJsonArray::fromStringList(columns)}});
-    for (const EcoFile::Row& row : file.rows()) {
+    const EcoFile::Header& header = table.header();
+    const auto orDash = [](const QString& text) { return text.isEmpty() ? u"-"_s : text; };
+    printRecord(
+        isJson, {{"version", header.version()}, {"encoding", header.encoding()},
+                    {nullptr, orDash(header.version()), "version %1, "},
+                    {nullptr, orDash(header.encoding()), "encoding %1, "},
+                    {"separator", QString(QLatin1Char(header.separator())), "separator \"%1\"\n"},
+                    {"columns", QJsonArray::fromStringList(columns)}});
+    if (table.rows().isEmpty() && !isJson) {
+        print((QStringList(u"ENTRY"_s) + columns).join(u"  "_s) + u'\n');
+    }
+    Listing listing(isJson);
+    for (const EcoFile::Row& row : table.rows()) {
         QJsonObject fields;
+        Record record{{"entryId", row.entryId(), "ENTRY"}};
         for (const QString& column : columns) {
             fields.insert(column, row[column]);
+            record += {nullptr, row[column], column.toUtf8()};
         }
-        printJson({{u"entryId"_s, row.entryId()}, {u"fields"_s, fields}});
+        listing.add(record + Record{{"fields", fields}});
     }
-}
-
-void printForPeople(const EcoFile& file, const QStringList& columns)
-{
-    const EcoFile::Header& header = file.header();
-    print(u"version %1, encoding %2, separator \"%3\"\n"_s.arg(
-        header.version().isEmpty() ? u"-"_s : header.version(),
-        header.encoding().isEmpty() ? u"-"_s : header.encoding(),
-        onOneLine(QString(QLatin1Char(header.separator())))));
-    QVector<QStringList> rows{QStringList(u"ENTRY"_s) + columns};
-    for (const EcoFile::Row& row : file.rows()) {
-        QStringList cells{QString::number(row.entryId())};
-        const QStringList texts = cellsOf(row, columns);
-        for (const QString& text : texts) {
-            cells.append(onOneLine(text));
-        }
-        rows.append(cells);
-    }
-    printTable(rows);
+    listing.finish();
 }
 
 int run(const CommandLine& commandLine)
 {
-    if (commandLine.arguments().isEmpty()) {
+    const bool isCsv = commandLine.isSet(u"csv"_s);
+    const bool isJson = commandLine.isSet(u"json"_s);
+    if (commandLine.positionalArguments().isEmpty()) {
         throw Failure{u"a table file is needed"_s};
     }
-    if (commandLine.isSet("json") && commandLine.isSet("csv")) {
+    if (isJson && isCsv) {
         throw Failure{u"either --json or --csv"_s};
     }
     QString fileName = commandLine.fileName();
     QFile input;
     openInput(input, fileName);
-    QVector<int> droppedLines;
+    QStringList droppedLines;
     const EcoFile table = readTable(input, [&droppedLines](const TableLine& line, const EcoFile&) {
         if (line.isDropped) {
-            droppedLines.append(line.number);
+            droppedLines += QString::number(line.place.line);
         }
     });
     QStringList columns = table.header().columns();
@@ -108,15 +99,10 @@ int run(const CommandLine& commandLine)
     if (columns.isEmpty() && !droppedLines.isEmpty()) {
         throw Failure{u"%1: not a table file: no line declares a column"_s.arg(fileName)};
     }
-    if (commandLine.isSet("json")) {
-        printAsJson(table, columns);
-    } else if (commandLine.isSet("csv")) {
-        print(csvLine(columns));
-        for (const EcoFile::Row& row : table.rows()) {
-            print(csvLine(cellsOf(row, columns)));
-        }
+    if (isCsv) {
+        printCsv(table, columns);
     } else {
-        printForPeople(table, columns);
+        printRows(isJson, table, columns);
     }
     reportDropped(fileName, droppedLines);
     return 0;
@@ -130,7 +116,6 @@ Command tableCommand()
         u"Shows an \"#ECO\" table file: its header and its rows. Lines that the "
         "library\ndrops are named on standard error."_s,
         {{"file", "FILE", "A table file; - for standard input."}},
-        {{"json", "Writes the header and each row as a JSON object."},
-            {"csv", "Writes the column names and the rows as comma-separated values."}},
+        {jsonOption, {"csv", "Writes the column names and the rows as comma-separated values."}},
         {u"stations.eco"_s, u"--csv stations.eco > stations.csv"_s}, run, 1};
 }

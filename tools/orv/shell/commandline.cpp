@@ -1,19 +1,17 @@
 #include "shell/commandline.h"
 
 #include "shell/failure.h"
-#include "shell/languages.h"
 #include "shell/output.h"
-#include "shell/text.h"
-#include "shell/words.h"
+#include "text.h"
 
 #include <QCoreApplication>
-#include <QRegularExpression>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
-const QVector<Option> commonOptions = {
+constexpr Option commonOptions[] = {
     {"help", "Shows this help."},
     {"version", "Shows the version."},
     {"verbose", "Shows the library's log lines on standard error."},
@@ -22,6 +20,18 @@ const QVector<Option> commonOptions = {
 QString dashed(const Option& option)
 {
     return QLatin1String(option.name[1] == '\0' ? "-" : "--") + QLatin1String(option.name);
+}
+
+QStringList optionsOf(const Command& command)
+{
+    QStringList words;
+    for (const Option& option : command.options) {
+        words += dashed(option);
+    }
+    for (const Option& option : commonOptions) {
+        words += dashed(option);
+    }
+    return words;
 }
 
 /** The words with each option that takes several before each of them, as in "--rds 1 --rds 2". */
@@ -40,24 +50,12 @@ QStringList spelledOut(const Command& command, const QStringList& words)
                     open = name;
                 }
             }
-        } else if (!open.isEmpty() && !isFirst) {
+        } else if (!std::exchange(isFirst, false) && !open.isEmpty()) {
             result += open;
-        } else {
-            isFirst = false;
         }
         result += word;
     }
     return result;
-}
-
-QStringList optionsOf(const Command& command)
-{
-    QStringList words;
-    const QVector<Option> options = command.options + commonOptions;
-    for (const Option& option : options) {
-        words += dashed(option);
-    }
-    return words;
 }
 
 } // namespace
@@ -65,31 +63,32 @@ QStringList optionsOf(const Command& command)
 CommandLine::CommandLine(const Command& command)
     : command(command)
 {
-    parser.setApplicationDescription(command.text);
-    parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsOptions);
-    const QVector<Option> options = commonOptions + command.options;
-    for (const Option& option : options) {
-        QStringList names{QLatin1String(option.name)};
-        if (names[0] == u"help"_s || names[0] == u"version"_s) {
-            names.prepend(names.at(0).at(0)); // the two that have a short form
-        }
-        parser.addOption(QCommandLineOption(names, QString::fromUtf8(option.text),
+    setApplicationDescription(command.text);
+    setOptionsAfterPositionalArgumentsMode(ParseAsOptions);
+    const auto add = [this](const Option& option, const QStringList& names) {
+        addOption(QCommandLineOption(names, QString::fromUtf8(option.text),
             QString::fromUtf8(option.value), QString::fromUtf8(option.otherwise)));
+    };
+    add(commonOptions[0], {u"h"_s, u"help"_s});
+    add(commonOptions[1], {u"v"_s, u"version"_s});
+    add(commonOptions[2], {u"verbose"_s});
+    for (const Option& option : command.options) {
+        add(option, {QLatin1String(option.name)});
     }
     for (const Argument& argument : command.arguments) {
-        parser.addPositionalArgument(QLatin1String(argument.name), QString::fromUtf8(argument.text),
+        addPositionalArgument(QLatin1String(argument.name), QString::fromUtf8(argument.text),
             QString::fromUtf8(argument.syntax));
     }
 }
 
 QString CommandLine::help() const
 {
-    QString help = parser.helpText(); // it names the program by its path, without the command
-    help.replace(
-        0, help.indexOf(u"[options]"_s), u"Usage: orv %1 "_s.arg(QLatin1String(command.name)));
+    const QString name = u"orv %1 "_s.arg(QLatin1String(command.name));
+    QString help = helpText(); // it names the program by its path, without the command
+    help.replace(0, help.indexOf(u"[options]"_s), u"Usage: "_s + name);
     help += u"\nExamples:\n"_s;
     for (const QString& example : command.examples) {
-        help += u"  orv %1 %2\n"_s.arg(QLatin1String(command.name), example);
+        help += u"  "_s + name + example + u'\n';
     }
     return help;
 }
@@ -97,7 +96,7 @@ QString CommandLine::help() const
 /** What Qt says of wrong use, in the form of the other messages. */
 QString CommandLine::misuse(const QStringList& words) const
 {
-    const QString name = parser.unknownOptionNames().value(0);
+    const QString name = unknownOptionNames().value(0);
     for (const QString& argument : words) {
         const QString word = argument.section(u'=', 0, 0);
         const bool isShort = argument.startsWith(u'-') && !argument.startsWith(u"--"_s)
@@ -106,65 +105,35 @@ QString CommandLine::misuse(const QStringList& words) const
             return unknown("option", word, optionsOf(command));
         }
     }
-    QString text = parser.errorText(); // such as "Missing value after '--brand'."
+    QString text = errorText(); // such as "Missing value after '--brand'."
     text.replace(u'\'', u'"').chop(1);
     return text.replace(0, 1, text.at(0).toLower());
 }
 
-void CommandLine::process(const QStringList& words)
+bool CommandLine::read(const QStringList& words)
 {
-    if (!parser.parse(
-            QStringList(QCoreApplication::applicationName()) + spelledOut(command, words))) {
+    if (!parse(QStringList(QCoreApplication::applicationName()) + spelledOut(command, words))) {
         throw Failure{misuse(words)};
     }
-    if (isSet("help")) {
+    if (isSet(u"help"_s)) {
         print(help());
-        throw Answered();
+        return false;
     }
-    if (isSet("version")) {
-        print(QCoreApplication::applicationName() + u' ' + QCoreApplication::applicationVersion()
-              + u'\n');
-        throw Answered();
+    if (isSet(u"version"_s)) {
+        print(u"orv %1\n"_s.arg(QCoreApplication::applicationVersion()));
+        return false;
     }
-    if (arguments().size() > command.mostArguments) {
-        throw Failure{u"too many arguments: \"%1\""_s.arg(arguments().at(command.mostArguments))};
+    if (positionalArguments().size() > command.mostArguments) {
+        throw Failure{
+            u"too many arguments: \"%1\""_s.arg(positionalArguments().at(command.mostArguments))};
     }
-    showLog(isSet("verbose"));
-}
-
-bool CommandLine::isSet(const char* option) const
-{
-    return parser.isSet(QString::fromUtf8(option));
-}
-
-QString CommandLine::value(const char* option) const
-{
-    return parser.value(QString::fromUtf8(option));
-}
-
-QStringList CommandLine::values(const char* option) const
-{
-    return parser.values(QString::fromUtf8(option));
-}
-
-QStringList CommandLine::arguments() const
-{
-    return parser.positionalArguments();
+    showLog(isSet(u"verbose"_s));
+    return true;
 }
 
 QString CommandLine::fileName() const
 {
-    return arguments().value(0, u"-"_s);
-}
-
-Language CommandLine::language() const
-{
-    const QString code = value("language");
-    const Language language = convertIsoToLanguageId(code.toUtf8());
-    if (language == InvalidLanguage) {
-        throw Failure{unknownLanguage(code) + u" (orv language lists them)"_s};
-    }
-    return language;
+    return positionalArguments().value(0, u"-"_s);
 }
 
 int placeAmong(const QStringList& choices, const char* what, const QString& word)
@@ -176,56 +145,46 @@ int placeAmong(const QStringList& choices, const char* what, const QString& word
     return place;
 }
 
-const Command* findCommand(const QVector<Command>& commands, const QString& name)
+const Command& commandOf(const QVector<Command>& commands, const QString& name)
 {
-    const auto* const command = std::find_if(commands.begin(), commands.end(),
-        [&name](const Command& candidate) { return name == QLatin1String(candidate.name); });
-    return command == commands.end() ? nullptr : command;
+    for (const Command& command : commands) {
+        if (name == QLatin1String(command.name)) {
+            return command;
+        }
+    }
+    throw Failure{
+        unknown("command", name, completions(commands, {})) + u" (orv help lists them)"_s};
 }
 
 QStringList completions(const QVector<Command>& commands, const QStringList& words)
 {
-    const QStringList files{u":files"_s};
-    const Command* const command = words.size() > 1 ? findCommand(commands, words[0]) : nullptr;
-    if (command == nullptr) {
-        QStringList names{u"help"_s};
-        for (const Command& candidate : commands) {
-            names += QLatin1String(candidate.name);
-        }
-        const bool isFirst = words.size() <= 1;
-        return isFirst                ? names + QStringList{u"--help"_s, u"--version"_s}
-               : words[0] == names[0] ? names
-                                      : files;
+    const auto filesOr = [](Choices choices) {
+        return choices != nullptr ? choices() : QStringList(u":files"_s);
+    };
+    if (words.size() <= 1 || (words.size() == 2 && words[0] == u"help"_s)) {
+        return QStringList(u"help"_s) + namesOf(commands)
+               + (words.size() == 2 ? QStringList() : QStringList{u"--help"_s, u"--version"_s});
     }
-    for (const Option& option : command->options) { // --option=VALUE in one word
-        const QString name = dashed(option) + u'=';
-        if (words.last().startsWith(name) && option.choices != nullptr) {
-            return option.choices().replaceInStrings(QRegularExpression(u"^"_s), name);
+    const Command& command = commandOf(commands, words[0]);
+    const QString& last = words.last();
+    const QStringList before = words.mid(1, words.size() - 2);
+    for (const Option& option : command.options) {
+        const QString name = dashed(option);
+        if (option.value != nullptr && !before.isEmpty() && before.last() == name) {
+            return filesOr(option.choices);
+        }
+        if (option.choices != nullptr && last.startsWith(name + u'=')) { // all in one word
+            return (name + u'=' + option.choices().join(u'\n' + name + u'=')).split(u'\n');
         }
     }
-    int place = -1; // of the last word among the arguments
-    const Option* open = nullptr;
-    for (int i = 1; i < words.size(); ++i) {
-        const bool isValue = open != nullptr;
-        const Option* const opened = open;
-        open = nullptr;
-        for (const Option& option : command->options) {
-            if (!isValue && option.value != nullptr && words[i] == dashed(option)) {
-                open = &option;
-            }
-        }
-        if (isValue && i + 1 == words.size()) {
-            return opened->choices != nullptr ? opened->choices() : files;
-        }
-        place += isValue || words[i].startsWith(u'-') ? 0 : 1;
+    if (last.startsWith(u'-')) {
+        return optionsOf(command);
     }
-    if (words.last().startsWith(u'-')) {
-        return optionsOf(*command);
-    }
-    if (command->arguments.isEmpty()) {
+    if (command.arguments.isEmpty()) {
         return {};
     }
-    const Choices choices =
-        command->arguments[std::min(place, command->arguments.size() - 1)].choices;
-    return choices != nullptr ? choices() : files;
+    CommandLine line(command);
+    line.parse(words.mid(0, 1) + before);
+    const int place = std::min(line.positionalArguments().size(), command.arguments.size() - 1);
+    return filesOr(command.arguments[place].choices);
 }

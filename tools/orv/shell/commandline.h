@@ -1,7 +1,5 @@
 #pragma once
 
-#include <core/speech/language.h>
-
 #include <QCommandLineParser>
 #include <QString>
 #include <QStringList>
@@ -44,12 +42,8 @@ struct Command
     int mostArguments = 1 << 30;
 };
 
-/** Thrown once --help or --version has been answered: ends the program with exit code 0. */
-struct Answered
-{};
-
 /** The words behind the name of a command; --help, --version and --verbose belong to each. */
-class CommandLine
+class CommandLine : public QCommandLineParser
 {
 public:
     explicit CommandLine(const Command& command);
@@ -57,34 +51,28 @@ public:
     /** What --help prints. */
     QString help() const;
 
-    /** Reads the words; answers --help and --version. @throw Failure for wrong use, Answered */
-    void process(const QStringList& words);
-
-    bool isSet(const char* option) const;
-    QString value(const char* option) const;
-    QStringList values(const char* option) const;
-
-    /** The arguments that are no options. */
-    QStringList arguments() const;
+    /**
+     * Reads the words; answers --help and --version.
+     *
+     * @return whether the command is to be run
+     * @throw Failure for wrong use
+     */
+    bool read(const QStringList& words);
 
     /** The first argument, else "-", which stands for standard input. */
     QString fileName() const;
-
-    /** The language of the option "language". @throw Failure for an unknown ISO code */
-    Language language() const;
 
 private:
     QString misuse(const QStringList& words) const;
 
     const Command& command;
-    QCommandLineParser parser;
 };
 
 /** The place of @p word among @p choices. @throw Failure where it is none of them */
 int placeAmong(const QStringList& choices, const char* what, const QString& word);
 
-/** The command of that name, else nullptr. */
-const Command* findCommand(const QVector<Command>& commands, const QString& name);
+/** The command of that name. @throw Failure where there is none */
+const Command& commandOf(const QVector<Command>& commands, const QString& name);
 
 /**
  * What may stand for the last of the words behind "orv", one word a line; ":files" for the name of a

@@ -2,7 +2,7 @@
 
 #include "shell/failure.h"
 #include "shell/output.h"
-#include "shell/text.h"
+#include "text.h"
 
 #include <QTextCodec>
 

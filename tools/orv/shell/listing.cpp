@@ -1,11 +1,15 @@
 #include "shell/listing.h"
 
 #include "shell/output.h"
-#include "shell/text.h"
+#include "text.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 #include <QVariant>
+
+#include <algorithm>
+#include <cwchar>
 
 namespace {
 
@@ -18,39 +22,99 @@ QString textOf(const QJsonValue& value)
                                      : value.toVariant().toString());
 }
 
-} // namespace
-
-Listing::Listing(bool isJson, const QVector<Column>& columns)
-    : isJson(isJson)
-    , columns(columns)
-{
-    for (const Column& column : columns) {
-        if (column.isInTable && *column.heading != '\0') {
-            headings += QLatin1String(column.heading);
-        }
-    }
-}
-
-void Listing::add(const QVector<QJsonValue>& cells)
+QJsonObject objectOf(const Record& record)
 {
     QJsonObject object;
-    QStringList row;
-    for (int i = 0; i < columns.size(); ++i) {
-        object.insert(QLatin1String(columns[i].field), cells[i]);
-        if (columns[i].isInTable) {
-            row += textOf(cells[i]);
+    for (const Field& field : record) {
+        if (field.name != nullptr) {
+            object.insert(QLatin1String(field.name), field.value);
         }
     }
-    if (isJson) {
-        printJson(object);
-    } else {
-        rows += row;
+    return object;
+}
+
+/** How many columns of a terminal @p text takes: two for a wide character, none for an accent. */
+int displayWidth(const QString& text)
+{
+    const QVector<uint> characters = text.toUcs4();
+    int width = 0;
+    for (const uint character : characters) {
+        const int columns = wcwidth(wchar_t(character));
+        width += columns >= 0 ? columns : 1;
     }
+    return width;
+}
+
+} // namespace
+
+QJsonValue orNull(const QString& text)
+{
+    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+}
+
+void printJson(const QJsonObject& object)
+{
+    print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + u'\n');
+}
+
+void printRecord(bool isJson, const Record& record)
+{
+    if (isJson) {
+        printJson(objectOf(record));
+        return;
+    }
+    QString text;
+    for (const Field& field : record) {
+        QJsonArray values = field.value.toArray();
+        if (!field.value.isArray() && !field.value.isNull() && !field.value.isUndefined()) {
+            values.append(field.value);
+        }
+        for (int i = 0; i < values.size() && !field.shown.isNull(); ++i) {
+            text += QString::fromUtf8(field.shown).arg(textOf(values[i]), field.width);
+        }
+    }
+    print(text);
+}
+
+Listing::Listing(bool isJson)
+    : isJson(isJson)
+{}
+
+void Listing::add(const Record& record)
+{
+    if (isJson) {
+        printJson(objectOf(record));
+        return;
+    }
+    QStringList headings;
+    QStringList cells;
+    for (const Field& field : record) {
+        if (!field.shown.isNull()) {
+            headings += QString::fromUtf8(field.shown);
+            const QString text = textOf(field.value);
+            cells += text.isEmpty() ? u"-"_s : text;
+        }
+    }
+    if (rows.isEmpty() && !headings.join(QString()).isEmpty()) {
+        rows += headings;
+    }
+    rows += cells;
 }
 
 void Listing::finish() const
 {
-    if (!rows.isEmpty()) {
-        printTable(headings.isEmpty() ? rows : QVector<QStringList>{headings} + rows);
+    QVector<int> widths(rows.isEmpty() ? 0 : rows[0].size());
+    for (const QStringList& row : rows) {
+        for (int i = 0; i < row.size(); ++i) {
+            widths[i] = std::max(widths[i], displayWidth(row[i]));
+        }
+    }
+    for (const QStringList& row : rows) {
+        QString line;
+        for (int i = 0; i < row.size(); ++i) {
+            const int gap = i + 1 < row.size() ? widths[i] + 2 - displayWidth(row[i]) : 0;
+            line += row[i] + QString(gap, u' ');
+        }
+        print(line + u'\n');
     }
 }

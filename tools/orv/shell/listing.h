@@ -1,33 +1,48 @@
 #pragma once
 
 #include <QJsonValue>
-#include <QString>
 #include <QStringList>
 #include <QVector>
 
-/** A column: a field of JSON objects and a column of an aligned table. */
-struct Column
+class QJsonObject;
+
+/** One fact, as a member of a JSON object and as people see it. */
+struct Field
 {
-    const char* field;
-    const char* heading = ""; ///< in a table; a listing without any has no line of headings
-    bool isInTable = true;    ///< false for a field of the objects alone
+    const char* name; ///< of the member; nullptr for what people alone see
+    QJsonValue value;
+    QByteArray shown =
+        {};        ///< the text around "%1", the value; a column's heading; null: JSON alone
+    int width = 0; ///< of the value in characters; negative for one at the left
 };
 
-/** Rows, printed as JSON objects, one a line, or as an aligned table for people. */
+using Record = QVector<Field>;
+
+/** Null for an empty text. */
+QJsonValue orNull(const QString& text);
+
+/** Writes one object on a line of its own. @throw Failure as print() */
+void printJson(const QJsonObject& object);
+
+/**
+ * Writes a JSON object, or the texts of the fields one behind the other: for a list, one for each
+ * element; none for a value that is null. @throw Failure
+ */
+void printRecord(bool isJson, const Record& record);
+
+/** Records as JSON objects, one a line, or as rows of an aligned table for people. */
 class Listing
 {
 public:
-    Listing(bool isJson, const QVector<Column>& columns);
+    explicit Listing(bool isJson);
 
-    /** One cell for each column. In a table, null shows as "-", and lists have commas. */
-    void add(const QVector<QJsonValue>& cells);
+    /** All have the same fields. In a table, null shows as "-", and lists have commas. */
+    void add(const Record& record);
 
     /** Prints the table, unless there are no rows. To be called once, after the last row. */
     void finish() const;
 
 private:
     const bool isJson;
-    const QVector<Column> columns;
-    QStringList headings;
     QVector<QStringList> rows;
 };

@@ -2,81 +2,32 @@
 
 #include "shell/failure.h"
 #include "shell/progress.h"
-#include "shell/text.h"
+#include "text.h"
 
 #include <QCoreApplication>
-#include <QJsonDocument>
-#include <QJsonObject>
 
-#include <algorithm>
 #include <cstdio>
-#include <cwchar>
 
 #include <unistd.h>
 
 namespace {
 
-bool isLogShown = false;
-
-void handleMessage(QtMsgType type, const QMessageLogContext&, const QString& text)
+/** A line on standard error, in the order of events also where all output goes to one place. */
+void writeError(const QString& start, const QString& text)
 {
-    static const char* const levels[] = {"debug", "warning", "critical", "fatal", "info"};
-    if (isLogShown) {
-        std::fflush(stdout); // in the order of events, also where both go to one place
-        Progress::clear();
-        std::fprintf(stderr, "%s: %s\n", levels[type], qUtf8Printable(text));
-    }
-}
-
-void writeOut(const QByteArray& bytes)
-{
+    std::fflush(stdout);
     Progress::clear();
-    if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout) != size_t(bytes.size())) {
-        throw Failure{u"cannot write to standard output"_s};
-    }
-}
-
-/** How many columns of a terminal @p text takes: two for a wide character, none for an accent. */
-int displayWidth(const QString& text)
-{
-    const QVector<uint> characters = text.toUcs4();
-    int width = 0;
-    for (const uint character : characters) {
-        const int columns = wcwidth(wchar_t(character));
-        width += columns >= 0 ? columns : 1;
-    }
-    return width;
+    std::fprintf(stderr, "%s: %s\n", qUtf8Printable(start), qUtf8Printable(text));
 }
 
 } // namespace
 
 void print(const QString& text)
 {
-    writeOut(text.toUtf8());
-}
-
-void printJson(const QJsonObject& object)
-{
-    writeOut(QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n');
-}
-
-void printTable(const QVector<QStringList>& rows)
-{
-    QVector<int> widths;
-    for (const QStringList& row : rows) {
-        widths.resize(std::max(widths.size(), row.size()));
-        for (int i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], std::max(displayWidth(row[i]), 1));
-        }
-    }
-    for (const QStringList& row : rows) {
-        QString line;
-        for (int i = 0; i < row.size(); ++i) {
-            const QString cell = row[i].isEmpty() ? u"-"_s : row[i];
-            const int gap = i + 1 < row.size() ? widths[i] + 2 - displayWidth(cell) : 0;
-            line += cell + QString(gap, u' ');
-        }
-        print(line + u'\n');
+    Progress::clear();
+    const QByteArray bytes = text.toUtf8();
+    if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout) != size_t(bytes.size())) {
+        throw Failure{u"cannot write to standard output"_s};
     }
 }
 
@@ -90,24 +41,10 @@ void finishOutput()
 
 void printError(const QString& reason)
 {
-    std::fflush(stdout);
-    Progress::clear();
-    std::fprintf(stderr, "%s: %s\n", qUtf8Printable(QCoreApplication::applicationName()),
-        qUtf8Printable(onOneLine(reason)));
+    writeError(QCoreApplication::applicationName(), onOneLine(reason));
 }
 
-QString onOneLine(QString text)
-{
-    constexpr ushort symbols = 0x2400; // U+2400 is the symbol for U+0000, and so on
-    for (QChar& character : text) {
-        if (character < u' ') {
-            character = QChar(symbols + character.unicode());
-        }
-    }
-    return text;
-}
-
-QString coloured(const QString& text, Colour colour)
+QString coloured(const QString& text, int colour)
 {
     static const bool isWanted = isatty(STDOUT_FILENO) == 1
                                  && qEnvironmentVariableIsEmpty("NO_COLOR")
@@ -115,12 +52,13 @@ QString coloured(const QString& text, Colour colour)
     return isWanted ? u"\033[%1m%2\033[0m"_s.arg(colour).arg(text) : text;
 }
 
-void takeOverLog()
-{
-    qInstallMessageHandler(handleMessage);
-}
-
 void showLog(bool isShown)
 {
-    isLogShown = isShown;
+    static const char* const levels[] = {"debug", "warning", "critical", "fatal", "info"};
+    const QtMessageHandler drop = [](QtMsgType, const QMessageLogContext&, const QString&) {};
+    const QtMessageHandler show = [](QtMsgType type, const QMessageLogContext&,
+                                      const QString& text) {
+        writeError(QLatin1String(levels[type]), text);
+    };
+    qInstallMessageHandler(isShown ? show : drop);
 }

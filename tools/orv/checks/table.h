@@ -1,16 +1,15 @@
 #pragma once
 
+#include "shell/input.h"
+
 #include <core/parsers/ecofile.h>
 
 #include <functional>
 
-class QIODevice;
-
 /** A line of a table file that is not empty, without the white space around it. */
 struct TableLine
 {
-    int number; ///< from 1
-    int column; ///< of the first character, from 1
+    Place place;
     QString text;
     bool isDeclaration;
     bool isDropped; ///< a row that the library does not take

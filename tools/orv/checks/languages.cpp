@@ -1,18 +1,22 @@
-#include "shell/languages.h"
-#include "shell/text.h"
+#include "checks/languages.h"
 
-#include "shell/words.h"
+#include "text.h"
 
 QVector<Language> allLanguages()
 {
     constexpr int valueCount = 256; // languages have the values of one byte
     QVector<Language> languages;
     for (int value = 0; value < valueCount; ++value) {
-        if (!convertLanguageIdToIso(Language(value)).isEmpty()) {
+        if (!codeOf(Language(value)).isEmpty()) {
             languages.append(Language(value));
         }
     }
     return languages;
+}
+
+QString codeOf(Language language)
+{
+    return QString::fromLatin1(convertLanguageIdToIso(language));
 }
 
 QStringList languageCodes()
@@ -20,7 +24,7 @@ QStringList languageCodes()
     QStringList codes;
     const QVector<Language> languages = allLanguages();
     for (const Language language : languages) {
-        codes += QString::fromLatin1(convertLanguageIdToIso(language));
+        codes += codeOf(language);
     }
     return codes;
 }
@@ -34,8 +38,9 @@ QString unknownLanguage(const QString& code)
         names += languageName(language);
     }
     const QStringList codes = languageCodes();
-    const int named = names.indexOf(nearest(code, names, slip));
-    return named >= 0 ? unknown("language", code, {})
-                            + u", did you mean \"%1\" (%2)?"_s.arg(codes[named], names[named])
-                      : unknown("language", code, codes);
+    const QString name = nearest(code, names, slip);
+    return name.isNull()
+               ? unknown("language", code, codes)
+               : unknown("language", code, {})
+                     + u", did you mean \"%1\" (%2)?"_s.arg(codes[names.indexOf(name)], name);
 }

@@ -8,7 +8,10 @@
 /** All languages, by value. */
 QVector<Language> allLanguages();
 
-/** Their ISO codes. */
+/** The ISO code; empty for a value that belongs to no language. */
+QString codeOf(Language language);
+
+/** The ISO codes of all languages. */
 QStringList languageCodes();
 
 /** The message for a code that is unknown; it suggests a code for a near code or name. */

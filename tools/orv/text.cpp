@@ -1,9 +1,19 @@
-#include "shell/words.h"
-#include "shell/text.h"
+#include "text.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <numeric>
+
+QString onOneLine(QString text)
+{
+    constexpr ushort symbols = 0x2400; // U+2400 is the symbol for U+0000, and so on
+    for (QChar& character : text) {
+        if (character < u' ') {
+            character = QChar(symbols + character.unicode());
+        }
+    }
+    return text;
+}
 
 QString counted(qint64 count, const char* thing)
 {
@@ -27,11 +37,6 @@ QVector<int> editDistances(const QString& a, const QString& b)
     return row;
 }
 
-int editDistance(const QString& a, const QString& b)
-{
-    return editDistances(a, b).constLast();
-}
-
 QString nearest(const QString& word, const QStringList& candidates, int limit)
 {
     QString result;
@@ -40,7 +45,7 @@ QString nearest(const QString& word, const QStringList& candidates, int limit)
         if (std::abs(word.size() - candidate.size()) >= limit) {
             continue;
         }
-        const int distance = editDistance(lowerCase, candidate.toLower());
+        const int distance = editDistances(lowerCase, candidate.toLower()).constLast();
         if (distance < limit) {
             result = candidate;
             limit = distance;
