@@ -1,5 +1,4 @@
 #include "commands/commands.h"
-#include "shell/failure.h"
 #include "shell/output.h"
 #include "text.h"
 
@@ -30,9 +29,8 @@ QString usage(const QVector<Command>& commands)
 
 int run(QStringList words)
 {
-    const QVector<Command> commands{checkCommand(), checksumCommand(), genreCommand(),
-        inflateCommand(), jsonCommand(), languageCommand(), promptCommand(), sentencesCommand(),
-        soundCommand(), tableCommand()};
+    const QVector<Command> commands{checkCommand, checksumCommand, genreCommand, inflateCommand,
+        jsonCommand, languageCommand, promptCommand, sentencesCommand, soundCommand, tableCommand};
     if (words.isEmpty()) {
         throw Failure{u"no command given (orv help lists them)"_s};
     }

@@ -1,9 +1,6 @@
 #include "checks/finding.h"
 #include "commands/commands.h"
-#include "commands/options.h"
 #include "commands/sarif.h"
-#include "shell/failure.h"
-#include "shell/files.h"
 #include "shell/listing.h"
 #include "shell/output.h"
 #include "text.h"
@@ -252,27 +249,25 @@ QString helpText()
 
 } // namespace
 
-Command checkCommand()
-{
-    return {"check", "finds mistakes in prompts, sounds, tables, stores and settings", helpText(),
-        {{"kind", "KIND", "What the files hold.", kindNames},
-            {"file", "FILE…",
-                "A file; - for standard input; or a folder: the files in it and below, *.txt "
-                "for prompts, *.eco for tables, *.json for the others."}},
-        {contextOption, brandOption, soundsOption,
-            {"root",
-                "The folder that stands for the target's root folder: absolute paths are looked "
-                "for below it, others in the working folder.",
-                "DIR"},
-            {"allow", "Accepts the findings of a rule; may be given several times.", "RULE", "",
-                ruleNames},
-            {"baseline",
-                "Accepts the findings that an earlier run wrote into FILE with --json, wherever "
-                "their lines are now.",
-                "FILE"},
-            jsonOption, {"sarif", "Writes all findings as SARIF 2.1.0."}},
-        {u"prompts examples/prompts/mistakes.txt"_s,
-            u"prompts --context general --context a4a speech/prompts"_s,
-            u"table --json stations.eco | jq .reason"_s},
-        run};
-}
+const Command checkCommand = {"check",
+    "finds mistakes in prompts, sounds, tables, stores and settings", helpText(),
+    {{"kind", "KIND", "What the files hold.", kindNames},
+        {"file", "FILE…",
+            "A file; - for standard input; or a folder: the files in it and below, *.txt "
+            "for prompts, *.eco for tables, *.json for the others."}},
+    {contextOption, brandOption, soundsOption,
+        {"root",
+            "The folder that stands for the target's root folder: absolute paths are looked "
+            "for below it, others in the working folder.",
+            "DIR"},
+        {"allow", "Accepts the findings of a rule; may be given several times.", "RULE", "",
+            ruleNames},
+        {"baseline",
+            "Accepts the findings that an earlier run wrote into FILE with --json, wherever "
+            "their lines are now.",
+            "FILE"},
+        jsonOption, {"sarif", "Writes all findings as SARIF 2.1.0."}},
+    {u"prompts examples/prompts/mistakes.txt"_s,
+        u"prompts --context general --context a4a speech/prompts"_s,
+        u"table --json stations.eco | jq .reason"_s},
+    run};

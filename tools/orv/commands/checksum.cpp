@@ -1,8 +1,5 @@
 #include "commands/commands.h"
-#include "commands/options.h"
 #include "commands/storelock.h"
-#include "shell/failure.h"
-#include "shell/files.h"
 #include "shell/input.h"
 #include "shell/listing.h"
 #include "shell/output.h"
@@ -358,31 +355,29 @@ int run(const CommandLine& commandLine)
 
 } // namespace
 
-Command checksumCommand()
-{
-    return {"checksum", "keeps checksums of speech data: update, verify, list, remove",
-        u"Keeps checksums of speech data files.\n\nActions:\n"
-        "  update  stores the checksums that the files have now\n"
-        "  verify  shows the files that are new, changed or missing; without PATH, all\n"
-        "          that are stored; without --language and --type, in all languages and\n"
-        "          types. It ends with a count. Exit code: 0 when all is as stored, 1 for\n"
-        "          any difference or no files, 2 when a file cannot be read.\n"
-        "  list    shows what is stored\n"
-        "  remove  forgets what is stored of the files, both types"_s,
-        {{"action", "ACTION", "update, verify, list or remove.", actionNames},
-            {"path", "[PATH…]",
-                "Files, or folders with all files in them; stored without \"./\" and the like."}},
-        {languageOption("The language of the files. Without it, update and remove take 00_00 "
-                        "(none), the others all."),
-            {"type",
-                "The kind of checksum: default or alternate. Without it, update takes default, "
-                "the others both.",
-                "TYPE", "", typeNames},
-            {"store",
-                "The store; without it the one that ORV_SPEECH_CHECKSUM_FILE names, or "
-                "/mnt/share/speech/checksum.json. A lock file beside it, FILE.lock, keeps two "
-                "processes from changing it at once.",
-                "FILE"},
-            jsonOption},
-        {u"update --language de_DE speech/de_DE"_s, u"verify"_s}, run};
-}
+const Command checksumCommand = {"checksum",
+    "keeps checksums of speech data: update, verify, list, remove",
+    u"Keeps checksums of speech data files.\n\nActions:\n"
+    "  update  stores the checksums that the files have now\n"
+    "  verify  shows the files that are new, changed or missing; without PATH, all\n"
+    "          that are stored; without --language and --type, in all languages and\n"
+    "          types. It ends with a count. Exit code: 0 when all is as stored, 1 for\n"
+    "          any difference or no files, 2 when a file cannot be read.\n"
+    "  list    shows what is stored\n"
+    "  remove  forgets what is stored of the files, both types"_s,
+    {{"action", "ACTION", "update, verify, list or remove.", actionNames},
+        {"path", "[PATH…]",
+            "Files, or folders with all files in them; stored without \"./\" and the like."}},
+    {languageOption("The language of the files. Without it, update and remove take 00_00 "
+                    "(none), the others all."),
+        {"type",
+            "The kind of checksum: default or alternate. Without it, update takes default, "
+            "the others both.",
+            "TYPE", "", typeNames},
+        {"store",
+            "The store; without it the one that ORV_SPEECH_CHECKSUM_FILE names, or "
+            "/mnt/share/speech/checksum.json. A lock file beside it, FILE.lock, keeps two "
+            "processes from changing it at once.",
+            "FILE"},
+        jsonOption},
+    {u"update --language de_DE speech/de_DE"_s, u"verify"_s}, run};

@@ -1,6 +1,4 @@
 #include "commands/commands.h"
-#include "commands/options.h"
-#include "shell/failure.h"
 #include "shell/listing.h"
 #include "shell/output.h"
 #include "text.h"
@@ -104,15 +102,12 @@ int run(const CommandLine& commandLine)
 
 } // namespace
 
-Command genreCommand()
-{
-    return {"genre", "shows radio genres, and what broadcasters call them",
-        u"Shows the genres that programme types and satellite-radio categories stand "
-        "for;\nwithout any, all genres with what stands for them. An option takes "
-        "one or more\nwords."_s,
-        {},
-        {{"rds", "Programme types of RDS and DAB, 0 to 31.", "N…"},
-            {"rbds", "Programme types of RBDS, 0 to 31.", "N…"},
-            {"satellite", "Category names, in any letter case.", "NAME…"}, jsonOption},
-        {u"--rds 10 --satellite \"Latino\""_s}, run, 0};
-}
+const Command genreCommand = {"genre", "shows radio genres, and what broadcasters call them",
+    u"Shows the genres that programme types and satellite-radio categories stand "
+    "for;\nwithout any, all genres with what stands for them. An option takes "
+    "one or more\nwords."_s,
+    {},
+    {{"rds", "Programme types of RDS and DAB, 0 to 31.", "N…"},
+        {"rbds", "Programme types of RBDS, 0 to 31.", "N…"},
+        {"satellite", "Category names, in any letter case.", "NAME…"}, jsonOption},
+    {u"--rds 10 --satellite \"Latino\""_s}, run, 0};

@@ -1,6 +1,4 @@
 #include "commands/commands.h"
-#include "commands/options.h"
-#include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/output.h"
 #include "text.h"
@@ -54,7 +52,7 @@ QString decompress(QFile& input, const QString& inputName, QIODevice& target)
     Progress progress(input.size());
     for (QByteArray data; !(data = input.read(blockSize)).isEmpty() && !inflate.hasFailed();) {
         inflate << data;
-        progress.advance(input.isSequential() ? 0 : data.size());
+        progress.advance(data.size());
         if (output.hasFailed) {
             throw Failure{u"cannot write the output"_s};
         }
@@ -123,15 +121,12 @@ int run(const CommandLine& commandLine)
 
 } // namespace
 
-Command inflateCommand()
-{
-    return {"inflate", "decompresses zlib and gzip streams",
-        u"Decompresses a zlib or gzip stream to standard output or into a file. "
-        "Bytes that\nfollow the stream, such as a second one, are left and counted; "
-        "the exit code is\nthen 1."_s,
-        {inputArgument},
-        {{"o", "The file to write; it appears only if the data is whole and nothing follows it.",
-             "FILE"},
-            {"force", "Overwrites the file if it exists."}},
-        {u"-o voice.dat voice.dat.gz"_s, u"voice.dat.gz | head"_s}, run, 1};
-}
+const Command inflateCommand = {"inflate", "decompresses zlib and gzip streams",
+    u"Decompresses a zlib or gzip stream to standard output or into a file. "
+    "Bytes that\nfollow the stream, such as a second one, are left and counted; "
+    "the exit code is\nthen 1."_s,
+    {inputArgument},
+    {{"o", "The file to write; it appears only if the data is whole and nothing follows it.",
+         "FILE"},
+        {"force", "Overwrites the file if it exists."}},
+    {u"-o voice.dat voice.dat.gz"_s, u"voice.dat.gz | head"_s}, run, 1};

@@ -1,5 +1,4 @@
 #include "commands/commands.h"
-#include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/output.h"
 #include "text.h"
@@ -39,12 +38,9 @@ int run(const CommandLine& commandLine)
 
 } // namespace
 
-Command jsonCommand()
-{
-    return {"json", "shows a value of a JSON file, by its path",
-        u"Shows a value of a JSON file as JSON, on one line."_s,
-        {{"file", "FILE", "A JSON file; - for standard input."},
-            {"path", "PATH", "The keys that lead to the value, joined by \"/\"."}},
-        {{"default", "What to show when the path leads to no value.", "JSON"}},
-        {u"service.json audio/volume --default 70"_s}, run, 2};
-}
+const Command jsonCommand = {"json", "shows a value of a JSON file, by its path",
+    u"Shows a value of a JSON file as JSON, on one line."_s,
+    {{"file", "FILE", "A JSON file; - for standard input."},
+        {"path", "PATH", "The keys that lead to the value, joined by \"/\"."}},
+    {{"default", "What to show when the path leads to no value.", "JSON"}},
+    {u"service.json audio/volume --default 70"_s}, run, 2};

@@ -1,5 +1,4 @@
 #include "commands/commands.h"
-#include "commands/options.h"
 #include "shell/listing.h"
 #include "shell/output.h"
 #include "text.h"
@@ -58,13 +57,11 @@ int run(const CommandLine& commandLine)
 
 } // namespace
 
-Command languageCommand()
-{
-    return {"language", "shows languages, their codes and what the engines support",
-        u"Shows languages: all of them, or those that the given codes, values or "
-        "names\nstand for."_s,
-        {{"code", "[CODE…]",
-            "A code of any family, such as de_DE or deu-DEU, a value, or a name such as German.",
-            languageCodes}},
-        {jsonOption}, {u"de_DE zh_TW"_s, u"--json"_s}, run};
-}
+const Command languageCommand = {"language",
+    "shows languages, their codes and what the engines support",
+    u"Shows languages: all of them, or those that the given codes, values or "
+    "names\nstand for."_s,
+    {{"code", "[CODE…]",
+        "A code of any family, such as de_DE or deu-DEU, a value, or a name such as German.",
+        languageCodes}},
+    {jsonOption}, {u"de_DE zh_TW"_s, u"--json"_s}, run};

@@ -1,8 +1,7 @@
 #include "commands/commands.h"
-#include "commands/options.h"
-#include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/listing.h"
+#include "shell/output.h"
 #include "text.h"
 
 #include <core/parsers/sentencetokenizer.h>
@@ -58,13 +57,11 @@ int run(const CommandLine& commandLine)
 
 } // namespace
 
-Command promptCommand()
-{
-    return {"prompt", "shows what prompts ask for: audio, files, text, off-board speech",
-        u"Shows what prompts ask for, one prompt per line of the file. MP3 files that\n"
-        "exist are marked for conversion to WAV."_s,
-        {inputArgument},
-        {contextOption, brandOption, soundsOption,
-            languageOption("Also cuts spoken text into sentences of this language."), jsonOption},
-        {u"--context a4a prompts.txt"_s, u"--language de_DE --json prompts.txt"_s}, run, 1};
-}
+const Command promptCommand = {"prompt",
+    "shows what prompts ask for: audio, files, text, off-board speech",
+    u"Shows what prompts ask for, one prompt per line of the file. MP3 files that\n"
+    "exist are marked for conversion to WAV."_s,
+    {inputArgument},
+    {contextOption, brandOption, soundsOption,
+        languageOption("Also cuts spoken text into sentences of this language."), jsonOption},
+    {u"--context a4a prompts.txt"_s, u"--language de_DE --json prompts.txt"_s}, run, 1};

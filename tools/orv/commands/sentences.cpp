@@ -1,8 +1,7 @@
 #include "commands/commands.h"
-#include "commands/options.h"
-#include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/listing.h"
+#include "shell/output.h"
 #include "text.h"
 
 #include <core/parsers/sentencetokenizer.h>
@@ -30,10 +29,8 @@ int run(const CommandLine& commandLine)
 
 } // namespace
 
-Command sentencesCommand()
-{
-    return {"sentences", "cuts texts into sentences, with inline tags carried on",
-        u"Cuts texts into sentences, one text per line of the file."_s, {inputArgument},
-        {languageOption("The language of the texts, such as de_DE. Required."), jsonOption},
-        {u"--language ja_JP texts.txt"_s}, run, 1};
-}
+const Command sentencesCommand = {"sentences",
+    "cuts texts into sentences, with inline tags carried on",
+    u"Cuts texts into sentences, one text per line of the file."_s, {inputArgument},
+    {languageOption("The language of the texts, such as de_DE. Required."), jsonOption},
+    {u"--language ja_JP texts.txt"_s}, run, 1};

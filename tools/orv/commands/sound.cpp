@@ -1,5 +1,4 @@
 #include "commands/commands.h"
-#include "commands/options.h"
 #include "shell/listing.h"
 #include "shell/output.h"
 #include "text.h"
@@ -29,11 +28,8 @@ int run(const CommandLine& commandLine)
 
 } // namespace
 
-Command soundCommand()
-{
-    return {"sound", "shows the files of brand sounds",
-        u"Shows the audio files of brand sounds: all of them, or those of the given "
-        "ids."_s,
-        {{"id", "[ID…]", "The id of a sound."}}, {brandOption, soundsOption, jsonOption},
-        {u"--brand Nova welcome"_s}, run};
-}
+const Command soundCommand = {"sound", "shows the files of brand sounds",
+    u"Shows the audio files of brand sounds: all of them, or those of the given "
+    "ids."_s,
+    {{"id", "[ID…]", "The id of a sound."}}, {brandOption, soundsOption, jsonOption},
+    {u"--brand Nova welcome"_s}, run};

@@ -1,7 +1,5 @@
 #include "checks/table.h"
 #include "commands/commands.h"
-#include "commands/options.h"
-#include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/listing.h"
 #include "shell/output.h"
@@ -110,12 +108,9 @@ int run(const CommandLine& commandLine)
 
 } // namespace
 
-Command tableCommand()
-{
-    return {"table", "shows the header and rows of table files",
-        u"Shows an \"#ECO\" table file: its header and its rows. Lines that the "
-        "library\ndrops are named on standard error."_s,
-        {{"file", "FILE", "A table file; - for standard input."}},
-        {jsonOption, {"csv", "Writes the column names and the rows as comma-separated values."}},
-        {u"stations.eco"_s, u"--csv stations.eco > stations.csv"_s}, run, 1};
-}
+const Command tableCommand = {"table", "shows the header and rows of table files",
+    u"Shows an \"#ECO\" table file: its header and its rows. Lines that the "
+    "library\ndrops are named on standard error."_s,
+    {{"file", "FILE", "A table file; - for standard input."}},
+    {jsonOption, {"csv", "Writes the column names and the rows as comma-separated values."}},
+    {u"stations.eco"_s, u"--csv stations.eco > stations.csv"_s}, run, 1};

@@ -1,6 +1,5 @@
 #include "shell/commandline.h"
 
-#include "shell/failure.h"
 #include "shell/output.h"
 #include "text.h"
 

@@ -1,16 +1,56 @@
 #include "shell/input.h"
 
-#include "shell/failure.h"
 #include "shell/output.h"
 #include "text.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QTextCodec>
 
 #include <algorithm>
+#include <memory>
 
+#include <dirent.h>
 #include <unistd.h>
 
-void openInput(QFile& file, QString& name)
+namespace {
+
+QString escaped(const char* name)
+{
+    QString text;
+    for (; *name != '\0'; ++name) {
+        const bool isAscii = uchar(*name) < 0x80;
+        text += isAscii ? QString(QLatin1Char(*name)) : u"\\x%1"_s.arg(uchar(*name), 2, 16);
+    }
+    return text;
+}
+
+/** What lies in a folder, by name. Qt leaves out names that are not valid UTF-8. */
+QVector<FoundFile> entriesOf(const QString& folder)
+{
+    const std::unique_ptr<DIR, int (*)(DIR*)> entries(
+        opendir(QFile::encodeName(folder).constData()), closedir);
+    QVector<FoundFile> result;
+    if (entries == nullptr) {
+        result.append({folder, 0, u"the folder cannot be read"_s});
+    }
+    while (const dirent* entry = entries ? readdir(entries.get()) : nullptr) {
+        QString name;
+        const bool isText = decodeUtf8(entry->d_name, name);
+        if (name != u"."_s && name != u".."_s) {
+            const QString path = folder + u'/' + (isText ? name : escaped(entry->d_name));
+            result.append({QDir::cleanPath(path), 0, // within "." without "./"
+                isText ? QString() : u"the name is not valid UTF-8"_s});
+        }
+    }
+    std::sort(result.begin(), result.end(),
+        [](const FoundFile& a, const FoundFile& b) { return a.path < b.path; });
+    return result;
+}
+
+} // namespace
+
+qint64 openInput(QFile& file, QString& name)
 {
     bool isOpen = false;
     if (name.isEmpty()) { // from a variable that is not set: waiting for input would puzzle
@@ -30,6 +70,7 @@ void openInput(QFile& file, QString& name)
     if (!isOpen) {
         throw Failure{u"%1: %2"_s.arg(name, file.errorString())};
     }
+    return file.size();
 }
 
 QByteArray readInput(QString& name)
@@ -63,19 +104,37 @@ bool decodeUtf8(const QByteArray& bytes, QString& text)
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
+QVector<FoundFile> filesAt(const QString& path)
+{
+    const QFileInfo argument(path);
+    if (!argument.isDir()) {
+        return {{path, argument.size(),
+            !argument.exists()  ? u"no such file"_s
+            : argument.isFile() ? QString()
+                                : u"no regular file"_s}};
+    }
+    QVector<FoundFile> files;
+    const QVector<FoundFile> entries = entriesOf(path);
+    for (const FoundFile& entry : entries) {
+        const QFileInfo info(entry.path);
+        if (!entry.problem.isEmpty()) {
+            files += entry;
+        } else if (!info.isDir() || !info.isSymLink()) {
+            files += filesAt(entry.path);
+        }
+    }
+    return files;
+}
+
 LineReader::LineReader(const QString& fileName)
     : name(fileName)
     , device(file)
-{
-    openInput(file, name);
-    if (!file.isSequential()) {
-        progress = std::make_unique<Progress>(file.size());
-    }
-}
+    , progress(openInput(file, name))
+{}
 
 LineReader::LineReader(const QByteArray& content)
     : device(buffer)
-    , progress(std::make_unique<Progress>(content.size()))
+    , progress(content.size())
 {
     buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
@@ -91,9 +150,7 @@ bool LineReader::readBytes(QByteArray& line)
         return false;
     }
     ++number;
-    if (progress) {
-        progress->advance(line.size());
-    }
+    progress.advance(line.size());
     if (line.endsWith('\n')) {
         line.chop(line.endsWith("\r\n") ? 2 : 1);
     }

@@ -6,16 +6,16 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QString>
-
-#include <memory>
+#include <QVector>
 
 /**
  * Opens a file, or standard input for "-", which is then called so in @p name. Says so when the
  * program waits for what somebody types.
  *
+ * @return its size in bytes; 0 where that is unknown
  * @throw Failure when it cannot be opened
  */
-void openInput(QFile& file, QString& name);
+qint64 openInput(QFile& file, QString& name);
 
 /** The whole content; @p name as for openInput(). @throw Failure */
 QByteArray readInput(QString& name);
@@ -25,6 +25,20 @@ QJsonDocument readJson(QString& name);
 
 /** @return false when @p bytes are not valid UTF-8. A byte order mark is left out. */
 bool decodeUtf8(const QByteArray& bytes, QString& text);
+
+/** A file that was found, or why it cannot be used. */
+struct FoundFile
+{
+    QString path;
+    qint64 size;
+    QString problem; ///< empty for a file that can be used
+};
+
+/**
+ * The file @p path; for a folder, the files in it and in the folders within it, by name, hidden ones
+ * included, without following links to folders. What cannot be used is found with its problem.
+ */
+QVector<FoundFile> filesAt(const QString& path);
 
 /** Reads lines, and shows how far it is. */
 class LineReader
@@ -49,7 +63,7 @@ private:
     QFile file;
     QBuffer buffer;
     QIODevice& device;
-    std::unique_ptr<Progress> progress; // without one the size is unknown
+    Progress progress;
     int number = 0;
 };
 

@@ -1,6 +1,5 @@
 #include "shell/output.h"
 
-#include "shell/failure.h"
 #include "shell/progress.h"
 #include "text.h"
 

@@ -2,6 +2,12 @@
 
 #include <QString>
 
+/** Ends the program with exit code 2 and one line on standard error. */
+struct Failure
+{
+    QString reason;
+};
+
 /** Writes to standard output, as UTF-8. @throw Failure when that cannot be written */
 void print(const QString& text);
 

@@ -1,8 +1,9 @@
 #include "shell/progress.h"
 
+#include "text.h"
+
 #include <algorithm>
 #include <cstdio>
-#include <string>
 
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -27,7 +28,7 @@ int terminalWidth()
 
 Progress::Progress(qint64 totalBytes)
     : total(totalBytes)
-    , isTerminal(isatty(STDERR_FILENO) == 1)
+    , isWanted(totalBytes > 0 && isatty(STDERR_FILENO) == 1)
 {
     timer.start();
 }
@@ -48,10 +49,7 @@ void Progress::clear()
 void Progress::advance(qint64 bytes)
 {
     done += bytes;
-    if (!isTerminal) {
-        return;
-    }
-    const qint64 now = timer.elapsed();
+    const qint64 now = isWanted ? timer.elapsed() : 0;
     if (now >= quietTime && now >= drawnAt + drawInterval) {
         draw(now);
         drawnAt = now;
@@ -61,20 +59,18 @@ void Progress::advance(qint64 bytes)
 
 void Progress::draw(qint64 milliseconds) const
 {
-    const double part = done < total ? double(done) / double(total) : 1.0;
+    const double part = std::min(double(done) / double(total), 1.0);
     const double bytesPerSecond = double(done) * 1000.0 / double(milliseconds);
     const auto remaining =
-        int(bytesPerSecond > 0 ? double(std::max<qint64>(total - done, 0)) / bytesPerSecond : 0);
-    char numbers[64];
-    const int length = std::snprintf(numbers, sizeof numbers, "%3d %%  %.1f MB/s  %d:%02d left",
-        int(part * 100), bytesPerSecond / 1e6, remaining / 60, remaining % 60);
+        int(done > 0 && done < total ? double(total - done) / bytesPerSecond : 0);
+    const QString numbers = u"%1 %  %2 MB/s  %3:%4 left"_s.arg(int(part * 100), 3)
+                                .arg(bytesPerSecond / 1e6, 0, 'f', 1)
+                                .arg(remaining / 60)
+                                .arg(remaining % 60, 2, 10, QLatin1Char('0'));
     // A full line would make the terminal scroll.
     const int room = terminalWidth() - 1;
-    const int barWidth = std::min(widestBar, room - length - 3);
-    if (barWidth > 0) {
-        const std::string bar(size_t(part * barWidth), '#');
-        std::fprintf(stderr, "\r[%-*s] %s\033[K", barWidth, bar.c_str(), numbers);
-    } else {
-        std::fprintf(stderr, "\r%.*s\033[K", room, numbers);
-    }
+    const int barWidth = std::min(widestBar, room - numbers.size() - 3);
+    const QString bar = QString(int(part * barWidth), u'#').leftJustified(barWidth);
+    const QString line = barWidth > 0 ? u"[%1] %2"_s.arg(bar, numbers) : numbers.left(room);
+    std::fprintf(stderr, "\r%s\033[K", qUtf8Printable(line));
 }

@@ -11,7 +11,7 @@
 class Progress
 {
 public:
-    explicit Progress(qint64 totalBytes);
+    explicit Progress(qint64 totalBytes); ///< without any, there is no bar
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -25,8 +25,8 @@ private:
     void draw(qint64 milliseconds) const;
 
     const qint64 total;
+    const bool isWanted;
     qint64 done = 0;
-    const bool isTerminal;
     qint64 drawnAt = 0;
     QElapsedTimer timer;
 };

@@ -1,6 +1,5 @@
-#include "commands/options.h"
+#include "commands/commands.h"
 
-#include "shell/failure.h"
 #include "shell/input.h"
 #include "shell/output.h"
 #include "text.h"
