@@ -122,13 +122,6 @@ void check(Task& task, QString fileName)
     }
 }
 
-/** Tells of an input that cannot be used; the others go on. */
-void refuse(Task& task, const QString& reason)
-{
-    printError(reason);
-    task.exitCode = 2;
-}
-
 /** The files that an argument stands for. */
 QStringList filesFor(Task& task, const QString& argument)
 {
@@ -137,23 +130,19 @@ QStringList filesFor(Task& task, const QString& argument)
     }
     const QLatin1String suffix(task.kind.suffix);
     QStringList names;
-    int others = 0;
-    const QVector<FoundFile> files = filesAt(argument);
-    for (const FoundFile& file : files) {
-        if (!file.problem.isEmpty()) {
-            refuse(task, file.path + u": "_s + file.problem);
-        } else if (file.path.endsWith(suffix)) {
-            names += file.path;
-        } else {
-            ++others;
+    const QFileInfoList files = filesAt(argument, task.exitCode);
+    for (const QFileInfo& file : files) {
+        if (file.filePath().endsWith(suffix)) {
+            names += file.filePath();
         }
     }
+    const int others = files.size() - names.size();
     if (others > 0) {
         printError(
             u"%1: left out %2 not named *%3"_s.arg(argument, counted(others, "file"), suffix));
     }
     if (names.isEmpty()) {
-        refuse(task, u"%1: no file named *%2 in it"_s.arg(argument, suffix));
+        refuse(task.exitCode, u"%1: no file named *%2 in it"_s.arg(argument, suffix));
     }
     return names;
 }
@@ -218,7 +207,7 @@ int run(const CommandLine& commandLine)
             try {
                 check(task, file);
             } catch (const Failure& failure) { // the other files are checked all the same
-                refuse(task, failure.reason);
+                refuse(task.exitCode, failure.reason);
             }
         }
     }

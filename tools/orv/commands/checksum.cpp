@@ -75,26 +75,17 @@ void writeStore(Manager& manager, const Task& task)
     }
 }
 
-/** Tells of an input that cannot be used; the others go on. */
-void refuse(Task& task, const QString& path, const QString& reason)
-{
-    printError(u"%1: %2"_s.arg(path, reason));
-    task.exitCode = 2;
-}
-
 /** The files among @p paths and in the folders among them, in order, without the store itself. */
-QVector<FoundFile> collectFiles(Task& task, const QStringList& paths)
+QFileInfoList collectFiles(Task& task, const QStringList& paths)
 {
-    QVector<FoundFile> files;
+    QFileInfoList files;
     for (const QString& path : paths) {
-        const QVector<FoundFile> found = filesAt(path);
-        for (const FoundFile& file : found) {
-            if (!file.problem.isEmpty()) {
-                refuse(task, file.path, file.problem);
-            } else if (file.path.contains(u';')) {
-                refuse(task, file.path, u"a path with \";\" cannot be stored"_s);
-            } else if (!task.ownFiles.contains(QFileInfo(file.path).canonicalFilePath())) {
-                files.append(file);
+        const QFileInfoList found = filesAt(path, task.exitCode);
+        for (const QFileInfo& file : found) {
+            if (file.filePath().contains(u';')) {
+                refuse(task.exitCode, file.filePath() + u": a path with \";\" cannot be stored"_s);
+            } else if (!task.ownFiles.contains(file.canonicalFilePath())) {
+                files += file;
             }
         }
     }
@@ -103,24 +94,26 @@ QVector<FoundFile> collectFiles(Task& task, const QStringList& paths)
 
 /** Passes each file with its fresh checksum to @p take. */
 template <typename Function>
-void hashFiles(Task& task, const QVector<FoundFile>& files, Function take)
+void hashFiles(Task& task, const QFileInfoList& files, Function take)
 {
     qint64 total = 0;
-    for (const FoundFile& file : files) {
-        total += file.size;
+    for (const QFileInfo& file : files) {
+        total += file.size();
     }
     Progress progress(total);
-    for (const FoundFile& file : files) {
+    for (const QFileInfo& file : files) {
         bool isRead = false;
-        const QByteArray checksum = Manager::generateChecksum(file.path, isRead);
+        const QByteArray checksum = Manager::generateChecksum(file.filePath(), isRead);
         if (isRead) {
-            take(file.path, checksum);
+            take(file.filePath(), checksum);
         } else {
-            QFile unread(file.path);
+            QFile unread(file.filePath());
             const bool isOpen = unread.open(QIODevice::ReadOnly);
-            refuse(task, file.path, isOpen ? u"cannot be read to its end"_s : unread.errorString());
+            refuse(task.exitCode,
+                file.filePath() + u": "_s
+                    + (isOpen ? u"cannot be read to its end"_s : unread.errorString()));
         }
-        progress.advance(file.size);
+        progress.advance(file.size());
     }
 }
 

@@ -8,13 +8,23 @@
 
 namespace {
 
-constexpr PromptContext contexts[] = {GeneralContext, BrandSoundContext, A4AContext};
+struct NamedContext
+{
+    const char* name;
+    PromptContext value;
+};
+
+constexpr NamedContext contexts[] = {
+    {"general", GeneralContext},
+    {"brandsound", BrandSoundContext},
+    {"a4a", A4AContext},
+};
 
 } // namespace
 
 QStringList contextNames()
 {
-    return {u"general"_s, u"brandsound"_s, u"a4a"_s};
+    return namesOf(contexts);
 }
 
 Language languageOf(const CommandLine& commandLine)
@@ -29,9 +39,9 @@ Language languageOf(const CommandLine& commandLine)
 
 QString nameOf(PromptContext context)
 {
-    for (int i = 0; i < contextNames().size(); ++i) {
-        if (context == contexts[i]) {
-            return contextNames().at(i);
+    for (const NamedContext& named : contexts) {
+        if (named.value == context) {
+            return QLatin1String(named.name);
         }
     }
     return QString::number(context);
@@ -46,7 +56,7 @@ QVector<PromptContext> contextsOf(const CommandLine& commandLine)
         const int number = name.toInt(&isNumber);
         const PromptContext context =
             isNumber ? PromptContext(number)
-                     : contexts[placeAmong(contextNames(), "context", name.toLower())];
+                     : contexts[placeAmong(contextNames(), "context", name.toLower())].value;
         if (!result.contains(context)) {
             result += context;
         }

@@ -4,7 +4,6 @@
 #include "text.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QTextCodec>
 
 #include <algorithm>
@@ -23,29 +22,6 @@ QString escaped(const char* name)
         text += isAscii ? QString(QLatin1Char(*name)) : u"\\x%1"_s.arg(uchar(*name), 2, 16);
     }
     return text;
-}
-
-/** What lies in a folder, by name. Qt leaves out names that are not valid UTF-8. */
-QVector<FoundFile> entriesOf(const QString& folder)
-{
-    const std::unique_ptr<DIR, int (*)(DIR*)> entries(
-        opendir(QFile::encodeName(folder).constData()), closedir);
-    QVector<FoundFile> result;
-    if (entries == nullptr) {
-        result.append({folder, 0, u"the folder cannot be read"_s});
-    }
-    while (const dirent* entry = entries ? readdir(entries.get()) : nullptr) {
-        QString name;
-        const bool isText = decodeUtf8(entry->d_name, name);
-        if (name != u"."_s && name != u".."_s) {
-            const QString path = folder + u'/' + (isText ? name : escaped(entry->d_name));
-            result.append({QDir::cleanPath(path), 0, // within "." without "./"
-                isText ? QString() : u"the name is not valid UTF-8"_s});
-        }
-    }
-    std::sort(result.begin(), result.end(),
-        [](const FoundFile& a, const FoundFile& b) { return a.path < b.path; });
-    return result;
 }
 
 } // namespace
@@ -104,23 +80,39 @@ bool decodeUtf8(const QByteArray& bytes, QString& text)
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
-QVector<FoundFile> filesAt(const QString& path)
+QFileInfoList filesAt(const QString& path, int& exitCode)
 {
     const QFileInfo argument(path);
-    if (!argument.isDir()) {
-        return {{path, argument.size(),
-            !argument.exists()  ? u"no such file"_s
-            : argument.isFile() ? QString()
-                                : u"no regular file"_s}};
+    if (argument.isFile()) {
+        return {argument};
     }
-    QVector<FoundFile> files;
-    const QVector<FoundFile> entries = entriesOf(path);
-    for (const FoundFile& entry : entries) {
-        const QFileInfo info(entry.path);
-        if (!entry.problem.isEmpty()) {
-            files += entry;
-        } else if (!info.isDir() || !info.isSymLink()) {
-            files += filesAt(entry.path);
+    if (!argument.isDir()) {
+        refuse(exitCode, path + (argument.exists() ? u": no regular file"_s : u": no such file"_s));
+        return {};
+    }
+    const std::unique_ptr<DIR, int (*)(DIR*)> folder(
+        opendir(QFile::encodeName(path).constData()), closedir);
+    if (folder == nullptr) {
+        refuse(exitCode, path + u": the folder cannot be read"_s);
+    }
+    QStringList paths;
+    while (const dirent* entry = folder ? readdir(folder.get()) : nullptr) {
+        QString name; // Qt leaves out names that are not valid UTF-8
+        const bool isText = decodeUtf8(entry->d_name, name);
+        const QString entryPath =
+            QDir::cleanPath(path + u'/' + (isText ? name : escaped(entry->d_name)));
+        if (!isText) {
+            refuse(exitCode, entryPath + u": the name is not valid UTF-8"_s);
+        } else if (name != u"."_s && name != u".."_s) {
+            paths += entryPath; // within "." without "./"
+        }
+    }
+    paths.sort();
+    QFileInfoList files;
+    for (const QString& entryPath : qAsConst(paths)) {
+        const QFileInfo entry(entryPath);
+        if (!entry.isDir() || !entry.isSymLink()) {
+            files += filesAt(entryPath, exitCode);
         }
     }
     return files;

@@ -4,9 +4,9 @@
 
 #include <QBuffer>
 #include <QFile>
+#include <QFileInfo>
 #include <QJsonDocument>
 #include <QString>
-#include <QVector>
 
 /**
  * Opens a file, or standard input for "-", which is then called so in @p name. Says so when the
@@ -26,19 +26,11 @@ QJsonDocument readJson(QString& name);
 /** @return false when @p bytes are not valid UTF-8. A byte order mark is left out. */
 bool decodeUtf8(const QByteArray& bytes, QString& text);
 
-/** A file that was found, or why it cannot be used. */
-struct FoundFile
-{
-    QString path;
-    qint64 size;
-    QString problem; ///< empty for a file that can be used
-};
-
 /**
  * The file @p path; for a folder, the files in it and in the folders within it, by name, hidden ones
- * included, without following links to folders. What cannot be used is found with its problem.
+ * included, without following links to folders. Tells of what cannot be used, as refuse().
  */
-QVector<FoundFile> filesAt(const QString& path);
+QFileInfoList filesAt(const QString& path, int& exitCode);
 
 /** Reads lines, and shows how far it is. */
 class LineReader

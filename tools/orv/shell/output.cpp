@@ -43,6 +43,12 @@ void printError(const QString& reason)
     writeError(QCoreApplication::applicationName(), onOneLine(reason));
 }
 
+void refuse(int& exitCode, const QString& reason)
+{
+    printError(reason);
+    exitCode = 2;
+}
+
 QString coloured(const QString& text, int colour)
 {
     static const bool isWanted = isatty(STDOUT_FILENO) == 1

@@ -17,6 +17,9 @@ void finishOutput();
 /** One line on standard error, behind the program's name. */
 void printError(const QString& reason);
 
+/** The same for an input that cannot be used, while others can: sets @p exitCode to 2. */
+void refuse(int& exitCode, const QString& reason);
+
 /** @p text in a colour of terminals, where output goes to one and NO_COLOR is not set. */
 QString coloured(const QString& text, int colour);
 
