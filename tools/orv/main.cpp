@@ -1,6 +1,4 @@
 #include "commands/commands.h"
-#include "shell/output.h"
-#include "text.h"
 
 #include <core/orvcore_version.h>
 

@@ -1,7 +1,5 @@
 #include "checks/finding.h"
 
-#include "text.h"
-
 #include <QFileInfo>
 
 namespace {

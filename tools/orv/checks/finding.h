@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shell/input.h"
+#include "text.h"
 
 #include <core/speech/speechcommon.h>
 

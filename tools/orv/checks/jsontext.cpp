@@ -1,7 +1,5 @@
 #include "checks/jsontext.h"
 
-#include "text.h"
-
 #include <QJsonArray>
 
 #include <cctype>

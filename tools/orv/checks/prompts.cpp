@@ -1,6 +1,5 @@
 #include "checks/finding.h"
 #include "checks/languages.h"
-#include "text.h"
 
 #include <QFile>
 #include <QRegularExpression>
@@ -107,34 +106,15 @@ QString withoutBlanksInValues(const QString& prompt)
     return joined + prompt.midRef(from);
 }
 
-/** A word, an attribute's value, a blank or a mark within tags; or the text between two tags. */
-struct Token
+/** Words, attributes' values, blanks and marks, from the first tag on. */
+QVector<QRegularExpressionMatch> piecesOf(const QString& markup)
 {
-    QString text;
-    int begin;
-    bool isValue;
-    bool isBetween;
-};
-
-QVector<Token> tokensOf(const QString& markup)
-{
-    static const QRegularExpression tag(u"<[^<>]*>?"_s);
     static const QRegularExpression piece(u"\"[^\"]*\"|\\w+|\\s+|."_s);
-    QVector<Token> tokens;
-    int end = 0;
-    for (auto tags = tag.globalMatch(markup); tags.hasNext();) {
-        const QRegularExpressionMatch match = tags.next();
-        if (!tokens.isEmpty() && match.capturedStart() > end) {
-            tokens += {markup.mid(end, match.capturedStart() - end), end, false, true};
-        }
-        for (auto pieces = piece.globalMatch(match.captured()); pieces.hasNext();) {
-            const QRegularExpressionMatch part = pieces.next();
-            tokens += {part.captured(), match.capturedStart() + part.capturedStart(),
-                part.captured().size() > 1 && part.captured().startsWith(u'"'), false};
-        }
-        end = match.capturedEnd();
+    QVector<QRegularExpressionMatch> pieces;
+    for (auto match = piece.globalMatch(markup, markup.indexOf(u'<')); match.hasNext();) {
+        pieces += match.next();
     }
-    return tokens;
+    return pieces;
 }
 
 /** Where a prompt first differs from a form, and what to write there. */
@@ -146,32 +126,33 @@ struct Difference
 
 Difference differenceFrom(const QString& form, const QString& prompt)
 {
-    const QVector<Token> wanted = tokensOf(form);
-    const QVector<Token> found = tokensOf(prompt);
+    const QVector<QRegularExpressionMatch> wanted = piecesOf(form);
+    const QVector<QRegularExpressionMatch> found = piecesOf(prompt);
     int at = 0;
-    for (int i = 0; i < wanted.size(); ++i) {
-        const Token& token = wanted[i];
-        if (at == found.size()) {
-            QString rest;
-            const QVector<Token> tail = wanted.mid(i);
-            for (const Token& missing : tail) {
-                rest += missing.isBetween ? QString() : missing.text;
+    for (const QRegularExpressionMatch& piece : wanted) {
+        const QString text = piece.captured();
+        if (text == u"TEXT"_s) { // any text up to the next tag
+            while (at < found.size() && found[at].captured() != u"<"_s) {
+                ++at;
             }
-            return {prompt.size(), u"add %1 at the end"_s.arg(rest)};
+            continue;
         }
-        const bool isSame = token.isBetween ? found[at].isBetween
-                            : token.isValue ? found[at].isValue
-                                            : found[at].text == token.text;
-        if (!isSame && found[at].isBetween) {
-            return {found[at].begin, u"leave out \"%1\" between the tags"_s.arg(found[at].text)};
+        if (at == found.size()) {
+            return {prompt.size(), u"add %1 at the end"_s.arg(form.mid(piece.capturedStart()))};
         }
-        if (!isSame && !token.isBetween) {
-            const bool isExtra = at + 1 < found.size() && found[at + 1].text == token.text;
-            return {found[at].begin,
-                isExtra ? u"leave out \"%1\""_s.arg(found[at].text)
-                        : u"write \"%1\" where \"%2\" stands"_s.arg(token.text, found[at].text)};
+        const QString other = found[at].captured();
+        const int begin = found[at].capturedStart();
+        const bool areValues = text[0] == u'"' && other[0] == u'"' && other.size() > 1;
+        if (text == u"<"_s && other != text) {
+            const QString between = prompt.mid(begin, prompt.indexOf(u'<', begin) - begin);
+            return {begin, u"leave out \"%1\" between the tags"_s.arg(between)};
         }
-        at += isSame ? 1 : 0; // text between tags may be empty
+        if (other != text && !areValues) {
+            const bool isExtra = at + 1 < found.size() && found[at + 1].captured() == text;
+            return {begin, isExtra ? u"leave out \"%1\""_s.arg(other)
+                                   : u"write \"%1\" where \"%2\" stands"_s.arg(text, other)};
+        }
+        ++at;
     }
     return {prompt.indexOf(u'<'), QString()};
 }

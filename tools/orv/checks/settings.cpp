@@ -1,5 +1,4 @@
 #include "checks/jsontext.h"
-#include "text.h"
 
 Findings checkSettings(const QByteArray& content, const CheckOptions&)
 {

@@ -1,5 +1,4 @@
 #include "checks/jsontext.h"
-#include "text.h"
 
 Findings checkSounds(const QByteArray& content, const CheckOptions& options)
 {

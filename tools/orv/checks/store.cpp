@@ -1,5 +1,4 @@
 #include "checks/jsontext.h"
-#include "text.h"
 
 #include <core/speech/speechchecksummanager.h>
 

@@ -1,7 +1,6 @@
 #include "checks/table.h"
 
 #include "checks/finding.h"
-#include "text.h"
 
 #include <QBuffer>
 #include <QRegularExpression>

@@ -1,9 +1,6 @@
 #include "checks/finding.h"
 #include "commands/commands.h"
 #include "commands/sarif.h"
-#include "shell/listing.h"
-#include "shell/output.h"
-#include "text.h"
 
 #include <QFileInfo>
 

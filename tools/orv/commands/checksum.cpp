@@ -1,9 +1,6 @@
 #include "commands/commands.h"
 #include "commands/storelock.h"
 #include "shell/input.h"
-#include "shell/listing.h"
-#include "shell/output.h"
-#include "text.h"
 
 #include <core/speech/speechchecksummanager.h>
 

@@ -1,8 +1,6 @@
 #include "commands/commands.h"
 
 #include "shell/input.h"
-#include "shell/output.h"
-#include "text.h"
 
 #include <QCoreApplication>
 

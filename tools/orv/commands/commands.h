@@ -2,6 +2,9 @@
 
 #include "checks/languages.h"
 #include "shell/commandline.h"
+#include "shell/listing.h"
+#include "shell/output.h"
+#include "text.h"
 
 #include <core/speech/speechcommon.h>
 

@@ -1,7 +1,4 @@
 #include "commands/commands.h"
-#include "shell/listing.h"
-#include "shell/output.h"
-#include "text.h"
 
 namespace {
 

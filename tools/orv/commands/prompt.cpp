@@ -1,8 +1,5 @@
 #include "commands/commands.h"
 #include "shell/input.h"
-#include "shell/listing.h"
-#include "shell/output.h"
-#include "text.h"
 
 #include <core/parsers/sentencetokenizer.h>
 

@@ -1,9 +1,6 @@
 #include "checks/table.h"
 #include "commands/commands.h"
 #include "shell/input.h"
-#include "shell/listing.h"
-#include "shell/output.h"
-#include "text.h"
 
 #include <QFile>
 #include <QJsonArray>
