@@ -237,12 +237,14 @@ QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath, bool
         // Large blocks: QCryptographicHash would read a kilobyte at a time.
         QByteArray block(64 * 1024, Qt::Uninitialized);
         qint64 length = 0;
-        while ((length = file.read(block.data(), block.size())) > 0) {
-            hash.addData(block.constData(), int(length));
-        }
+        bool isAtEnd = false;
+        do {
+            length = file.read(block.data(), block.size());
+            hash.addData(block.constData(), int(std::max<qint64>(length, 0)));
+            isAtEnd = length < block.size() && file.atEnd();
+        } while (length > 0 && !isAtEnd);
+        isRead = length >= 0 && isAtEnd;
         // Not at the end after a read error, or if the file is shorter than the size it states.
-        const bool isAtEnd = file.atEnd();
-        isRead = length == 0 && isAtEnd;
         if (!isAtEnd) {
             ORV_LOG(warning,
                 "static QByteArray SpeechChecksumManager::generateChecksum(const QString&)")
