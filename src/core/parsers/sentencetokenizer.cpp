@@ -201,7 +201,10 @@ struct Sentence
     int openings; // of tags
 };
 
-/** The splitting of one text, step by step. */
+/**
+ * The splitting of one text, in one pass: what is cut off is merged and written while the text is
+ * still in the cache.
+ */
 class Splitter
 {
 public:
@@ -213,10 +216,11 @@ public:
     {
         constexpr std::size_t usualLength = 32;
         pieces.reserve(int(text.size() / usualLength));
-        sentences.reserve(int(text.size() / usualLength));
+        result.reserve(int(text.size() / usualLength));
     }
 
-    void cut()
+    /** The sentences, each with the tags in front that were in force at the end of the last. */
+    QStringList split()
     {
         std::size_t begin = 0;
         int openings = 0;
@@ -230,47 +234,9 @@ public:
             }
         }
         addPiece(begin, text.size(), openings);
-    }
-
-    /**
-     * Merges each short sentence, the first one first, with its shorter neighbour, the previous one
-     * when they are equal. What lies before the first short one stays long, so one walk does it.
-     */
-    void mergeShortSentences()
-    {
-        Sentence* const begin = sentences.begin();
-        Sentence* const end = sentences.end();
-        Sentence* done = begin;
-        for (Sentence* next = begin; next != end;) {
-            Sentence current = *next++;
-            while (isShort(current) && next != end
-                   && (done == begin || (done - 1)->length > next->length)) {
-                append(current, *next++);
-            }
-            if (isShort(current) && done != begin) {
-                append(*(done - 1), current);
-            } else {
-                *done++ = current;
-            }
-        }
-        sentences.resize(int(done - begin));
-    }
-
-    /** The sentences, each with the tags in front that were in force at the end of the last. */
-    QStringList sentencesWithTags() const
-    {
-        CarriedTags tags;
-        QStringList result;
-        result.reserve(sentences.size());
-        for (const Sentence& sentence : sentences) {
-            const int tagsLength = tags.length();
-            // Moved into its place: a copy would cost two changes of the count of references.
-            result.append(QString());
-            result.last() = QString(tagsLength + sentence.length, Qt::Uninitialized);
-            auto* const out = reinterpret_cast<char16_t*>(result.last().data());
-            write(sentence, tags.write(out));
-            tags.update({out + tagsLength, std::size_t(sentence.length)}, sentence.openings);
-        }
+        merge(cutOff);
+        settle();
+        write(done);
         return result;
     }
 
@@ -306,10 +272,11 @@ private:
         if (isContextual) {
             piece.blanks = countBlanks(begin, end);
         }
-        if (isContextual && !sentences.isEmpty() && continues(sentences.back(), at(begin))) {
-            append(sentences.back(), piece);
+        if (isContextual && cutOff.pieceCount > 0 && continues(cutOff, at(begin))) {
+            append(cutOff, piece);
         } else {
-            sentences.append(piece);
+            merge(cutOff);
+            cutOff = piece;
         }
         pieces.append({int(begin), int(end)});
     }
@@ -344,6 +311,32 @@ private:
         return false;
     }
 
+    /**
+     * Merges each short sentence, the first one first, with its shorter neighbour, the previous one
+     * when they are equal. What lies before the first short one stays long.
+     */
+    void merge(const Sentence& next)
+    {
+        const bool isFirst = done.pieceCount == 0;
+        if (current.pieceCount > 0 && isShort(current) && (isFirst || done.length > next.length)) {
+            append(current, next);
+        } else {
+            settle();
+            current = next;
+        }
+    }
+
+    /** Takes in the current sentence, which no next one is merged with. */
+    void settle()
+    {
+        if (isShort(current) && done.pieceCount > 0) {
+            append(done, current);
+        } else {
+            write(done);
+            done = current;
+        }
+    }
+
     bool isShort(const Sentence& sentence) const
     {
         return sentence.length < minLength || (isContextual && sentence.blanks < minBlanks);
@@ -357,8 +350,17 @@ private:
         sentence.openings += next.openings;
     }
 
-    void write(const Sentence& sentence, char16_t* out) const
+    void write(const Sentence& sentence)
     {
+        if (sentence.pieceCount == 0) {
+            return;
+        }
+        const int tagsLength = tags.length();
+        // Moved into its place: a copy would cost two changes of the count of references.
+        result.append(QString());
+        result.last() = QString(tagsLength + sentence.length, Qt::Uninitialized);
+        auto* const begin = reinterpret_cast<char16_t*>(result.last().data());
+        char16_t* out = tags.write(begin);
         for (int i = 0; i < sentence.pieceCount; ++i) {
             if (i > 0 && joinerLength > 0) {
                 *out++ = u' ';
@@ -366,6 +368,7 @@ private:
             const Piece& piece = pieces[sentence.firstPiece + i];
             out = std::copy(text.data() + piece.begin, text.data() + piece.end, out);
         }
+        tags.update({begin + tagsLength, std::size_t(sentence.length)}, sentence.openings);
     }
 
     const std::u16string_view text;
@@ -373,7 +376,11 @@ private:
     const bool isContextual;
     const int joinerLength;
     QVarLengthArray<Piece, 32> pieces;
-    QVarLengthArray<Sentence, 32> sentences;
+    Sentence done = {};    // long, but a short one may still be merged with it
+    Sentence current = {}; // the next ones are merged with it while it is short
+    Sentence cutOff = {};  // may go on
+    CarriedTags tags;
+    QStringList result;
 };
 
 /**
@@ -393,10 +400,6 @@ QStringList SentenceTokenizer::split(const QString& text, Language language)
     if (text.isEmpty()) {
         return QStringList();
     }
-    Splitter splitter(text, rulesOf(language));
-    splitter.cut();
-    splitter.mergeShortSentences();
-
     logSplit();
-    return splitter.sentencesWithTags();
+    return Splitter(text, rulesOf(language)).split();
 }
