@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
+#include <utility>
 
 namespace {
 
@@ -237,7 +238,7 @@ public:
         merge(cutOff);
         settle();
         write(done);
-        return result;
+        return std::move(result);
     }
 
 private:
