@@ -38,17 +38,19 @@ QByteArray md5OfContent(const QString& fileName) {
     return QCryptographicHash::hash(readFile(fileName), QCryptographicHash::Md5).toHex();
 }
 
-/** Calls @p function with little of a resource left, where three units are hardly one. */
-template <typename Resource, typename Function> void withLimit(Resource resource, Function function) {
+/** Writes the store with hardly any room for the content of a file. */
+void writeOnFullDisk(Manager& manager) {
     rlimit usual;
-    getrlimit(resource, &usual);
+    getrlimit(RLIMIT_FSIZE, &usual);
     const rlimit tight{3, usual.rlim_max};
-    setrlimit(resource, &tight);
-    function();
-    setrlimit(resource, &usual);
+    setrlimit(RLIMIT_FSIZE, &tight);
+    std::signal(SIGXFSZ, SIG_IGN);
+    manager.writePersistentData();
+    setrlimit(RLIMIT_FSIZE, &usual);
 }
 
 bool isRenamingRefused = false;
+bool isNewFileRefused = false;
 
 } // namespace
 
@@ -59,15 +61,16 @@ int rename(const char* from, const char* to) noexcept {
 }
 
 #ifdef O_TMPFILE
-// Likewise: not every system makes a file without a name.
+// Likewise: not every system makes a file without a name, nor has a full disk room for a new one.
 extern "C" int open64(const char* name, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
     const auto mode = va_arg(arguments, mode_t);
     va_end(arguments);
-    errno = EOPNOTSUPP;
     const bool isNameless = (flags & O_TMPFILE) == O_TMPFILE;
-    return isNameless ? -1 : reinterpret_cast<decltype(&open64)>(dlsym(RTLD_NEXT, "open64"))(name, flags, mode);
+    errno = isNameless ? EOPNOTSUPP : ENOSPC;
+    const bool isRefused = isNameless || (isNewFileRefused && (flags & O_EXCL) != 0);
+    return isRefused ? -1 : reinterpret_cast<decltype(&open64)>(dlsym(RTLD_NEXT, "open64"))(name, flags, mode);
 }
 #endif
 
@@ -206,12 +209,12 @@ private Q_SLOTS:
         QCOMPARE(QFile::permissions(target), permissions);
         log.takeTexts();
 
-        // A file-size limit stands in for a full disk; the other leaves no descriptor for a new file.
         manager.insert(u("f"), German, "1", Manager::DefaultChecksum);
-        std::signal(SIGXFSZ, SIG_IGN);
         const QString warning = u("warning: Unable to open file for writing \"%1\"");
-        for (const auto resource : {RLIMIT_FSIZE, RLIMIT_NOFILE}) {
-            withLimit(resource, [&manager] { manager.writePersistentData(); });
+        for (const bool isRefused : {false, true}) { // a new file has no room, or cannot even be made
+            isNewFileRefused = isRefused;
+            writeOnFullDisk(manager);
+            isNewFileRefused = false;
             QVERIFY(!Manager::isWritten());
             QCOMPARE(log.takeTexts(), QStringList(warning.arg(store)));
             QCOMPARE(readFile(target), QByteArray("[\n]\n"));
@@ -283,7 +286,7 @@ private Q_SLOTS:
             Manager manager;
             manager.insert(QString(size, QLatin1Char('f')), German, "1", Manager::DefaultChecksum);
             log.takeTexts();
-            withLimit(RLIMIT_FSIZE, [&manager] { manager.writePersistentData(); });
+            writeOnFullDisk(manager);
             QCOMPARE(log.takeTexts().size(), 1);
         }
         QVERIFY(user != 0 || setresuid(user, user, user) == 0);

@@ -161,8 +161,7 @@ QString& EcoFile::Row::operator[](const QString& column)
     }
     const QString text = qAsConst(*this)[column];
     if (!data->places.contains(column)) {
-        data->places.insert(column, data->fields.size());
-        data->fields.append(Range{0, 0});
+        data->places.insert(column, 0); // its text is in changed
     }
     return *data->changed.insert(column, text);
 }
