@@ -73,21 +73,25 @@ void closeFrom(int first) {
     for (int file = first; file < 100; ++file) { close(file); }
 }
 
-/** Asks to quit when its pipe has data, in the same pass of the event loop in which a signal is due. */
+/** Acts when its pipe has data, in the same pass of the event loop in which a signal is due. */
 class PipeNotifier
 {
 public:
     PipeNotifier()
         : isOpen(pipe(ends) == 0)
         , notifier(ends[0], QSocketNotifier::Read) {
-        QObject::connect(&notifier, &QSocketNotifier::activated, [this] { notifier.setEnabled(false), ask(); });
+        QObject::connect(&notifier, &QSocketNotifier::activated, [this] { notifier.setEnabled(false), act(); });
     }
-    void activate() { isOpen = write(ends[1], "x", 1) == 1; }
+    void activate(void (*function)()) {
+        act = function;
+        isOpen = write(ends[1], "x", 1) == 1;
+    }
 
 private:
     int ends[2];
     bool isOpen;
     QSocketNotifier notifier;
+    void (*act)() = nullptr;
 };
 
 /** What a child process has on its stack, and says when the stack is unwound, as the end by exit() does not. */
@@ -128,9 +132,9 @@ const struct {
     {"signal while quitting, unheard",
         [](Child&) { atQuit([] { closeFrom(STDERR_FILENO), raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, 1, "",
         start + once},
-    {"notifier asks, signal waits", [](Child& child) { child.pipe.activate(), raiseAll(SIGUSR1); }, 0, none,
+    {"notifier asks, signal waits", [](Child& child) { child.pipe.activate(ask), raiseAll(SIGUSR1); }, 0, none,
         start + quit},
-    {"notifier asks, request waits", [](Child& child) { child.pipe.activate(), raiseAll(SIGTERM); }, 0, none,
+    {"notifier asks, request waits", [](Child& child) { child.pipe.activate(ask), raiseAll(SIGTERM); }, 0, none,
         start + quit},
     {"queued call asks, request waits", [](Child&) { raiseAll(SIGTERM), queue(ask); }, 0, any, any},
     {"timer asks, signal waits", [](Child&) { raiseAll(SIGUSR1), QTimer::singleShot(0, ask); }, 0, any, any},
@@ -146,6 +150,12 @@ const struct {
         "counted 1 unwound exited", start + handled + "10\n" + once},
     {"invoked while a signal waits", [](Child&) { raiseAll(SIGUSR1), invokeHandler(), raiseAll(SIGTERM); }, 0,
         "counted 1 unwound exited", start + handled + "10\n" + once},
+    {"invoked in the pass in which its notifier is due",
+        [](Child& child) {
+            child.pipe.activate(invokeHandler), raiseAll(SIGUSR1);
+            QTimer::singleShot(20, [] { raiseAll(SIGTERM); });
+        },
+        0, "counted 1 unwound exited", start + handled + "10\n" + once},
     {"nothing waits", [](Child&) { invokeHandler(), invokeHandler(), raiseAll(SIGTERM); }, 0, none,
         start + unread + unread + once},
     {"nothing waits, inside itself and behind another call",

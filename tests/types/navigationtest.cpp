@@ -108,6 +108,7 @@ private Q_SLOTS:
     }
 
     void printers() {
+        QCOMPARE(printed(NavigationContext::Spelling), u("Spelling | 1 "));
         QCOMPARE(printed(NavigationContext::OneShot), u("OneShot | 1 "));
         QCOMPARE(printed(NavigationContext::Mode(-1)), u("Unknown Mode | 1 "));
         QCOMPARE(printed(NavigationRequest()),
