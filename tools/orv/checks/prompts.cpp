@@ -72,7 +72,8 @@ QString skeletonOf(const QString& prompt)
 /** The form that a prompt resembles most, of those with @p tag in them. */
 QString nearestForm(const QString& prompt, const char* tag)
 {
-    const QString skeleton = skeletonOf(prompt);
+    constexpr int enough = 200; // no form is longer
+    const QString skeleton = skeletonOf(prompt).left(enough);
     // First by the start of a form, as the end may be what is missing.
     std::pair<int, int> least(std::numeric_limits<int>::max(), 0);
     QString nearest;
@@ -107,14 +108,10 @@ QString withoutBlanksInValues(const QString& prompt)
 }
 
 /** Words, attributes' values, blanks and marks, from the first tag on. */
-QVector<QRegularExpressionMatch> piecesOf(const QString& markup)
+QRegularExpressionMatchIterator piecesOf(const QString& markup)
 {
     static const QRegularExpression piece(u"\"[^\"]*\"|\\w+|\\s+|."_s);
-    QVector<QRegularExpressionMatch> pieces;
-    for (auto match = piece.globalMatch(markup, markup.indexOf(u'<')); match.hasNext();) {
-        pieces += match.next();
-    }
-    return pieces;
+    return piece.globalMatch(markup, markup.indexOf(u'<'));
 }
 
 /** Where a prompt first differs from a form, and what to write there. */
@@ -126,33 +123,33 @@ struct Difference
 
 Difference differenceFrom(const QString& form, const QString& prompt)
 {
-    const QVector<QRegularExpressionMatch> wanted = piecesOf(form);
-    const QVector<QRegularExpressionMatch> found = piecesOf(prompt);
-    int at = 0;
-    for (const QRegularExpressionMatch& piece : wanted) {
+    QRegularExpressionMatchIterator wanted = piecesOf(form);
+    QRegularExpressionMatchIterator found = piecesOf(prompt);
+    while (wanted.hasNext()) {
+        const QRegularExpressionMatch piece = wanted.next();
         const QString text = piece.captured();
         if (text == u"TEXT"_s) { // any text up to the next tag
-            while (at < found.size() && found[at].captured() != u"<"_s) {
-                ++at;
+            while (found.hasNext() && found.peekNext().captured() != u"<"_s) {
+                found.next();
             }
             continue;
         }
-        if (at == found.size()) {
+        if (!found.hasNext()) {
             return {prompt.size(), u"add %1 at the end"_s.arg(form.mid(piece.capturedStart()))};
         }
-        const QString other = found[at].captured();
-        const int begin = found[at].capturedStart();
+        const QRegularExpressionMatch match = found.next();
+        const QString other = match.captured();
+        const int begin = match.capturedStart();
         const bool areValues = text[0] == u'"' && other[0] == u'"' && other.size() > 1;
         if (text == u"<"_s && other != text) {
             const QString between = prompt.mid(begin, prompt.indexOf(u'<', begin) - begin);
             return {begin, u"leave out \"%1\" between the tags"_s.arg(between)};
         }
         if (other != text && !areValues) {
-            const bool isExtra = at + 1 < found.size() && found[at + 1].captured() == text;
+            const bool isExtra = found.hasNext() && found.peekNext().captured() == text;
             return {begin, isExtra ? u"leave out \"%1\""_s.arg(other)
                                    : u"write \"%1\" where \"%2\" stands"_s.arg(text, other)};
         }
-        ++at;
     }
     return {prompt.indexOf(u'<'), QString()};
 }

@@ -32,8 +32,11 @@ void print(const QString& text)
 
 void finishOutput()
 {
-    // A remark may have flushed the output before and failed; the stream remembers that.
-    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    // A remark may have flushed the output before and failed; the stream remembers that. Some file
+    // systems report a full disk only when a file is closed; a copy keeps the stream open.
+    const bool isFlushed = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+    const int copy = dup(STDOUT_FILENO);
+    if (!isFlushed || (copy >= 0 && close(copy) != 0)) {
         throw Failure{u"cannot write to standard output"_s};
     }
 }
