@@ -15,11 +15,10 @@ namespace {
 
 QString textOf(const QJsonValue& value)
 {
-    if (value.isBool()) {
-        return value.toBool() ? u"yes"_s : u"no"_s;
-    }
-    return onOneLine(value.isArray() ? value.toVariant().toStringList().join(u", "_s)
-                                     : value.toVariant().toString());
+    return value.isString()   ? onOneLine(value.toString())
+           : value.isDouble() ? QString::number(value.toInt())
+           : value.isBool()   ? QLatin1String(value.toBool() ? "yes" : "no")
+                              : onOneLine(value.toVariant().toStringList().join(u", "_s));
 }
 
 QJsonObject objectOf(const Record& record)
@@ -65,12 +64,14 @@ void printRecord(bool isJson, const Record& record)
     }
     QString text;
     for (const Field& field : record) {
-        QJsonArray values = field.value.toArray();
-        if (!field.value.isArray() && !field.value.isNull() && !field.value.isUndefined()) {
-            values.append(field.value);
-        }
-        for (int i = 0; i < values.size() && !field.shown.isNull(); ++i) {
-            text += QString::fromUtf8(field.shown).arg(textOf(values[i]), field.width);
+        const auto append = [&](const QJsonValue& value) {
+            text += QString::fromUtf8(field.shown).arg(textOf(value), field.width);
+        };
+        if (field.value.isArray() && !field.shown.isNull()) {
+            const QJsonArray values = field.value.toArray();
+            std::for_each(values.begin(), values.end(), append);
+        } else if (!field.value.isNull() && !field.value.isUndefined() && !field.shown.isNull()) {
+            append(field.value);
         }
     }
     print(text);
