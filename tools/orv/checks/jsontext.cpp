@@ -1,15 +1,23 @@
 #include "checks/jsontext.h"
 
+#include <QHash>
 #include <QJsonArray>
+#include <QRegularExpression>
 
-#include <cctype>
-#include <cstring>
+namespace {
+
+/** An array or object that is being read. */
+struct Level
+{
+    bool isObject;
+    QHash<QString, int> lines; ///< of the members, by their keys
+};
+
+} // namespace
 
 JsonText::JsonText(const QByteArray& content, Findings& findings)
-    : text(content)
-    , findings(findings)
-    , places(content)
 {
+    PlaceFinder places(content);
     QJsonParseError error;
     document = QJsonDocument::fromJson(content, &error);
     if (document.isNull()) {
@@ -17,70 +25,36 @@ JsonText::JsonText(const QByteArray& content, Findings& findings)
             u"nothing is loaded: "_s + error.errorString()};
         return;
     }
-    at = text.startsWith("\xEF\xBB\xBF") ? 3 : 0; // the parser skips the mark, too
-    readValue(0);
-}
-
-/** The next character that is no blank; NUL at the end. */
-char JsonText::next()
-{
-    while (at < text.size() && std::isspace(uchar(text[at])) != 0) {
-        ++at;
-    }
-    return at < text.size() ? text[at] : '\0';
-}
-
-/** Goes behind a string, and returns it as it is written. */
-QByteArray JsonText::readString()
-{
-    const int begin = at++;
-    while (at < text.size() && text[at] != '"') {
-        at += text[at] == '\\' ? 2 : 1; // an escaped character may be a quote
-    }
-    ++at;
-    return text.mid(begin, at - begin);
-}
-
-void JsonText::readValue(int depth)
-{
-    const char first = next();
-    if (first == '{' || first == '[') {
-        QHash<QString, int> lines;
-        for (++at; next() != '}' && next() != ']' && next() != '\0';) {
-            if (first == '{') {
-                readMember(depth, lines);
-            } else {
-                if (depth == 0) {
-                    elements.append(places.at(at));
+    static const QRegularExpression piece(uR"("(?:[^"\\]++|\\.)*+"|[][{}:,]|[^][{}:,"\s]++)"_s,
+        QRegularExpression::DotMatchesEverythingOption);
+    QVector<Level> levels;
+    QChar before;
+    // With a character for each byte, as places are found by bytes.
+    for (auto match = piece.globalMatch(QString::fromLatin1(content)); match.hasNext();) {
+        const QRegularExpressionMatch part = match.next();
+        const QChar first = part.captured().at(0);
+        const bool isOpening = before == u'[' || before == u'{';
+        if ((isOpening || before == u',') && first != u']' && first != u'}') {
+            const Place place = places.at(part.capturedStart());
+            if (levels.last().isObject) {
+                const QByteArray array = '[' + part.captured().toLatin1() + ']';
+                const QString key = QJsonDocument::fromJson(array).array().at(0).toString();
+                members.append({key, place});
+                int& line = levels.last().lines[key];
+                if (line > 0) {
+                    findings += {place, Rule::Overwritten,
+                        u"\"%1\" overwrites that of line %2"_s.arg(key, QString::number(line))};
                 }
-                readValue(depth + 1);
+                line = place.line;
+            } else if (levels.size() == 1) {
+                elements += place;
             }
-            at += next() == ',' ? 1 : 0;
         }
-        ++at;
-    } else if (first == '"') {
-        readString();
-    } else {
-        while (at < text.size() && std::strchr(",]} \t\r\n", text[at]) == nullptr) {
-            ++at;
+        if (first == u'[' || first == u'{') {
+            levels += Level{first == u'{', {}};
+        } else if (first == u']' || first == u'}') {
+            levels.removeLast();
         }
+        before = first;
     }
-}
-
-/** @p lines has the lines of the object's earlier members by their keys. */
-void JsonText::readMember(int depth, QHash<QString, int>& lines)
-{
-    const Place place = places.at(at);
-    const QByteArray array = '[' + readString() + ']';
-    const QString key = QJsonDocument::fromJson(array).array().at(0).toString();
-    members.append({key, place});
-    int& line = lines[key];
-    if (line > 0) {
-        findings += {place, Rule::Overwritten,
-            u"\"%1\" overwrites that of line %2"_s.arg(key, QString::number(line))};
-    }
-    line = place.line;
-    next();
-    ++at; // the colon
-    readValue(depth + 1);
 }

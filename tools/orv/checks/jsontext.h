@@ -2,14 +2,12 @@
 
 #include "checks/finding.h"
 
-#include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
 
 /** A JSON text with the places of its parts, which a parsed document does not keep. */
-class JsonText
+struct JsonText
 {
-public:
     /** A member of an object. */
     struct Member
     {
@@ -23,17 +21,6 @@ public:
     QJsonDocument document;  ///< null when the text cannot be read
     QVector<Member> members; ///< of all objects, in the order of the text
     QVector<Place> elements; ///< of the outermost array
-
-private:
-    char next();
-    QByteArray readString();
-    void readValue(int depth);
-    void readMember(int depth, QHash<QString, int>& lines);
-
-    const QByteArray& text;
-    Findings& findings;
-    PlaceFinder places;
-    int at = 0;
 };
 
 /** Reads JSON as JsonText does, and calls @p check with each object of the outermost array. */
@@ -43,8 +30,8 @@ Findings checkElements(const QByteArray& content, const char* whenNoObject, Chec
     Findings findings;
     const JsonText text(content, findings);
     if (text.document.isObject()) {
-        findings += {{}, Rule::NotLoaded,
-            QStringLiteral("nothing is loaded: an array is needed, not an object")};
+        findings +=
+            {{}, Rule::NotLoaded, u"nothing is loaded: an array is needed, not an object"_s};
     }
     for (int i = 0; i < text.elements.size() && text.document.isArray(); ++i) {
         const QJsonValue element = text.document[i];
