@@ -21,6 +21,22 @@ template <auto field> QString nameOf() {
     return signature.section(u("::"), -1).chopped(1);
 }
 
+/** A value that converts to the type of any field. */
+struct Anything {
+    template <typename T> operator T() const;
+};
+template <typename Record, typename... Values> auto isMadeOf(int) -> decltype(Record{Values()...}, std::true_type());
+template <typename Record, typename... Values> std::false_type isMadeOf(long);
+
+/** How many fields a record has; a base counts as one, and with a constructor the record has one at most. */
+template <typename Record, typename... Values> constexpr int fieldCount() {
+    if constexpr (decltype(isMadeOf<Record, Values..., Anything>(0))::value) {
+        return fieldCount<Record, Values..., Anything>();
+    } else {
+        return sizeof...(Values);
+    }
+}
+
 /**
  * The names of the fields that are unlike others, each with what is unlike: a field usually starts as zero or empty,
  * counts in comparisons, and stands behind the field before it.
@@ -42,6 +58,8 @@ template <typename Record, auto... fields> QString unusualFields() {
         previous = &(untouched.*field);
     };
     (examine(fields, nameOf<fields>()), ...);
+    const int others = fieldCount<Record>() - int(sizeof...(fields));
+    if (others > 0) { remarks += u("%1 more are not named").arg(others); }
     return remarks.join(u(", "));
 }
 

@@ -36,6 +36,7 @@ private Q_SLOTS:
     }
 
     void printer() {
+        static_assert(fieldCount<NetworkPermission>() == 23, "all fields are printed below");
         QCOMPARE(printed(NetworkPermission()),
             quoted("NetworkPermission { url: '' poiUrl: '' httsUrl: '' proxyUsername: '' proxyPassword: '' "
                    "proxyAddress: '' proxyPort: 0 outgoingPortRange: 0-0 endpointAddress: '' endpointPort: 0 "

@@ -28,7 +28,7 @@ private Q_SLOTS:
         QCOMPARE((unusualFields<Poi, &Poi::id, &Poi::descriptors>()), QString());
         QCOMPARE((unusualFields<Descriptor, &Descriptor::aux1, &Descriptor::aux2, &Descriptor::dataType,
                      &Descriptor::rawData, &Descriptor::stringList>()),
-            u("stringList is ignored")); // as the type 0 is no list's
+            u("stringList is ignored, 3 more are not named")); // as the type 0 is no list's
         QCOMPARE(
             (unusualFields<Result, &Result::aux1, &Result::aux2, &Result::aux3, &Result::aux4, &Result::descriptors>()),
             QString());
@@ -108,6 +108,7 @@ private Q_SLOTS:
     }
 
     void printers() {
+        static_assert(fieldCount<NavigationRequest>() == 7 && fieldCount<Database>() == 12, "all fields are printed below");
         QCOMPARE(printed(NavigationContext::Spelling), u("Spelling | 1 "));
         QCOMPARE(printed(NavigationContext::OneShot), u("OneShot | 1 "));
         QCOMPARE(printed(NavigationContext::Mode(-1)), u("Unknown Mode | 1 "));

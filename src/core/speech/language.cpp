@@ -269,8 +269,8 @@ QString languageName(const Language& language)
         "Polish", "Greek", "Turkish", "Hungarian", "Romanian", "Swedish", "PortugueseBrazil",
         "CantoneseHongKong", "CantoneseChina", "Slovak", "Czech", "Slovenian", "Danish",
         "Norwegian", "Finnish", "Indonesian", "Thai"};
-    static_assert(std::size(names) == Thai + 1, "one name for each language");
-    return language >= 0 && language <= Thai ? QLatin1String(names[language]) : QString();
+    static_assert(std::size(names) == std::size(rows), "one name for each row");
+    return QLatin1String(names[rowOf(language).language]);
 }
 
 QDebug& operator<<(QDebug& stream, Language language)
