@@ -1,0 +1,37 @@
+# Finds the Qt to build with, and names what is built with it: orvQt is its package (Qt5 or Qt6), orvQtMinimum the oldest
+# version that will do, and orvNameSuffix ends the names of what must not be confused with the build for Qt 5.
+
+set(ORV_QT_MAJOR "" CACHE STRING "Build with this major version of Qt: 5 or 6; empty for 5 where it is found")
+set_property(CACHE ORV_QT_MAJOR PROPERTY STRINGS "" 5 6)
+if(ORV_QT_MAJOR MATCHES "^[56]$")
+    set(orvQtNames Qt${ORV_QT_MAJOR})
+elseif(NOT ORV_QT_MAJOR STREQUAL "")
+    message(FATAL_ERROR "ORV_QT_MAJOR is \"${ORV_QT_MAJOR}\", but must be 5, 6 or empty")
+elseif(TARGET Qt5::Core)
+    set(orvQtNames Qt5) # of the parent project
+elseif(TARGET Qt6::Core)
+    set(orvQtNames Qt6)
+else()
+    set(orvQtNames Qt5 Qt6)
+endif()
+find_package(QT NAMES ${orvQtNames} REQUIRED COMPONENTS Core)
+set(orvQt Qt${QT_VERSION_MAJOR})
+if(QT_VERSION_MAJOR EQUAL 5)
+    set(orvQtMinimum 5.12)
+    set(orvNameSuffix "")
+else()
+    set(orvQtMinimum 6.4)
+    set(orvNameSuffix -qt6)
+endif()
+
+set(orvFindsQt ON)
+if(TARGET ${orvQt}::Core)
+    set(orvFindsQt OFF) # the parent project has its own
+endif()
+find_package(${orvQt} ${orvQtMinimum} REQUIRED COMPONENTS Core)
+if(orvFindsQt AND NOT orvTopLevel)
+    # What an installed package leaves behind: without its version and its tools, the parent's AUTOMOC is off.
+    set(${orvQt}Core_VERSION_MAJOR ${${orvQt}Core_VERSION_MAJOR} PARENT_SCOPE)
+    set(${orvQt}Core_VERSION_MINOR ${${orvQt}Core_VERSION_MINOR} PARENT_SCOPE)
+    set_target_properties(${orvQt}::Core ${orvQt}::moc ${orvQt}::rcc ${orvQt}::qmake PROPERTIES IMPORTED_GLOBAL ON)
+endif()
