@@ -85,7 +85,7 @@ void PosixSignals::applicationQuit()
         std::exit(1);
     }
     ORV_LOG(debug, here) << "Cleaning up and terminating...";
-    QCoreApplication::quit();
+    QCoreApplication::exit(); // quit() of Qt 6 ignores a loop that is not the application's
     quitting = true;
 }
 
@@ -99,7 +99,7 @@ void PosixSignals::initialize()
     if (socketpair(AF_UNIX, SOCK_STREAM, 0, sockets) != 0) {
         // Continue all the same, so that a signal ends the process instead of being lost.
         ORV_LOG(critical, here) << "Creating Unix socket failed";
-        QCoreApplication::quit();
+        QCoreApplication::exit();
     }
     notifier = std::make_unique<QSocketNotifier>(sockets[1], QSocketNotifier::Read);
     connect(notifier.get(), &QSocketNotifier::activated, this, [this] {
@@ -131,7 +131,7 @@ void PosixSignals::signalHandle()
         const auto [receiver, method] = handlers.value(signalNumber);
         const bool isQuit = receiver == this && qstrcmp(method, "applicationQuit") == 0;
         if (wasQuitting && isQuit) {
-            QCoreApplication::quit(); // it waited when the program quit: no second request
+            QCoreApplication::exit(); // it waited when the program quit: no second request
         } else if (isQuit || !quitting) {
             ORV_LOG(debug, here) << "Processing signal" << signalNumber;
             QMetaObject::invokeMethod(receiver, method, Qt::AutoConnection);
