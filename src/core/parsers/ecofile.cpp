@@ -2,20 +2,24 @@
 
 #include <QFile>
 #include <QMap>
-#include <QRegExp>
 #include <QStringView>
 #include <QTextStream>
 #include <QVarLengthArray>
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#include <QStringDecoder>
+#endif
 
 #include <algorithm>
 
 namespace {
 
+using Size = QString::size_type;
+
 /** Where a field stands in its line. */
 struct Range
 {
-    int begin;
-    int length;
+    Size begin;
+    Size length;
 };
 
 } // namespace
@@ -37,25 +41,20 @@ namespace {
 
 constexpr QLatin1Char quote('"');
 
-/** Whether a field pattern with this separator is more than the pattern of an ordinary one. */
-bool needsPattern(QChar separator)
-{
-    return QStringLiteral("^]\\-[\"").contains(separator);
-}
-
 /**
- * What the field pattern of an ordinary separator finds from @p begin on; null at the end.
+ * The field from @p begin on; null at the end.
  *
  * A field is a run of characters that are neither separators nor quotes, and of whole quoted
  * pieces; a separator may come first, right at @p begin. A quote without a partner is part of no
- * field.
+ * field. A quote that is the separator comes first by itself only if that leaves no other one
+ * without a partner.
  */
-QStringView nextField(const QString& line, int begin, QChar separator)
+QStringView nextField(const QChar* begin, const QChar* end, QChar separator)
 {
-    const QChar* const end = line.constEnd();
-    const QChar* first = line.constBegin() + begin;
+    const QChar* first = begin;
     const QChar* position = first;
-    if (position != end && *position == separator) {
+    if (position != end && *position == separator
+        && (separator != quote || std::count(position, end, quote) % 2 != 0)) {
         ++position;
     }
     while (position != end) {
@@ -82,18 +81,13 @@ using Fields = QVarLengthArray<QStringView, 32>;
 Fields splitFields(const QString& line, QChar separator)
 {
     Fields fields;
-    int position = 0;
-    if (!needsPattern(separator)) {
-        for (QStringView field; !(field = nextField(line, position, separator)).isNull();) {
-            fields.append(field.trimmed());
-            position = int(field.end() - QStringView(line).begin());
-        }
-        return fields;
+    if (separator == QLatin1Char('^') || separator == QLatin1Char('\\')) {
+        return fields; // either makes a class without an end of "[%1]", so nothing matches
     }
-    QRegExp pattern(QStringLiteral("((?:[^%1\"]|\"[^\"]*\"|^[%1])+)").arg(separator));
-    while ((position = pattern.indexIn(line, position, QRegExp::CaretAtOffset)) >= 0) {
-        fields.append(QStringView(line).mid(position, pattern.matchedLength()).trimmed());
-        position += pattern.matchedLength();
+    const QChar* position = line.constBegin();
+    for (QStringView field; !(field = nextField(position, line.constEnd(), separator)).isNull();
+         position = field.end()) {
+        fields.append(field.trimmed());
     }
     return fields;
 }
@@ -150,7 +144,7 @@ quint16 EcoFile::Row::entryId() const
 
 int EcoFile::Row::length() const
 {
-    return data->places.size();
+    return int(data->places.size());
 }
 
 QString& EcoFile::Row::operator[](const QString& column)
@@ -186,10 +180,20 @@ bool EcoFile::parse(const QString& fileName)
     if (fileName.isEmpty() || !file.open(QIODevice::ReadOnly)) {
         return false;
     }
+    // In the encoding of the locale, unless there is a byte order mark.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    // In one piece: if a block ends within a broken character, the stream drops the next one.
+    const QByteArray bytes = file.readAll();
+    QStringDecoder decode(
+        QStringConverter::encodingForData(bytes).value_or(QStringConverter::System));
+    QString text = decode(bytes);
+    QTextStream stream(&text);
+#else
     QTextStream stream(&file);
+#endif
     QString line;
     int dataLines = 0;
-    const int earlierRows = rowList.size();
+    const auto earlierRows = rowList.size();
     while (stream.readLineInto(&line)) {
         line = line.trimmed();
         if (line.startsWith(QLatin1Char('#'))) {
@@ -199,7 +203,7 @@ bool EcoFile::parse(const QString& fileName)
             ++dataLines;
         }
     }
-    droppedLines = dataLines - (rowList.size() - earlierRows);
+    droppedLines = dataLines - int(rowList.size() - earlierRows);
     return true;
 }
 
@@ -230,7 +234,7 @@ void EcoFile::parseHeaderLine(const QString& line)
             const QString name = words[1].trimmed();
             headerData.columnNames.append(name);
             const auto known = placesByName.constFind(name);
-            const int place = known != placesByName.constEnd() ? *known : placesByName.size();
+            const int place = known != placesByName.constEnd() ? *known : int(placesByName.size());
             placesByName.insert(name, place);
             columnPlaces.append(place);
         }
@@ -248,10 +252,10 @@ void EcoFile::parseDataLine(const QString& line)
     data.line = QString(line.constData(), line.size()); // without what the reader reserved
     data.places = placesByName;
     data.fields.resize(placesByName.size());
-    for (int i = 0; i < fields.size(); ++i) {
+    for (Size i = 0; i < fields.size(); ++i) {
         const QStringView field = unquoted(fields[i]);
         data.fields[columnPlaces[i]] = {
-            int(field.begin() - QStringView(line).begin()), int(field.size())};
+            Size(field.begin() - line.constBegin()), Size(field.size())};
     }
     data.entryId = quint16(rowList.size() + 1);
     rowList.append(row);
@@ -259,7 +263,7 @@ void EcoFile::parseDataLine(const QString& line)
 
 int EcoFile::fieldCount(const QString& line) const
 {
-    return splitFields(line, QLatin1Char(headerData.separatorCharacter)).size();
+    return int(splitFields(line, QLatin1Char(headerData.separatorCharacter)).size());
 }
 
 const EcoFile::Header& EcoFile::header() const
