@@ -13,6 +13,8 @@
 
 namespace {
 
+using Size = QString::size_type;
+
 /** The characters that end a sentence, at most one in a slot, so that one comparison finds each. */
 class Terminators
 {
@@ -106,7 +108,7 @@ bool isSpace(char16_t character)
 class CarriedTags
 {
 public:
-    int length() const
+    Size length() const
     {
         return totalLength;
     }
@@ -130,7 +132,7 @@ public:
      * nothing behind the last blank counts. A run that ends with a reset holds no tag: that would
      * start before the reset.
      */
-    void update(std::u16string_view sentence, int openings)
+    void update(std::u16string_view sentence, Size openings)
     {
         std::size_t start = 0;
         for (; openings > 0 && (start = sentence.find(opening, start)) != sentence.npos;
@@ -171,7 +173,7 @@ private:
         if (equals != body.npos && equals > opening.size()) {
             std::u16string_view& tag =
                 tags[rankOf(body.substr(opening.size(), equals - opening.size()))];
-            totalLength += int(run.size()) - int(tag.size());
+            totalLength += Size(run.size()) - Size(tag.size());
             tag = run;
         }
     }
@@ -182,24 +184,24 @@ private:
     }
 
     std::u16string_view tags[rankCount];
-    int totalLength = 0;
+    Size totalLength = 0;
 };
 
 /** What stands between two cuts, without the white space around it; never empty. */
 struct Piece
 {
-    int begin;
-    int end;
+    Size begin;
+    Size end;
 };
 
 /** Successive pieces that will be joined. */
 struct Sentence
 {
-    int firstPiece;
-    int pieceCount;
-    int length;   // with the joiners
-    int blanks;   // with the joiners; exact only below minBlanks
-    int openings; // of tags
+    Size firstPiece;
+    Size pieceCount;
+    Size length;   // with the joiners
+    Size blanks;   // with the joiners; exact only below minBlanks
+    Size openings; // of tags
 };
 
 /**
@@ -216,15 +218,15 @@ public:
         , joinerLength(rules.hasWordSpacing ? 1 : 0)
     {
         constexpr std::size_t usualLength = 32;
-        pieces.reserve(int(text.size() / usualLength));
-        result.reserve(int(text.size() / usualLength));
+        pieces.reserve(Size(text.size() / usualLength));
+        result.reserve(Size(text.size() / usualLength));
     }
 
     /** The sentences, each with the tags in front that were in force at the end of the last. */
     QStringList split()
     {
         std::size_t begin = 0;
-        int openings = 0;
+        Size openings = 0;
         for (std::size_t i = 0; (i = findTerminator(i)) != text.size(); ++i) {
             if (text[i] == u'!' && i > 0 && text[i - 1] == u'\\') {
                 ++openings;
@@ -261,7 +263,7 @@ private:
         return std::size_t(found - text.begin());
     }
 
-    void addPiece(std::size_t begin, std::size_t end, int openings)
+    void addPiece(std::size_t begin, std::size_t end, Size openings)
     {
         while (begin < end && isSpace(text[begin])) {
             ++begin;
@@ -269,7 +271,7 @@ private:
         if (begin == end) {
             return;
         }
-        Sentence piece = {pieces.size(), 1, int(end - begin), 0, openings};
+        Sentence piece = {pieces.size(), 1, Size(end - begin), 0, openings};
         if (isContextual) {
             piece.blanks = countBlanks(begin, end);
         }
@@ -279,7 +281,7 @@ private:
             merge(cutOff);
             cutOff = piece;
         }
-        pieces.append({int(begin), int(end)});
+        pieces.append({Size(begin), Size(end)});
     }
 
     /** Counts in blocks, which needs no decision for each character, until there are enough. */
@@ -303,8 +305,8 @@ private:
         }
         // The very first character of a sentence does not count as a number: "5. Next" are two.
         const Piece& last = pieces[sentence.firstPiece + sentence.pieceCount - 1];
-        const int first = sentence.pieceCount == 1 ? last.begin + 1 : last.begin;
-        for (int i = last.end - 1; i >= first; --i) {
+        const Size first = sentence.pieceCount == 1 ? last.begin + 1 : last.begin;
+        for (Size i = last.end - 1; i >= first; --i) {
             if (!terminators.contains(text[std::size_t(i)])) {
                 return at(std::size_t(i)).isNumber();
             }
@@ -356,13 +358,13 @@ private:
         if (sentence.pieceCount == 0) {
             return;
         }
-        const int tagsLength = tags.length();
+        const Size tagsLength = tags.length();
         // Moved into its place: a copy would cost two changes of the count of references.
         result.append(QString());
         result.last() = QString(tagsLength + sentence.length, Qt::Uninitialized);
         auto* const begin = reinterpret_cast<char16_t*>(result.last().data());
         char16_t* out = tags.write(begin);
-        for (int i = 0; i < sentence.pieceCount; ++i) {
+        for (Size i = 0; i < sentence.pieceCount; ++i) {
             if (i > 0 && joinerLength > 0) {
                 *out++ = u' ';
             }
@@ -375,7 +377,7 @@ private:
     const std::u16string_view text;
     const Terminators& terminators;
     const bool isContextual;
-    const int joinerLength;
+    const Size joinerLength;
     QVarLengthArray<Piece, 32> pieces;
     Sentence done = {};    // long, but a short one may still be merged with it
     Sentence current = {}; // the next ones are merged with it while it is short

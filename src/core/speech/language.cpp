@@ -8,28 +8,64 @@
 
 namespace {
 
-/** A code as static data of a byte array: returning it neither allocates nor counts references. */
-struct Code : QStaticByteArrayData<7>
+using Size = QByteArray::size_type;
+
+/** Static data of a byte array: making an array of it neither allocates nor counts references. */
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+struct StaticBytes
 {
-    // Implicit, so that rows can hold plain literals.
-    template <int size>
-    constexpr Code(const char (&code)[size])
-        : QStaticByteArrayData{Q_STATIC_BYTE_ARRAY_DATA_HEADER_INITIALIZER(size - 1), {}}
+    constexpr explicit StaticBytes(Size size)
+        : length(size)
+    {}
+
+    constexpr Size size() const
     {
-        static_assert(size <= sizeof data, "the code and its final NUL fit");
-        for (int i = 0; i < size; ++i) {
-            data[i] = code[i];
-        }
+        return length;
     }
 
     QByteArray toByteArray() const
     {
+        return length == 0 ? QByteArray() : QByteArray::fromRawData(data, length);
+    }
+
+    Size length;
+    char data[8] = {};
+};
+#else
+struct StaticBytes : QStaticByteArrayData<7>
+{
+    constexpr explicit StaticBytes(Size size)
+        : QStaticByteArrayData{Q_STATIC_BYTE_ARRAY_DATA_HEADER_INITIALIZER(size), {}}
+    {}
+
+    constexpr Size size() const
+    {
+        return ba.size;
+    }
+
+    QByteArray toByteArray() const // fromRawData() would allocate
+    {
         return ba.size == 0 ? QByteArray() : QByteArray(QByteArrayDataPtr{data_ptr()});
+    }
+};
+#endif
+
+struct Code : StaticBytes
+{
+    // Implicit, so that rows can hold plain literals.
+    template <int literalSize>
+    constexpr Code(const char (&code)[literalSize])
+        : StaticBytes(literalSize - 1)
+    {
+        static_assert(literalSize <= sizeof data, "the code and its final NUL fit");
+        for (int i = 0; i < literalSize; ++i) {
+            data[i] = code[i];
+        }
     }
 
     bool operator==(const QByteArray& code) const
     {
-        return ba.size == code.size() && std::memcmp(data, code.constData(), size_t(ba.size)) == 0;
+        return size() == code.size() && std::memcmp(data, code.constData(), size_t(size())) == 0;
     }
 };
 
@@ -124,8 +160,8 @@ public:
         }
         for (const Row& row : rows) {
             const Code& code = row.*family;
-            if (code.ba.size > 0) {
-                std::size_t slot = slotOf(code.data, code.ba.size);
+            if (code.size() > 0) {
+                std::size_t slot = slotOf(code.data, code.size());
                 while (slots[slot] != unassigned) {
                     slot = (slot + 1) % slotCount;
                 }
@@ -153,9 +189,9 @@ private:
     static constexpr int shortestCode = 5;
 
     // These letters distinguish the codes of each family; hardly any codes share a slot.
-    static constexpr std::size_t slotOf(const char* code, int size)
+    static constexpr std::size_t slotOf(const char* code, Size size)
     {
-        const auto letter = [code](int index) { return std::size_t(quint8(code[index])); };
+        const auto letter = [code](Size index) { return std::size_t(quint8(code[index])); };
         return (letter(0) * 3 + letter(1) * 26 + letter(size - 1) * 7 + letter(size - 2))
                % slotCount;
     }

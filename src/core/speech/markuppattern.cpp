@@ -45,7 +45,7 @@ std::size_t findLastInRun(
 BracketPositions findBrackets(const QString& text)
 {
     BracketPositions positions;
-    for (int at = -1; (at = text.indexOf(QLatin1Char('<'), at + 1)) >= 0;) {
+    for (QString::size_type at = -1; (at = text.indexOf(QLatin1Char('<'), at + 1)) >= 0;) {
         positions.append(at);
     }
     return positions;
@@ -57,7 +57,7 @@ std::optional<MarkupPattern::Match> MarkupPattern::match(
     const std::u16string_view text(QStringView(input).utf16(), std::size_t(input.size()));
     Limits latest;
     bool hasLimits = false;
-    for (const int bracket : brackets) {
+    for (const auto bracket : brackets) {
         const auto start = std::size_t(bracket);
         if (text.compare(start, texts[0].size(), texts[0]) != 0) {
             continue;

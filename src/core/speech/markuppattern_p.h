@@ -8,7 +8,7 @@
 #include <string_view>
 
 /** The positions of "<", where forms may start. Most prompts have fewer than sixteen. */
-using BracketPositions = QVarLengthArray<int, 16>;
+using BracketPositions = QVarLengthArray<QString::size_type, 16>;
 
 BracketPositions findBrackets(const QString& text);
 

@@ -22,6 +22,8 @@ static_assert(sizeof(SpeechChecksumManager::ChecksumType) == 4, "the size is int
 
 namespace {
 
+using Size = QByteArray::size_type;
+
 // Shared by all instances; each constructor call sets it.
 QString checksumFilePath;
 
@@ -40,7 +42,16 @@ int readNumber(const QJsonValue& value)
 {
     constexpr int notAnInteger = -1;
     const int number = value.toInt(notAnInteger);
-    return number != notAnInteger ? number : value.toVariant().toInt();
+    if (number != notAnInteger) {
+        return number;
+    }
+    // A negative half is rounded up here: variants of Qt 6 round it down, unlike those of Qt 5.
+    const double real = value.toDouble();
+    constexpr double leastHalf = -4503599627370496; // numbers below it are whole
+    if (real < 0 && real > leastHalf && real - double(qint64(real)) == -0.5) {
+        return int(qint64(real));
+    }
+    return value.toVariant().toInt();
 }
 
 /** Appends @p text as a JSON string. Qt does the escaping. */
@@ -240,7 +251,8 @@ QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath, bool
         bool isAtEnd = false;
         do {
             length = file.read(block.data(), block.size());
-            hash.addData(block.constData(), int(std::max<qint64>(length, 0)));
+            hash.addData(
+                QByteArray::fromRawData(block.constData(), Size(std::max<qint64>(length, 0))));
             isAtEnd = length < block.size() && file.atEnd();
         } while (length > 0 && !isAtEnd);
         isRead = length >= 0 && isAtEnd;
@@ -266,7 +278,7 @@ void SpeechChecksumManager::writePersistentData()
 {
     // Built as text: a tree of JSON objects would take twice the time and five times the memory of
     // the file.
-    constexpr int usualSize = 192; // of an element
+    constexpr Size usualSize = 192; // of an element
     QByteArray json;
     json.reserve(usualSize * checksums.size());
     json += '[';

@@ -27,9 +27,9 @@ struct PromptForm
     QString written(const QString& text, const QString& language, const QString& genre) const
     {
         QString markup = QString::fromUtf16(pattern.source);
-        int begin = 0;
+        QString::size_type begin = 0;
         for (int i = 1; (begin = markup.indexOf(QLatin1Char('('))) >= 0; ++i) {
-            const int end = markup.indexOf(QLatin1Char(')')) + 1;
+            const auto end = markup.indexOf(QLatin1Char(')')) + 1;
             markup.replace(
                 begin, end - begin, i == this->text ? text : (i == this->genre ? genre : language));
         }

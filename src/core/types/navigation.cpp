@@ -2,6 +2,7 @@
 
 #include <QDebug>
 
+#include <algorithm>
 #include <tuple>
 
 static_assert(sizeof(NavigationContext::Mode) == 4
@@ -111,10 +112,11 @@ QString LocationDescriptor::dataToString() const
         return selectionItem.text;
     case 56:
         return stringList.join(QLatin1Char(','));
-    default:
+    default: {
         // Raw data need not end with a NUL.
-        return QString::fromUtf8(
-            rawData.constData(), int(qstrnlen(rawData.constData(), uint(rawData.size()))));
+        const auto* const end = std::find(rawData.begin(), rawData.end(), '\0');
+        return QString::fromUtf8(rawData.constData(), QByteArray::size_type(end - rawData.begin()));
+    }
     }
 }
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 namespace {
 
@@ -174,13 +175,17 @@ QDebug& operator<<(QDebug& stream, const RadioStation& station)
 {
     stream.nospace() << "Radio {"
                      << " type: " << int(station.type) << " name: " << station.name
-                     << " genres: " << station.genres << " band: " << station.band
-                     << " frequency: " << station.frequency
-                     << " programIdentification: " << station.programIdentification
-                     << " pronunciation: " << station.pronunciation << " readOut "
-                     << station.readOut << " hdChannel " << station.hdChannel
-                     << " serviceId: " << station.serviceId
-                     << " componentId: " << station.componentId
-                     << " channelNumber: " << station.channelNumber << " }";
+                     << " genres: QVector(";
+    const char* separator = "";
+    for (const RadioStation::Genre genre : station.genres) {
+        stream << std::exchange(separator, ", ") << int(genre);
+    }
+    // Written by hand: Qt 6 prints a vector as "QList(…)".
+    stream << ") band: " << station.band << " frequency: " << station.frequency
+           << " programIdentification: " << station.programIdentification
+           << " pronunciation: " << station.pronunciation << " readOut " << station.readOut
+           << " hdChannel " << station.hdChannel << " serviceId: " << station.serviceId
+           << " componentId: " << station.componentId << " channelNumber: " << station.channelNumber
+           << " }";
     return stream;
 }
