@@ -1,6 +1,7 @@
 #include "fuzz.h"
 
 #include <reference/prompts.h>
+#include <support/described.h>
 
 extern "C" int LLVMFuzzerTestOneInput(const quint8* data, std::size_t size) {
     const FuzzInput input(data, size);

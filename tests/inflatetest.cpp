@@ -133,14 +133,14 @@ private Q_SLOTS:
         LogCapture log;
         const QByteArray text = sampleText().left(40'000);
         for (const QByteArray& data : compressed(text)) {
-            const int step = qMax(1, data.size() * 2000 / testRounds() / 10);
+            const int step = qMax(1, int(data.size()) * 2000 / testRounds() / 10);
             for (int i = 0; i < data.size(); i += step) {
-                QVERIFY(text.startsWith(inflated(data.left(i), data.size()).output));
+                QVERIFY(text.startsWith(inflated(data.left(i), int(data.size())).output));
                 QVERIFY(log.takeLines().isEmpty());
                 QByteArray corrupt = data;
                 corrupt[i] = char(~corrupt[i]);
                 const auto [output, result, isFailure] = reference::inflated(corrupt);
-                QCOMPARE(inflated(isFailure ? corrupt + data : corrupt, corrupt.size()).output, output);
+                QCOMPARE(inflated(isFailure ? corrupt + data : corrupt, int(corrupt.size())).output, output);
                 const QString line =
                     u("warning: void Inflate::addData(const char*, std::size_t) inflate() failed with result code %1");
                 QCOMPARE(log.takeTexts(), isFailure ? QStringList(line.arg(result)) : QStringList());

@@ -73,14 +73,22 @@ void closeFrom(int first) {
     for (int file = first; file < 100; ++file) { close(file); }
 }
 
-/** Acts when its pipe has data, in the same pass of the event loop in which a signal is due. */
+/**
+ * Acts when its pipe has data, in the same pass of the event loop in which a signal is due. Several notifiers
+ * wait for the data: without GLib a hash orders them, so that one of many comes before the bridge's.
+ */
 class PipeNotifier
 {
 public:
     PipeNotifier()
-        : isOpen(pipe(ends) == 0)
-        , notifier(ends[0], QSocketNotifier::Read) {
-        QObject::connect(&notifier, &QSocketNotifier::activated, [this] { notifier.setEnabled(false), act(); });
+        : isOpen(pipe(ends) == 0) {
+        for (auto& notifier : notifiers) {
+            notifier = std::make_unique<QSocketNotifier>(dup(ends[0]), QSocketNotifier::Read);
+            QObject::connect(notifier.get(), &QSocketNotifier::activated, [this] {
+                for (const auto& each : notifiers) { each->setEnabled(false); }
+                act();
+            });
+        }
     }
     void activate(void (*function)()) {
         act = function;
@@ -90,7 +98,7 @@ public:
 private:
     int ends[2];
     bool isOpen;
-    QSocketNotifier notifier;
+    std::unique_ptr<QSocketNotifier> notifiers[16];
     void (*act)() = nullptr;
 };
 
@@ -137,6 +145,14 @@ const struct {
         start + quit},
     {"queued call asks, request waits", [](Child&) { raiseAll(SIGTERM), queue(ask); }, 0, any, any},
     {"timer asks, signal waits", [](Child&) { raiseAll(SIGUSR1), QTimer::singleShot(0, ask); }, 0, any, any},
+    {"before the event loop: in another one",
+        [](Child&) {
+            QTimer::singleShot(0, [] { raiseAll(SIGTERM); });
+            const int code = QEventLoop().exec();
+            std::printf("left with %d ", code);
+            QTimer::singleShot(0, [] { QCoreApplication::exit(7); });
+        },
+        7, "left with 0 counted 0 unwound exited", start + once},
     {"asks itself, request waits", [](Child&) { raiseAll(SIGTERM), ask(); }, 0, none, start + quit},
     {"before the event loop: asks, request waits", [](Child&) { raiseAll(SIGTERM), ask(); }, 0, none, start + quit},
     {"after the event loop: asks, signal waits", [](Child&) { raiseAll(SIGUSR1), ask(); }, 0, none, start + quit},

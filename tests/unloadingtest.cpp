@@ -11,9 +11,9 @@ private Q_SLOTS:
         QLibrary library(QStringLiteral(TEST_LIBRARY));
         QVERIFY2(library.load() && library.unload(), qPrintable(library.errorString()));
         for (const char* name : {"Language", "QList<Language>", "PromptData", "RadioStation"}) {
-            const int type = QMetaType::type(name);
-            QVERIFY(type != QMetaType::UnknownType);
-            QMetaType::destroy(type, QMetaType::create(type)); // by code of the library
+            const QMetaType type(QMetaType::type(name));
+            QVERIFY(type.isValid());
+            type.destroy(type.create()); // by code of the library
         }
     }
 };

@@ -41,7 +41,7 @@ class LanguageTest : public QObject
 
 private Q_SLOTS:
     void listsTravelInVariants() {
-        QVERIFY(QMetaType::typeFlags(QMetaType::type("Language")) & QMetaType::IsEnumeration);
+        QVERIFY(QMetaType(QMetaType::type("Language")).flags() & QMetaType::IsEnumeration);
         const QVariant list = QVariant::fromValue(QList<Language>{German, Thai});
         const auto elements = list.value<QSequentialIterable>();
         QCOMPARE(elements.size(), 2);

@@ -15,7 +15,7 @@ ChildResult runChild(
     child.closeWriteChannel();
     if (!child.waitForFinished()) { return {}; }
     QByteArray error = child.readAllStandardError();
-    const int remark = error.indexOf("qemu: uncaught target signal"); // the emulator's own, after a crash
+    const auto remark = error.indexOf("qemu: uncaught target signal"); // the emulator's own, after a crash
     error.truncate(remark < 0 ? error.size() : remark);
     return {child.exitStatus() == QProcess::CrashExit, child.exitCode(), child.readAllStandardOutput(), error};
 }

@@ -6,14 +6,20 @@
 #include <QDebug>
 #include <QVector>
 
+#include <type_traits>
+
 /** Gives @p value another one of its type. */
 inline void change(QString& value) { value += QLatin1Char('x'); }
 inline void change(QByteArray& value) { value += 'x'; }
 inline void change(QDateTime& value) { value = QDateTime::fromSecsSinceEpoch(value.isValid() ? 2 : 1); }
 inline void change(QStringList& value) { value += QStringLiteral("x"); }
-template <typename T> void change(QList<T>& value) { value.append(T()); }
-template <typename T> void change(QVector<T>& value) { value.append(T()); }
-template <typename T> void change(T& value) { value = T(int(value) + 1); }
+template <typename T> void change(T& value) {
+    if constexpr (std::is_arithmetic_v<T> || std::is_enum_v<T>) {
+        value = T(int(value) + 1);
+    } else {
+        value.append(typename T::value_type()); // to a list or vector
+    }
+}
 
 /** The bare name of a field: the compiler spells the template's argument in the signature. */
 template <auto field> QString nameOf() {

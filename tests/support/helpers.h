@@ -43,11 +43,13 @@ inline int testRounds(int share = 1) {
 /** Up to @p most of the fragments in a row; few kinds of them in one text, so that rare neighbours meet. */
 inline QString randomText(QRandomGenerator& random, const QStringList& fragments, int most) {
     QStringList chosen;
-    for (int kinds = random.bounded(1, fragments.size()); kinds > 0; --kinds) {
-        chosen += fragments[random.bounded(fragments.size())];
+    for (int kinds = random.bounded(1, int(fragments.size())); kinds > 0; --kinds) {
+        chosen += fragments[random.bounded(int(fragments.size()))];
     }
     QString text;
-    for (int count = random.bounded(most + 1); count > 0; --count) { text += chosen[random.bounded(chosen.size())]; }
+    for (int count = random.bounded(most + 1); count > 0; --count) {
+        text += chosen[random.bounded(int(chosen.size()))];
+    }
     return text;
 }
 

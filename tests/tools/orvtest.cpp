@@ -80,7 +80,7 @@ private Q_SLOTS:
     void answers() {
         using Lines = QMap<char, QByteArray>;
         QFETCH(Lines, lines);
-        for (int at = 0; (at = lines['<'].indexOf("\\x", at)) >= 0; ++at) {
+        for (QByteArray::size_type at = 0; (at = lines['<'].indexOf("\\x", at)) >= 0; ++at) {
             lines['<'].replace(at, 4, QByteArray::fromHex(lines['<'].mid(at + 2, 2)));
         }
         QStringList words = lines['$'].isEmpty() ? QStringList() : u(lines['$']).split(QLatin1Char(' '));
@@ -319,8 +319,8 @@ private:
             const QJsonObject object = QJsonDocument::fromJson(line).object();
             bool isKnown = false;
             for (const QString& shape : shapes) {
-                int fields = shape.count(QLatin1Char('='))
-                             - (words.contains(u("--language")) ? 0 : shape.count(u(" sentences=list ")));
+                auto fields = shape.count(QLatin1Char('='))
+                              - (words.contains(u("--language")) ? 0 : shape.count(u(" sentences=list ")));
                 for (auto field = object.begin(); field != object.end(); ++field) {
                     const QString start = u(" ") + field.key() + u("=");
                     const bool isNamed = shape.contains(start + types[field->type()] + u(" "))

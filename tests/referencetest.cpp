@@ -1,0 +1,95 @@
+// Compares the fast code with the patterns and rules that it stands for, on random texts. Only Qt 5 builds this: Qt 6
+// has QRegExp, in whose terms they are written, in a module for compatibility alone.
+
+#include <core/parsers/ecofile.h>
+#include <core/parsers/sentencetokenizer.h>
+
+#include <reference/prompts.h>
+#include <reference/sentences.h>
+#include <reference/tablefields.h>
+#include <support/described.h>
+#include <support/logcapture.h>
+
+#include <QTemporaryDir>
+
+namespace {
+
+const QStringList sentenceFragments =
+    QString::fromUtf8(R"(.|!|?|⁇|⁈|⁉|؟|⸮|。|．|！|？|｡|﹒|﹖|﹗|︒|︕|︖| | | |
+|a|Word|ein Satz mit vielen kleinen Worten|É|ß|ǅ|文字|ไทย|한국|1|23|٣|Ⅳ|½|𝟗|😀|,|\|\!|\!\|=|rst\|\!\rst\ |\!\rst\|
+|\!\lang=de\ |\!\vol=8\	|\!\rate=5\ |\!\toi=x\|\!\domain=a.b\ |\!\pau=1\ |\!\x=\!\rst\ |\!\=1\ |\!\a==\ )")
+        .split(QLatin1Char('|'))
+    + QString::fromUtf16(u"\u0085|\u00A0|\u1680|\u2028|\u205F|\u3000|\xD83D|\xDE00").split(QLatin1Char('|'))
+    + QStringList({QString(QChar(0)), u("С"), u("Ю"), u("п")}); // as far from terminators as their table is long
+
+} // namespace
+
+class ReferenceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void prompts() {
+        QStringList fragments = u("de_DE|ding|a b|<|>|\"|/>| |\n|=\"x").split(QLatin1Char('|'));
+        for (const PromptForm& form : promptForms) {
+            fragments += u(form.pattern.source).split(QRegExp(u("\\([^)]*\\)")));
+        }
+        fragments.removeDuplicates();
+        for (const int odd : {0x00, 0x1C, 0x85, 0xA0, 0x180E, 0x2028, 0xD83D}) { fragments += QChar(odd); }
+        const QTemporaryDir folder;
+        const QString fileName = folder.filePath(u("common.json"));
+        QVERIFY(writeFile(fileName, R"([{"id": "ding", "value": "/%1"}])"));
+        LogCapture log;
+        const auto sounds = loadBrandSounds(u("B"), fileName);
+        QRandomGenerator random(1);
+        for (int round = testRounds(); round > 0; --round) {
+            const QString input = randomText(random, fragments, 12);
+            for (const PromptContext context : {GeneralContext, BrandSoundContext, A4AContext}) {
+                const QString expected = described(reference::prompt(input, context, sounds));
+                QVERIFY2(described(PromptData::parse(input, context)) == expected,
+                    qPrintable(u("%1 in context %2, expected %3").arg(input).arg(context).arg(expected)));
+            }
+            log.takeTexts();
+        }
+    }
+
+    void sentences() {
+        LogCapture log;
+        QRandomGenerator random(1);
+        for (int round = testRounds(4); round > 0; --round) {
+            const QString text = randomText(random, sentenceFragments, 40);
+            for (const Language language : {German, Arabic, Korean, Japanese, MandarinTaiwan, MandarinChina,
+                     CantoneseHongKong, CantoneseChina, InvalidLanguage}) {
+                const QStringList expected = reference::sentences(text, language);
+                QVERIFY2(SentenceTokenizer::split(text, language) == expected,
+                    qPrintable(u("%1: %2").arg(language).arg(text)));
+            }
+            log.takeTexts();
+        }
+    }
+
+    void tables() {
+        QRandomGenerator random(1);
+        for (int round = testRounds(2); round > 0; --round) {
+            const int separator = round % 2 == 0 ? "^]\\-[\""[round / 2 % 6] : round / 2 % 256; // half of them odd ones
+            const auto mark = QString(QLatin1Char(char(separator)));
+            const QString line = randomText(random,
+                {mark, mark, mark, u(";"), u("\""), u("\""), u(" "), u("a"), u("b^"), u("]"), u("ä"), u("文"), u("\t")},
+                12);
+            const QStringList expected = reference::tableFields(line, char(separator));
+            EcoFile file;
+            file.parseHeaderLine(u("#Separator %1").arg(separator, 0, 16));
+            for (int i = 0; i < expected.size(); ++i) { file.parseHeaderLine(u("#Column %1").arg(i)); }
+            file.parseDataLine(line);
+            QStringList fields;
+            for (int i = 0; i < expected.size() && !file.rows().isEmpty(); ++i) {
+                fields += file.rows()[0][QString::number(i)];
+            }
+            QVERIFY2(fields == expected && file.fieldCount(line) == expected.size(),
+                qPrintable(u("%1 with separator %2").arg(line).arg(separator)));
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(ReferenceTest)
+#include "referencetest.moc"
