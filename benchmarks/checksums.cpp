@@ -18,7 +18,7 @@ QByteArray hashByHand(const QString& fileName) {
     file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     QByteArray block(64 * 1024, Qt::Uninitialized);
     for (qint64 length = 0; (length = file.read(block.data(), block.size())) > 0;) {
-        hash.addData(block.constData(), int(length));
+        hash.addData(QByteArray::fromRawData(block.constData(), QByteArray::size_type(length)));
     }
     return hash.result().toHex();
 }

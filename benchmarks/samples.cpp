@@ -22,7 +22,7 @@ QString sampleText(Language language, int length, bool isTagged, quint32 seed) {
         isWithin = !endsSentence(word);
         sentenceCount += isWithin ? 0 : 1;
     }
-    const int wordCount = words[0].size() + words[1].size();
+    const int wordCount = int(words[0].size() + words[1].size());
     // The engine and its plain output are the same everywhere; the library's distributions are not.
     std::mt19937 random(seed);
     const auto drawn = [&random](int count) { return int(random() % quint32(count)); };
@@ -32,7 +32,7 @@ QString sampleText(Language language, int length, bool isTagged, quint32 seed) {
             text += QStringLiteral("\\!\\vol=%1\\ ").arg(50 + drawn(50));
         }
         if (isTagged && drawn(9 * wordCount) < sentenceCount) { text += QStringLiteral("\\!\\rst\\ "); }
-        const QString& word = words[isWithin][drawn(words[isWithin].size())];
+        const QString& word = words[isWithin][drawn(int(words[isWithin].size()))];
         isWithin = !endsSentence(word);
         text += word + joiner;
     }

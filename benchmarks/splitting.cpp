@@ -23,7 +23,7 @@ Pieces piecesOf(const QString& text, const QStringList& sentences) {
     Pieces pieces;
     for (const QString& sentence : sentences) {
         const qint64 range = text.size() - sentence.size();
-        pieces.push_back({int(range * qint64(pieces.size()) / sentences.size()), sentence.size()});
+        pieces.push_back({int(range * qint64(pieces.size()) / sentences.size()), int(sentence.size())});
     }
     return pieces;
 }
@@ -46,7 +46,7 @@ QStringList floorOf(const QString& text, QChar fullStop, const Pieces& pieces) {
 }
 
 QStringList splitByIcu(icu::BreakIterator& iterator, const QString& text) {
-    const icu::UnicodeString view(false, reinterpret_cast<const char16_t*>(text.utf16()), text.size());
+    const icu::UnicodeString view(false, reinterpret_cast<const char16_t*>(text.utf16()), int32_t(text.size()));
     iterator.setText(view);
     QStringList sentences;
     int begin = iterator.first();
@@ -59,8 +59,8 @@ QStringList splitByIcu(icu::BreakIterator& iterator, const QString& text) {
 QStringList splitByQt(const QString& text) {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Sentence, text);
     QStringList sentences;
-    int begin = 0;
-    for (int end = finder.toNextBoundary(); end >= 0; begin = end, end = finder.toNextBoundary()) {
+    auto begin = finder.position();
+    for (auto end = finder.toNextBoundary(); end >= 0; begin = end, end = finder.toNextBoundary()) {
         sentences.append(text.mid(begin, end - begin));
     }
     return sentences;
@@ -70,7 +70,7 @@ QStringList splitByQt(const QString& text) {
 template <typename Function> std::function<double()> withNextOf(const QStringList& texts, Function function) {
     return timed([texts, function, next = 0]() mutable {
         function(next);
-        next = (next + 1) % texts.size();
+        next = (next + 1) % int(texts.size());
     });
 }
 

@@ -55,7 +55,7 @@ void addReading(int rowCount) {
         2 * rowCount + rowCount / 100 + 128}); // a row's line and the rest; what the file is read with
     added.series = "6 columns";
     added.work = rowCount;
-    added.heapLimit = long(2.4 * 2 * content.size()) + 128 * 1024; // as UTF-16, and the reader
+    added.heapLimit = long(2.4 * 2 * double(content.size())) + 128 * 1024; // as UTF-16, and the reader
 }
 
 /** Reads the fields of @p rowCount rows of @p columnCount columns by their names. */

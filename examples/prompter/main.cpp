@@ -116,7 +116,7 @@ public:
     /** @return whether there was something to speak, and all of it is spoken */
     bool report() const
     {
-        std::printf("%d of %d spoken, %d rendered\n", played, pieces.size(), rendered);
+        std::printf("%d of %d spoken, %d rendered\n", played, int(pieces.size()), rendered);
         return played > 0 && played == pieces.size();
     }
 

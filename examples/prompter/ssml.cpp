@@ -50,8 +50,8 @@ QString toSsml(const QString& sentence, QStringList& ignored)
         QStringLiteral(R"(\\!\\(?:rst|([^\s\\=]+)=([^\s\\]+))\\(?:\s|\z))"));
     Tags tags;
     QString ssml;
-    int begin = 0;
-    const auto sayUntil = [&](int end) {
+    QString::size_type begin = 0;
+    const auto sayUntil = [&](QString::size_type end) {
         const QString text = sentence.mid(begin, end - begin).trimmed();
         if (!text.isEmpty()) {
             ssml += element(tags, text);
