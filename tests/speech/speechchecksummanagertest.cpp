@@ -86,6 +86,7 @@ private Q_SLOTS:
     }
 
     void keys() {
+        QVERIFY(!Manager::isWritten()); // yet
         QCOMPARE(Key().toString(), u(";00_00;1"));
         QCOMPARE(Key(u("/ä b%1%2"), German, Manager::AlternateChecksum).toString(), u("/ä b%1%2;de_DE;0"));
         QVERIFY(Key() == Key(u("no key")) && Key() != Key(u(";de_DE;1")) && Key() != Key(u(";00_00;0")));
@@ -326,7 +327,7 @@ private Q_SLOTS:
             QVERIFY(!isRead);
         }
         for (const int size : {0, 1, 65535, 65536, 65537, 1'000'000}) {
-            QVERIFY(writeFile(store, QByteArray(size, 'x')));
+            QVERIFY(writeFile(store, QByteArray(size, '\r'))); // read as text, nothing would be left
             QCOMPARE(Manager::generateChecksum(store, isRead), md5OfContent(store));
             QVERIFY(isRead);
             isRead = false;
