@@ -24,6 +24,7 @@ const struct {
     {"audio in a text", "0,19", R"(x<audio path="/ä.mp3"/>y)", PromptAudio, "/ä.mp3"},
     {"audio with a language", "0,19", R"(<audio language="de_DE" path="/a.mp3"/>)", PromptAudio, "/a.mp3"},
     {"text in a text", "0,19", "say <text>a</text> or <text>b</text>!", PromptText, "a</text> or <text>b"},
+    {"quotes behind the text", "0,19", R"(<text language="x">a</text>"b">)", PromptText, "a"},
     {"phonetic text", "0,19", "<phonetic>f@</phonetic>", PromptText, "f@"},
     {"phonetic with a language", "0,19", R"(<phonetic language="xx">f@</phonetic>)", PromptText, "f@"},
     {"file", "0", R"(<file path="/a"/>)", PromptFile, "/a"},
