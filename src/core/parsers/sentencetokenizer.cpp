@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <iterator>
 #include <string_view>
-#include <utility>
 
 namespace {
 
@@ -194,20 +193,16 @@ struct Piece
     Size end;
 };
 
-/** Successive pieces that will be joined. */
+/** Successive pieces that will be joined: those behind the pieces of the sentence before. */
 struct Sentence
 {
-    Size firstPiece;
     Size pieceCount;
     Size length;   // with the joiners
     Size blanks;   // with the joiners; exact only below minBlanks
     Size openings; // of tags
 };
 
-/**
- * The splitting of one text, in one pass: what is cut off is merged and written while the text is
- * still in the cache.
- */
+/** The splitting of one text, step by step. */
 class Splitter
 {
 public:
@@ -219,11 +214,10 @@ public:
     {
         constexpr std::size_t usualLength = 32;
         pieces.reserve(Size(text.size() / usualLength));
-        result.reserve(Size(text.size() / usualLength));
+        sentences.reserve(Size(text.size() / usualLength));
     }
 
-    /** The sentences, each with the tags in front that were in force at the end of the last. */
-    QStringList split()
+    void cut()
     {
         std::size_t begin = 0;
         Size openings = 0;
@@ -237,10 +231,50 @@ public:
             }
         }
         addPiece(begin, text.size(), openings);
-        merge(cutOff);
-        settle();
-        write(done);
-        return std::move(result);
+    }
+
+    /**
+     * Merges each short sentence, the first one first, with its shorter neighbour, the previous one
+     * when they are equal. What lies before the first short one stays long, so one walk does it.
+     */
+    void mergeShortSentences()
+    {
+        Sentence* const begin = sentences.begin();
+        Sentence* const end = sentences.end();
+        Sentence* done = begin;
+        for (Sentence* next = begin; next != end;) {
+            Sentence current = *next++;
+            while (isShort(current) && next != end
+                   && (done == begin || (done - 1)->length > next->length)) {
+                append(current, *next++);
+            }
+            if (isShort(current) && done != begin) {
+                append(*(done - 1), current);
+            } else {
+                *done++ = current;
+            }
+        }
+        sentences.resize(Size(done - begin));
+    }
+
+    /** The sentences, each with the tags in front that were in force at the end of the last. */
+    QStringList sentencesWithTags() const
+    {
+        CarriedTags tags;
+        QStringList result;
+        result.reserve(sentences.size());
+        const Piece* piece = pieces.begin();
+        for (const Sentence& sentence : sentences) {
+            const Size tagsLength = tags.length();
+            // Moved into its place: a copy would cost two changes of the count of references.
+            result.append(QString());
+            result.last() = QString(tagsLength + sentence.length, Qt::Uninitialized);
+            auto* const out = reinterpret_cast<char16_t*>(result.last().data());
+            write(piece, sentence.pieceCount, tags.write(out));
+            piece += sentence.pieceCount;
+            tags.update({out + tagsLength, std::size_t(sentence.length)}, sentence.openings);
+        }
+        return result;
     }
 
 private:
@@ -271,15 +305,14 @@ private:
         if (begin == end) {
             return;
         }
-        Sentence piece = {pieces.size(), 1, Size(end - begin), 0, openings};
+        Sentence piece = {1, Size(end - begin), 0, openings};
         if (isContextual) {
             piece.blanks = countBlanks(begin, end);
         }
-        if (isContextual && cutOff.pieceCount > 0 && continues(cutOff, at(begin))) {
-            append(cutOff, piece);
+        if (isContextual && !sentences.isEmpty() && continues(sentences.back(), at(begin))) {
+            append(sentences.back(), piece);
         } else {
-            merge(cutOff);
-            cutOff = piece;
+            sentences.append(piece);
         }
         pieces.append({Size(begin), Size(end)});
     }
@@ -304,7 +337,7 @@ private:
             return true;
         }
         // The very first character of a sentence does not count as a number: "5. Next" are two.
-        const Piece& last = pieces[sentence.firstPiece + sentence.pieceCount - 1];
+        const Piece& last = pieces.back();
         const Size first = sentence.pieceCount == 1 ? last.begin + 1 : last.begin;
         for (Size i = last.end - 1; i >= first; --i) {
             if (!terminators.contains(text[std::size_t(i)])) {
@@ -312,32 +345,6 @@ private:
             }
         }
         return false;
-    }
-
-    /**
-     * Merges each short sentence, the first one first, with its shorter neighbour, the previous one
-     * when they are equal. What lies before the first short one stays long.
-     */
-    void merge(const Sentence& next)
-    {
-        const bool isFirst = done.pieceCount == 0;
-        if (current.pieceCount > 0 && isShort(current) && (isFirst || done.length > next.length)) {
-            append(current, next);
-        } else {
-            settle();
-            current = next;
-        }
-    }
-
-    /** Takes in the current sentence, which no next one is merged with. */
-    void settle()
-    {
-        if (isShort(current) && done.pieceCount > 0) {
-            append(done, current);
-        } else {
-            write(done);
-            done = current;
-        }
     }
 
     bool isShort(const Sentence& sentence) const
@@ -353,25 +360,14 @@ private:
         sentence.openings += next.openings;
     }
 
-    void write(const Sentence& sentence)
+    void write(const Piece* piece, int count, char16_t* out) const
     {
-        if (sentence.pieceCount == 0) {
-            return;
-        }
-        const Size tagsLength = tags.length();
-        // Moved into its place: a copy would cost two changes of the count of references.
-        result.append(QString());
-        result.last() = QString(tagsLength + sentence.length, Qt::Uninitialized);
-        auto* const begin = reinterpret_cast<char16_t*>(result.last().data());
-        char16_t* out = tags.write(begin);
-        for (Size i = 0; i < sentence.pieceCount; ++i) {
+        for (Size i = 0; i < count; ++i, ++piece) {
             if (i > 0 && joinerLength > 0) {
                 *out++ = u' ';
             }
-            const Piece& piece = pieces[sentence.firstPiece + i];
-            out = std::copy(text.data() + piece.begin, text.data() + piece.end, out);
+            out = std::copy(text.data() + piece->begin, text.data() + piece->end, out);
         }
-        tags.update({begin + tagsLength, std::size_t(sentence.length)}, sentence.openings);
     }
 
     const std::u16string_view text;
@@ -379,11 +375,7 @@ private:
     const bool isContextual;
     const Size joinerLength;
     QVarLengthArray<Piece, 32> pieces;
-    Sentence done = {};    // long, but a short one may still be merged with it
-    Sentence current = {}; // the next ones are merged with it while it is short
-    Sentence cutOff = {};  // may go on
-    CarriedTags tags;
-    QStringList result;
+    QVarLengthArray<Sentence, 32> sentences;
 };
 
 /**
@@ -403,6 +395,10 @@ QStringList SentenceTokenizer::split(const QString& text, Language language)
     if (text.isEmpty()) {
         return QStringList();
     }
+    Splitter splitter(text, rulesOf(language));
+    splitter.cut();
+    splitter.mergeShortSentences();
+
     logSplit();
-    return Splitter(text, rulesOf(language)).split();
+    return splitter.sentencesWithTags();
 }
