@@ -103,12 +103,22 @@ def check_html():
     return links
 
 
+def help_of(*words):
+    return subprocess.run(['build/release/bin/orv', 'help', *words], check=True, capture_output=True, text=True).stdout
+
+
 def check_commands():
     told = set(re.findall(r'^\| `orv (\w+)', pathlib.Path('README.md').read_text(), re.M))
-    shown = subprocess.run(['build/release/bin/orv', '--help'], check=True, capture_output=True, text=True).stdout
-    there = set(re.findall(r'^  (\w+) ', re.search(r'^Commands:\n(.*?)^$', shown, re.M | re.S)[1], re.M))
+    there = set(re.findall(r'^  (\w+) ', re.search(r'^Commands:\n(.*?)^$', help_of(), re.M | re.S)[1], re.M))
     if told != there:
         failures.append(f'README.md or orv --help lacks: {", ".join(sorted(told ^ there))}')
+    transcripts = pathlib.Path('tests/data/orv.txt').read_text()
+    fields = pathlib.Path('docs/json.md').read_text()
+    for command in sorted(there):
+        if not re.search(rf'^\$ {command}\b', transcripts, re.M):
+            failures.append(f'tests/data/orv.txt has no transcript of: orv {command}')
+        if '--json' in help_of(command) and not re.search(rf'^## orv {command}\b', fields, re.M):
+            failures.append(f'docs/json.md lacks: orv {command}')
 
 
 check_links()
