@@ -360,7 +360,7 @@ private:
         sentence.openings += next.openings;
     }
 
-    void write(const Piece* piece, int count, char16_t* out) const
+    void write(const Piece* piece, Size count, char16_t* out) const
     {
         for (Size i = 0; i < count; ++i, ++piece) {
             if (i > 0 && joinerLength > 0) {
