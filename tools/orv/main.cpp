@@ -3,7 +3,9 @@
 #include <core/orvcore_version.h>
 
 #include <QCoreApplication>
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 #include <QTextCodec>
+#endif
 
 #include <clocale>
 
@@ -58,7 +60,9 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(u"orv"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVCORE_VERSION_STRING));
     // Arguments and file names are UTF-8 in every locale, also in the plain one of build machines.
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // which knows no other locales
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+#endif
     std::setlocale(LC_CTYPE, "C.UTF-8"); // for the widths of characters
     showLog(false);
 

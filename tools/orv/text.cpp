@@ -57,6 +57,6 @@ QString nearest(const QString& word, const QStringList& candidates, int limit)
 QString unknown(const char* what, const QString& word, const QStringList& candidates)
 {
     const QString text = u"unknown %1: \"%2\""_s.arg(QLatin1String(what), word);
-    const QString guess = nearest(word, candidates, (word.size() + 1) / 2);
+    const QString guess = nearest(word, candidates, int(word.size() + 1) / 2);
     return guess.isEmpty() ? text : text + u", did you mean \"%1\"?"_s.arg(guess);
 }

@@ -4,10 +4,13 @@
 #include <QStringList>
 #include <QVector>
 
+/** Of texts and lists: 64 bits wide with Qt 6, but an int with Qt 5. */
+using Size = QString::size_type;
+
 /** u"…"_s is a QString. */
 inline QString operator""_s(const char16_t* text, std::size_t size)
 {
-    return QString::fromUtf16(text, int(size));
+    return QString::fromUtf16(text, Size(size));
 }
 
 /** The names in the rows of a table. */

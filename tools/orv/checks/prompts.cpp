@@ -97,14 +97,14 @@ QString withoutBlanksInValues(const QString& prompt)
 {
     static const QRegularExpression blank(u"\\s"_s, QRegularExpression::UseUnicodePropertiesOption);
     QString joined;
-    int from = 0;
+    Size from = 0;
     for (auto match = attributeValue().globalMatch(prompt); match.hasNext();) {
         const QRegularExpressionMatch value = match.next();
-        joined += prompt.midRef(from, value.capturedStart() - from);
+        joined += prompt.mid(from, value.capturedStart() - from);
         joined += value.captured().remove(blank);
         from = value.capturedEnd();
     }
-    return joined + prompt.midRef(from);
+    return joined + prompt.mid(from);
 }
 
 /** Words, attributes' values, blanks and marks, from the first tag on. */
@@ -117,7 +117,7 @@ QRegularExpressionMatchIterator piecesOf(const QString& markup)
 /** Where a prompt first differs from a form, and what to write there. */
 struct Difference
 {
-    int begin;
+    Size begin;
     QString advice;
 };
 
@@ -139,7 +139,7 @@ Difference differenceFrom(const QString& form, const QString& prompt)
         }
         const QRegularExpressionMatch match = found.next();
         const QString other = match.captured();
-        const int begin = match.capturedStart();
+        const Size begin = match.capturedStart();
         const bool areValues = text[0] == u'"' && other[0] == u'"' && other.size() > 1;
         if (text == u"<"_s && other != text) {
             const QString between = prompt.mid(begin, prompt.indexOf(u'<', begin) - begin);
@@ -159,13 +159,13 @@ struct Outside
 {
     QString before;
     QString behind;
-    int behindBegin; ///< where the text behind begins, with its blanks
+    Size behindBegin; ///< where the text behind begins, with its blanks
 };
 
-QVector<int> positionsOf(QChar character, const QString& text)
+QVector<Size> positionsOf(QChar character, const QString& text)
 {
-    QVector<int> positions;
-    for (int at = -1; (at = text.indexOf(character, at + 1)) >= 0;) {
+    QVector<Size> positions;
+    for (Size at = -1; (at = text.indexOf(character, at + 1)) >= 0;) {
         positions.append(at);
     }
     return positions;
@@ -184,31 +184,32 @@ Outside outsideOf(const QString& prompt, PromptContext context, const PromptData
     };
     // A part means the same as long as it holds the markup, so halving finds where that starts and
     // ends. A prompt of many brackets is not parsed for each of them.
-    const QVector<int> opening = positionsOf(u'<', prompt);
+    const QVector<Size> opening = positionsOf(u'<', prompt);
     const auto behindBegin = std::partition_point(
-        opening.begin(), opening.end(), [&](int at) { return meansTheSame(prompt.mid(at)); });
-    const int begin = behindBegin == opening.begin() ? 0 : behindBegin[-1];
-    const QVector<int> closing = positionsOf(u'>', prompt);
+        opening.begin(), opening.end(), [&](Size at) { return meansTheSame(prompt.mid(at)); });
+    const Size begin = behindBegin == opening.begin() ? 0 : behindBegin[-1];
+    const QVector<Size> closing = positionsOf(u'>', prompt);
     const auto end = std::partition_point(closing.begin(), closing.end(),
-        [&](int at) { return at < begin || !meansTheSame(prompt.mid(begin, at + 1 - begin)); });
-    const int behind = end == closing.end() ? prompt.size() : *end + 1;
+        [&](Size at) { return at < begin || !meansTheSame(prompt.mid(begin, at + 1 - begin)); });
+    const Size behind = end == closing.end() ? prompt.size() : *end + 1;
     return {prompt.left(begin).trimmed(), prompt.mid(behind).trimmed(), behind};
 }
 
 /** Where a text holds what starts as an inline tag, but is none; or -1. */
-int brokenInlineTag(const QString& text)
+Size brokenInlineTag(const QString& text)
 {
     const QString opening = u"\\!\\"_s;
     const QLatin1Char closing('\\');
-    int end = 0;
-    for (int at = 0; (at = text.indexOf(opening, end)) >= 0;) {
-        const int begin = at + opening.size();
+    Size end = 0;
+    for (Size at = 0; (at = text.indexOf(opening, end)) >= 0;) {
+        const Size begin = at + opening.size();
         end = begin;
         while (end < text.size() && !text[end].isSpace()) {
             ++end;
         }
-        const QStringRef tag = text.midRef(begin, end - begin); // as far as a tag may reach
-        const int equals = tag.indexOf(u'=', 1);
+        // As far as a tag may reach.
+        const QStringView tag = QStringView(text).mid(begin, end - begin);
+        const auto equals = tag.indexOf(u'=', 1);
         const bool isAssignment = equals > 0 && equals < tag.size() - 2;
         if (end == text.size() || !tag.endsWith(closing) || tag.contains(opening)
             || !(isAssignment || tag == u"rst\\"_s)) {
@@ -243,9 +244,9 @@ public:
 
 private:
     /** @p index is where it begins in the markup that is checked. */
-    void add(int index, Rule rule, const QString& text)
+    void add(Size index, Rule rule, const QString& text)
     {
-        const int column = inFile.isEmpty() ? index + 1 : fileColumn;
+        const Size column = inFile.isEmpty() ? index + 1 : fileColumn;
         findings += {{line, column}, rule, inFile + text};
     }
 
@@ -267,7 +268,7 @@ private:
         }
         checkMarkup();
         const QString path = meaning.text;
-        const int begin = std::max(markup.indexOf(path), 0);
+        const Size begin = std::max<Size>(markup.indexOf(path), 0);
         if (meaning.mode == PromptText || meaning.mode == PromptOffboard) {
             checkSpokenText();
         } else if (!options.isFile(path)) {
@@ -293,7 +294,7 @@ private:
             add(markup.indexOf(u'<'), Rule::UnknownForm,
                 u"\"<\" will be read aloud: it does not start a tag"_s);
         } else if (!isSpokenWhole(withoutBlanksInValues(markup), context)) {
-            const int end = blankInValue.match(markup).capturedEnd(); // or a blank of other scripts
+            const Size end = blankInValue.match(markup).capturedEnd(); // or a blank of other scripts
             add(end > 0 ? end - 1 : markup.indexOf(u'<'), Rule::BlankInPath,
                 start + u"a path or language holds a blank"_s);
         } else if (isGeneral || (context != A4AContext && !isSpokenWhole(markup, A4AContext))) {
@@ -356,10 +357,10 @@ private:
         Outside outside = outsideOf(markup, options.context, meaning);
         if (meaning.mode == PromptOffboard && !areLanguagesKnown) {
             // The tag of an unknown language means nothing, and so seems to be outside.
-            const int tag = outside.before.lastIndexOf(u"<tts "_s);
+            const Size tag = outside.before.lastIndexOf(u"<tts "_s);
             outside.before = outside.before.left(tag).trimmed();
         }
-        const auto report = [this](const QString& part, int from) {
+        const auto report = [this](const QString& part, Size from) {
             if (!part.isEmpty()) {
                 add(markup.indexOf(part, from), Rule::OutsideMarkup,
                     u"dropped, because it is outside the tags: \"%1\""_s.arg(part));
@@ -423,7 +424,7 @@ private:
         static const QRegularExpression entity(
             u"&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"_s);
         const QString& spoken = meaning.text;
-        const int ampersand = spoken.indexOf(u'&'); // few texts have one
+        const Size ampersand = spoken.indexOf(u'&'); // few texts have one
         const auto match =
             ampersand < 0 ? QRegularExpressionMatch() : entity.match(spoken, ampersand);
         if (match.hasMatch()) {
@@ -444,16 +445,16 @@ private:
 
     void checkInlineTags()
     {
-        const int at = brokenInlineTag(meaning.text);
+        const Size at = brokenInlineTag(meaning.text);
         if (at >= 0) {
             add(spokenBegin() + at, Rule::BrokenInlineTag,
                 u"not an inline tag, so it is read aloud; write \\!\\NAME=VALUE\\ and a space"_s);
         }
     }
 
-    int spokenBegin() const
+    Size spokenBegin() const
     {
-        return std::max(markup.indexOf(meaning.text), 0);
+        return std::max<Size>(markup.indexOf(meaning.text), 0);
     }
 
     const CheckOptions& options;
@@ -462,7 +463,7 @@ private:
     QString markup; ///< what is checked: the line, or the content of a file that it names
     PromptData meaning;
     QString inFile; ///< what a text about a named file starts with
-    int fileColumn = 0;
+    Size fileColumn = 0;
 };
 
 } // namespace

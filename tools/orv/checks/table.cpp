@@ -22,7 +22,7 @@ bool hasLoneQuote(const QString& line)
 
 QString whyDropped(const QString& line, const EcoFile& file)
 {
-    const int columns = file.header().columns().size();
+    const int columns = int(file.header().columns().size());
     if (columns == 0) {
         return u"no columns are declared above it"_s;
     }
@@ -134,13 +134,13 @@ EcoFile readTable(
         }
         const auto isText = [](QChar character) { return !character.isSpace(); };
         const auto begin = std::find_if(line.cbegin(), line.cend(), isText) - line.cbegin();
-        const Place place{number, int(begin) + 1};
+        const Place place{number, Size(begin) + 1};
         line = line.trimmed();
         if (line.startsWith(u'#')) {
             file.parseHeaderLine(line);
             see({place, line, true, false}, file);
         } else if (!line.isEmpty()) {
-            const int rowCount = file.rows().size();
+            const auto rowCount = file.rows().size();
             file.parseDataLine(line);
             see({place, line, false, file.rows().size() == rowCount}, file);
         }

@@ -133,7 +133,7 @@ QStringList filesFor(Task& task, const QString& argument)
             names += file.filePath();
         }
     }
-    const int others = files.size() - names.size();
+    const auto others = files.size() - names.size();
     if (others > 0) {
         printError(
             u"%1: left out %2 not named *%3"_s.arg(argument, counted(others, "file"), suffix));

@@ -255,7 +255,7 @@ void list(Task& task)
     const QVector<Entry> entries = wantedEntries(task, openStore(task, false));
     Listing listing(task.isJson);
     for (const Entry& entry : entries) {
-        listing.add({{"checksum", QString::fromUtf8(entry.checksum), ""},
+        listing.add({{"checksum", QString::fromUtf8(entry.checksum.constData()), ""},
             {"language", codeOf(entry.key.language), ""}, {"type", typeName(entry.key.type), ""},
             {"filePath", entry.key.filePath, ""}});
     }

@@ -137,7 +137,7 @@ QString CommandLine::fileName() const
 
 int placeAmong(const QStringList& choices, const char* what, const QString& word)
 {
-    const int place = choices.indexOf(word);
+    const int place = int(choices.indexOf(word));
     if (place < 0) {
         throw Failure{unknown(what, word, choices) + u" (%1)"_s.arg(choices.join(u", "_s))};
     }
@@ -184,6 +184,6 @@ QStringList completions(const QVector<Command>& commands, const QStringList& wor
     }
     CommandLine line(command);
     line.parse(words.mid(0, 1) + before);
-    const int place = std::min(line.positionalArguments().size(), command.arguments.size() - 1);
+    const auto place = std::min(line.positionalArguments().size(), command.arguments.size() - 1);
     return filesOr(command.arguments[place].choices);
 }

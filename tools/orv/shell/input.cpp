@@ -1,10 +1,8 @@
 #include "shell/input.h"
 
 #include "shell/output.h"
-#include "text.h"
 
 #include <QDir>
-#include <QTextCodec>
 
 #include <algorithm>
 #include <memory>
@@ -13,6 +11,8 @@
 #include <unistd.h>
 
 namespace {
+
+constexpr char byteOrderMark[] = "\xEF\xBB\xBF"; // takes no column
 
 QString escaped(const char* name)
 {
@@ -75,9 +75,10 @@ QJsonDocument readJson(QString& name)
 
 bool decodeUtf8(const QByteArray& bytes, QString& text)
 {
-    QTextCodec::ConverterState state;
-    text = QTextCodec::codecForName("UTF-8")->toUnicode(bytes.constData(), bytes.size(), &state);
-    return state.invalidChars == 0 && state.remainingChars == 0;
+    text = QString::fromUtf8(bytes.constData(), bytes.size());
+    // What is not valid becomes such a character, which then is not among the bytes.
+    return !text.contains(QChar(QChar::ReplacementCharacter))
+           || text.toUtf8() == bytes.mid(bytes.startsWith(byteOrderMark) ? 3 : 0);
 }
 
 QFileInfoList filesAt(const QString& path, int& exitCode)
@@ -168,12 +169,12 @@ int LineReader::lineNumber() const
 
 PlaceFinder::PlaceFinder(const QByteArray& text)
     : text(text)
-    , reached(text.startsWith("\xEF\xBB\xBF") ? 3 : 0) // the byte order mark takes no column
+    , reached(text.startsWith(byteOrderMark) ? 3 : 0)
 {}
 
-Place PlaceFinder::at(int offset)
+Place PlaceFinder::at(Size offset)
 {
-    for (const int end = std::min(offset, text.size()); reached < end; ++reached) {
+    for (const Size end = std::min(offset, text.size()); reached < end; ++reached) {
         const auto byte = uchar(text[reached]);
         if (byte == '\n') {
             place = {place.line + 1, 1};

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "shell/progress.h"
+#include "text.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -63,7 +64,7 @@ private:
 struct Place
 {
     int line = 1;
-    int column = 1;
+    Size column = 1;
 };
 
 /** Tells the places of growing offsets in a UTF-8 text. */
@@ -73,10 +74,10 @@ public:
     explicit PlaceFinder(const QByteArray& text);
 
     /** @p offset is not less than the one before. */
-    Place at(int offset);
+    Place at(Size offset);
 
 private:
     const QByteArray& text;
-    int reached;
+    Size reached;
     Place place;
 };

@@ -69,7 +69,7 @@ void Progress::draw(qint64 milliseconds) const
                                 .arg(remaining % 60, 2, 10, QLatin1Char('0'));
     // A full line would make the terminal scroll.
     const int room = terminalWidth() - 1;
-    const int barWidth = std::min(widestBar, room - numbers.size() - 3);
+    const int barWidth = std::min(widestBar, room - int(numbers.size()) - 3);
     const QString bar = QString(int(part * barWidth), u'#').leftJustified(barWidth);
     const QString line = barWidth > 0 ? u"[%1] %2"_s.arg(bar, numbers) : numbers.left(room);
     std::fprintf(stderr, "\r%s\033[K", qUtf8Printable(line));
