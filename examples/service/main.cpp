@@ -9,8 +9,8 @@
 
 #include <csignal>
 #include <cstdio>
-#include <iostream>
-#include <string>
+
+#include <unistd.h>
 
 namespace {
 
@@ -46,12 +46,11 @@ class Dialog : public AbstractSingleton
 public:
     explicit Dialog(Audio& audio)
         : audio(audio)
-        , input(fileno(stdin), QSocketNotifier::Read)
+        , input(STDIN_FILENO, QSocketNotifier::Read)
     {
-        std::ios::sync_with_stdio(false); // so that in_avail() counts what std::cin has read ahead
         std::puts("dialog is there");
         std::fflush(stdout);
-        QObject::connect(&input, &QSocketNotifier::activated, [this] { readPrompt(); });
+        QObject::connect(&input, &QSocketNotifier::activated, [this] { readPrompts(); });
     }
     ~Dialog() override
     {
@@ -59,16 +58,22 @@ public:
     }
 
 private:
-    void readPrompt()
+    /** Reads what is there, without a buffer behind it in which the notifier would see no prompt. */
+    void readPrompts()
     {
-        std::string line;
-        if (!std::getline(std::cin, line)) {
+        char block[4096];
+        const ssize_t length = read(STDIN_FILENO, block, sizeof block);
+        if (length > 0) {
+            pending.append(block, int(length));
+        } else {
             input.setEnabled(false);
-            return;
+            pending.append(pending.isEmpty() ? "" : "\n"); // the last line may have no end
         }
-        do {
-            speak(PromptData::parse(QString::fromStdString(line), GeneralContext));
-        } while (std::cin.rdbuf()->in_avail() > 0 && std::getline(std::cin, line));
+        for (auto end = pending.indexOf('\n'); end >= 0; end = pending.indexOf('\n')) {
+            const QString line = QString::fromUtf8(pending.left(end));
+            pending.remove(0, end + 1);
+            speak(PromptData::parse(line, GeneralContext));
+        }
     }
 
     void speak(const PromptData& prompt)
@@ -89,6 +94,7 @@ private:
 
     Audio& audio;
     QSocketNotifier input;
+    QByteArray pending; // the beginning of a line whose end is not read yet
 };
 
 } // namespace
