@@ -1,5 +1,6 @@
 # Debian packages, one per install component: the shared library, the development files and the
-# command-line client. They need the prefix /usr, which scripts/package sets by its preset.
+# command-line client, which is packaged for Qt 5 only: it would be the same with Qt 6. They need the
+# prefix /usr, which scripts/package sets by its presets.
 
 set(ORV_PACKAGE_MAINTAINER "libOrvCore maintainers <maintainers@orvcore.example>"
     CACHE STRING "Name and mail address of the maintainer in the Debian packages")
@@ -11,7 +12,10 @@ set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR})
 set(CPACK_PACKAGE_NAME orvcore)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_PACKAGE_CONTACT "${ORV_PACKAGE_MAINTAINER}")
-set(CPACK_COMPONENTS_ALL library development orv)
+set(CPACK_COMPONENTS_ALL library development)
+if(ORV_BUILD_TOOLS)
+    list(APPEND CPACK_COMPONENTS_ALL orv)
+endif()
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -27,25 +31,31 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
-set(runTimePackage liborvcore${PROJECT_VERSION_MAJOR})
+if(QT_VERSION_MAJOR EQUAL 5)
+    set(qtPackage qtbase5-dev)
+    set(runTimePackage liborvcore${PROJECT_VERSION_MAJOR})
+else()
+    set(qtPackage qt6-base-dev)
+    set(runTimePackage liborvcore${orvNameSuffix}-${PROJECT_VERSION_MAJOR})
+endif()
 set(packageVersion ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${runTimePackage})
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_MULTIARCH same)
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/packages/triggers)
-set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "core library of speech and voice-control services
+set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "core library of speech and voice-control services (${orvQt})
 Code that the speech services of a vehicle head unit share: languages with
 codes, domain records, JSON and settings, table files, prompt markup, brand
 sounds, sentence splitting, a checksum store, a registry of singletons, POSIX
 signals and an inflater.")
 
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME liborvcore-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME liborvcore${orvNameSuffix}-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-    "${runTimePackage} (= ${packageVersion}), qtbase5-dev (>= 5.12)")
+    "${runTimePackage} (= ${packageVersion}), ${qtPackage} (>= ${orvQtMinimum})")
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
-    "core library of speech and voice-control services - development files
+    "core library of speech and voice-control services (${orvQt}) - development files
 The headers of libOrvCore, its CMake package and its pkg-config module.")
 
 set(CPACK_DEBIAN_ORV_PACKAGE_NAME orv)

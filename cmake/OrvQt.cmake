@@ -1,5 +1,6 @@
-# Finds the Qt to build with, and names what is built with it: orvQt is its package (Qt5 or Qt6), orvQtMinimum the oldest
-# version that will do, and orvNameSuffix ends the names of what must not be confused with the build for Qt 5.
+# Finds the Qt to build with. It sets orvQt to its package (Qt5 or Qt6), orvOtherQt to the one that must not be mixed with
+# it, orvQtMinimum to the oldest version that will do, and orvNameSuffix to the end of all names that must differ, so that
+# the builds for both can be installed side by side.
 
 set(ORV_QT_MAJOR "" CACHE STRING "Build with this major version of Qt: 5 or 6; empty for 5 where it is found")
 set_property(CACHE ORV_QT_MAJOR PROPERTY STRINGS "" 5 6)
@@ -27,9 +28,11 @@ endif()
 set(orvQt Qt${QT_VERSION_MAJOR})
 if(QT_VERSION_MAJOR EQUAL 5)
     set(orvQtMinimum 5.12)
+    set(orvOtherQt Qt6)
     set(orvNameSuffix "")
 else()
     set(orvQtMinimum 6.4)
+    set(orvOtherQt Qt5)
     set(orvNameSuffix -qt6)
 endif()
 
