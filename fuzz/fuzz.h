@@ -9,7 +9,8 @@
 struct FuzzInput {
     FuzzInput(const quint8* data, std::size_t size)
         : variant(size > 0 ? data[0] : 0)
-        , text(QString::fromUtf8(QByteArray(reinterpret_cast<const char*>(data), QByteArray::size_type(size)).mid(1))) {}
+        , text(QString::fromUtf8(QByteArray(reinterpret_cast<const char*>(data), QByteArray::size_type(size)).mid(1))) {
+    }
 
     template <typename T, std::size_t count> T chosenOf(const T (&values)[count]) const {
         return values[variant % count];

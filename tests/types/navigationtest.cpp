@@ -108,7 +108,8 @@ private Q_SLOTS:
     }
 
     void printers() {
-        static_assert(fieldCount<NavigationRequest>() == 7 && fieldCount<Database>() == 12, "all fields are printed below");
+        static_assert(
+            fieldCount<NavigationRequest>() == 7 && fieldCount<Database>() == 12, "all fields are printed below");
         QCOMPARE(printed(NavigationContext::Spelling), u("Spelling | 1 "));
         QCOMPARE(printed(NavigationContext::OneShot), u("OneShot | 1 "));
         QCOMPARE(printed(NavigationContext::Mode(-1)), u("Unknown Mode | 1 "));

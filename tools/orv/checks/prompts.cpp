@@ -294,7 +294,8 @@ private:
             add(markup.indexOf(u'<'), Rule::UnknownForm,
                 u"\"<\" will be read aloud: it does not start a tag"_s);
         } else if (!isSpokenWhole(withoutBlanksInValues(markup), context)) {
-            const Size end = blankInValue.match(markup).capturedEnd(); // or a blank of other scripts
+            const Size end =
+                blankInValue.match(markup).capturedEnd(); // or a blank of other scripts
             add(end > 0 ? end - 1 : markup.indexOf(u'<'), Rule::BlankInPath,
                 start + u"a path or language holds a blank"_s);
         } else if (isGeneral || (context != A4AContext && !isSpokenWhole(markup, A4AContext))) {
