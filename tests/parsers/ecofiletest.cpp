@@ -2,7 +2,6 @@
 
 #include <support/helpers.h>
 
-#include <QBuffer>
 #include <QTemporaryDir>
 
 namespace {
@@ -140,17 +139,12 @@ private Q_SLOTS:
     }
     void encodings() {
         QFETCH(QByteArray, content);
-        QBuffer buffer(&content);
-        QVERIFY(buffer.open(QIODevice::ReadOnly));
+        const QTemporaryDir folder;
+        const QString fileName = folder.filePath(u("table.eco"));
         EcoFile file;
-        QStringList lines;
-        file.parse(buffer, [&lines](const QString& line) { lines += line; });
+        QVERIFY(writeFile(fileName, content) && file.parse(fileName));
         QCOMPARE(file.rows().size(), 1);
         QTEST(file.rows()[0][u("a")], "field");
-        QCOMPARE(lines.size(), 2);
-        QCOMPARE(lines[0], u("#Column a"));
-        QCOMPARE(lines[1].trimmed(), file.rows()[0][u("a")]);
-        QCOMPARE(lines[1].startsWith(u(" ")), u(QTest::currentDataTag()).startsWith(u("UTF")));
     }
 
     void rowsAreValues() {
