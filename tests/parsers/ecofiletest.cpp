@@ -74,7 +74,7 @@ private Q_SLOTS:
         QTest::newRow("#Separator 0x1e4") << "v|e|228|c";
         QTest::newRow("#Column c") << "v|e|59|c,c";
         for (const char* meaningless : {"#ECO 1.0", "#ECO  1.0 x", "#ECO 1.0 x y", "#ECO", "#ECOX 1 2", "#eco 1 2",
-                 "#Separator", "#Separator xy", "#Separator 2C ", "#Separatox 2C", "#Column", "#Column  a",
+                 "x#ECO 1 2", "#Separator", "#Separator xy", "#Separator 2C ", "#Separatox 2C", "#Column", "#Column  a",
                  "#Column a b", "#Columx a", "# Column a", "Column a"}) {
             QTest::newRow(meaningless) << "v|e|59|c";
         }

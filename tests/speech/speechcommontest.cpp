@@ -49,7 +49,7 @@ const struct {
     // Off-board markup is known in one context alone, and only right behind its tts tag has a language.
     {"no off-board context", "0,10", "<offboard>Hi</offboard>"},
     {"off-board", "19", "<offboard>Hi</offboard>", PromptOffboard, "Hi"},
-    {"genre", "19", R"(<offboard genre="news">Hi</offboard>)", PromptOffboard, "Hi", InvalidLanguage, "news"},
+    {"genre", "19", R"(<offboard genre="it_IT">Hi</offboard>)", PromptOffboard, "Hi", InvalidLanguage, "it_IT"},
     {"tts tag", "19", R"(<tts lang="de_DE"/><offboard>Hi</offboard>)", PromptOffboard, "Hi", German},
     {"unknown language", "19", R"(<tts lang="xx"/><offboard>Hi</offboard>)", PromptOffboard, "Hi"},
     {"tts tag and genre", "19", R"(<tts lang="fr_FR"/><offboard genre="a_b">Hi</offboard>)", PromptOffboard, "Hi",
