@@ -68,6 +68,9 @@ private Q_SLOTS:
             (unusualFields<R, &R::name, &R::genres, &R::type, &R::band, &R::frequency, &R::programIdentification,
                 &R::pronunciation, &R::readOut, &R::hdChannel, &R::serviceId, &R::componentId, &R::channelNumber>()),
             QString());
+        const QString header = u(readFile(u(TEST_SOURCES "src/core/types/radiostation.h")));
+        const QString fields = header.section(u("operator=="), -1).section(u("}\n\n"), 1).section(u("};"), 0, 0);
+        QCOMPARE(fields.count(QLatin1Char(';')), 12); // those above, as a class with constructors does not tell
     }
 
     void caseAndOrderInEquality() {
