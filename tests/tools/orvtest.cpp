@@ -109,6 +109,9 @@ private Q_SLOTS:
             QVERIFY2(isNearest || form.rule == BrandSoundRule,
                 qPrintable(u("tools/orv/checks/prompts.cpp lacks ") + markup));
             QCOMPARE(findings.contains(u("unknown language: \"ISO\"")), markup.contains(u("ISO")));
+            const QStringList soundsOnly{u("check"), u("prompts"), u("--context"), u("brandsound"), u("-")};
+            QVERIFY2(!runOrv(soundsOnly, markup.toUtf8()).output.contains(": > "),
+                qPrintable(u("tools/orv/checks/prompts.cpp lacks the tag of ") + markup));
         }
     }
 
