@@ -41,13 +41,13 @@ public:
     /** Calls addData() with the whole of @p data. */
     Inflate& operator<<(const QByteArray& data);
 
-    /** Whether the end of the stream was reached: everything in it is written. */
+    /** Whether the end of the stream was reached, so all its data is written. */
     bool isFinished() const;
 
-    /** Whether the data was corrupt or zlib could not start; what is added then is ignored. */
+    /** Whether the data was corrupt or zlib could not start; data added later is ignored. */
     bool hasFailed() const;
 
-    /** The number of bytes added so far that lie behind the end of the stream. */
+    /** The number of bytes added so far after the end of the stream. */
     quint64 surplusSize() const;
 
 private:

@@ -106,7 +106,7 @@ public:
     /** Reads one row. */
     void parseDataLine(const QString& line);
 
-    /** How many fields parseDataLine() finds in @p line with the separator that is declared now. */
+    /** How many fields parseDataLine() finds in @p line with the current separator. */
     int fieldCount(const QString& line) const;
 
     const Header& header() const;   ///< the declarations so far

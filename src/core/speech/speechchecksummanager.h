@@ -108,8 +108,8 @@ public:
     static QByteArray generateChecksum(const QString& filePath);
 
     /**
-     * The same; @p isRead gets whether the file could be opened and was read to its end, so that a
-     * missing file is told from an empty one.
+     * The same; @p isRead becomes whether the file could be opened and read to its end, which
+     * distinguishes a missing file from an empty one.
      */
     static QByteArray generateChecksum(const QString& filePath, bool& isRead);
 
@@ -133,7 +133,7 @@ public:
     void writePersistentData();
 
     /**
-     * Whether the last writePersistentData() of any instance put its table on disk; false before
+     * Whether the last writePersistentData() of any instance wrote its table to disk; false before
      * the first one.
      */
     static bool isWritten();
