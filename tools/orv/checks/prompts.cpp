@@ -100,7 +100,7 @@ QString withoutBlanksInValues(const QString& prompt)
     Size from = 0;
     for (auto match = attributeValue().globalMatch(prompt); match.hasNext();) {
         const QRegularExpressionMatch value = match.next();
-        joined += prompt.mid(from, value.capturedStart() - from);
+        joined.append(prompt.constData() + from, value.capturedStart() - from);
         joined += value.captured().remove(blank);
         from = value.capturedEnd();
     }
