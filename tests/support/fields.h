@@ -31,8 +31,11 @@ template <auto field> QString nameOf() {
 struct Anything {
     template <typename T> operator T() const;
 };
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmissing-field-initializers" // clang warns where a few fields are tried
 template <typename Record, typename... Values> auto isMadeOf(int) -> decltype(Record{Values()...}, std::true_type());
 template <typename Record, typename... Values> std::false_type isMadeOf(long);
+#pragma GCC diagnostic pop
 
 /** How many fields a record has; a base counts as one, and with a constructor the record has one at most. */
 template <typename Record, typename... Values> constexpr int fieldCount() {

@@ -202,6 +202,8 @@ private Q_SLOTS:
             ids += rule[u("id")].toString();
         }
         QCOMPARE(ids.size(), driver[u("rules")].toArray().size());
+        const QString help = u(runOrv({u("help"), u("check")}).output).section(u("\nRules:\n"), 1);
+        QCOMPARE(help.section(u("\n\n"), 0, 0).count(QLatin1Char('\n')) + 1, ids.size());
         QByteArray findings;
         for (const QJsonValue& finding : run[u("results")].toArray()) {
             QCOMPARE(driver[u("rules")][finding[u("ruleIndex")].toInt(-1)][u("id")], finding[u("ruleId")]);
@@ -285,7 +287,9 @@ private Q_SLOTS:
             QVERIFY(help.output.startsWith("Usage: orv " + command + " [options]"));
             QVERIFY(help.output.contains("\nExamples:\n  orv " + command + ' '));
             QCOMPARE(help.exitCode, 0);
-            QCOMPARE(runOrv({u(command), u("--version")}).output, QByteArray("orv " ORV_VERSION "\n"));
+            for (const QStringList& words : {QStringList{u(command), u("--version")}, {u("-v")}, {u("--version")}}) {
+                QCOMPARE(runOrv(words).output, QByteArray("orv " ORV_VERSION "\n"));
+            }
         }
     }
 
