@@ -5,6 +5,7 @@
 #include <QDir>
 
 #include <algorithm>
+#include <cerrno>
 #include <memory>
 
 #include <dirent.h>
@@ -93,11 +94,9 @@ QFileInfoList filesAt(const QString& path, int& exitCode)
     }
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(
         opendir(QFile::encodeName(path).constData()), closedir);
-    if (folder == nullptr) {
-        refuse(exitCode, path + u": the folder cannot be read"_s);
-    }
     QStringList paths;
-    while (const dirent* entry = folder ? readdir(folder.get()) : nullptr) {
+    const dirent* entry = nullptr;
+    while (folder != nullptr && (errno = 0, entry = readdir(folder.get())) != nullptr) {
         QString name; // Qt leaves out names that are not valid UTF-8
         const bool isText = decodeUtf8(entry->d_name, name);
         const QString entryPath =
@@ -107,6 +106,9 @@ QFileInfoList filesAt(const QString& path, int& exitCode)
         } else if (name != u"."_s && name != u".."_s) {
             paths += entryPath; // within "." without "./"
         }
+    }
+    if (folder == nullptr || errno != 0) {
+        refuse(exitCode, path + u": the folder cannot be read"_s);
     }
     paths.sort();
     QFileInfoList files;
