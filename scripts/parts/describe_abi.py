@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Prints the binary interface of a library as text: its exported symbols and the layouts of its public types.
+"""Prints the binary interface of a library as text: its exported symbols, and the layouts of its public types with a
+column of sizes and offsets for each architecture. The columns of the other architectures are those of RECORD.
 
 Fails if the library exports a symbol that no header marks with ORVCORE_EXPORT, or lacks one that a header marks.
-usage: scripts/parts/describe_abi.py ABIDW_XML FOLDER_OF_HEADERS
+usage: scripts/parts/describe_abi.py ABIDW_XML FOLDER_OF_HEADERS RECORD ARCHITECTURE
 """
 import pathlib
 import re
@@ -58,26 +59,32 @@ def record(node, name):
             variable = member.find('var-decl')
             lines.append((int(member.get('layout-offset-in-bits')),
                           f'{type_name(variable.get("type-id"))} {variable.get("name")}'))
-    yield f'{name}: {int(node.get("size-in-bits")) // 8} bytes'
+    yield int(node.get("size-in-bits")) // 8, name
     for offset, text in sorted(lines, key=lambda line: line[0]):
-        yield f'{offset // 8:6} {text}'
+        yield offset // 8, f'    {text}'
     functions = [(int(function.get('vtable-offset')), function.find('function-decl').get('name'))
                  for function in node.findall('member-function') if function.get('vtable-offset')]
     for _, function in sorted(set(functions)):
-        yield f'       virtual {function}'
+        yield '', f'    virtual {function}'
 
 
 def enumeration(node, name):
     underlying = types[node.find('underlying-type').get('type-id')]
-    yield f'enum {name}: {int(underlying.get("size-in-bits")) // 8} bytes'
+    yield int(underlying.get("size-in-bits")) // 8, f'enum {name}'
     for enumerator in node.findall('enumerator'):
-        yield f'{enumerator.get("value"):>6} {enumerator.get("name")}'
+        yield '', f'    {enumerator.get("name")} = {enumerator.get("value")}'
 
 
 note_scopes(tree.getroot(), '')
-# Leave out constructors and destructors: some calling conventions give them a result.
-results = {function.get('mangled-name'): type_name(function.find('return').get('type-id'))
-           for function in tree.iter('function-decl') if not re.search('[CD][0-3]E', function.get('mangled-name', 'C1E'))}
+# Types as they are declared: "size_t" stands for another type on each architecture. Constructors and destructors stay as
+# they are: some calling conventions give them a result.
+signatures = {}
+for function in tree.iter('function-decl'):
+    if not re.search('[CD][0-3]E', function.get('mangled-name', 'C1E')):
+        parameters = ', '.join(type_name(parameter.get('type-id')) for parameter in function.findall('parameter')
+                               if not parameter.get('is-artificial'))
+        result = type_name(function.find('return').get('type-id'))
+        signatures[function.get('mangled-name')] = (parameters, result)
 mangled = [symbol.get('name') for symbol in tree.iter('elf-symbol') if symbol.get('is-defined') == 'yes']
 names = demangled(mangled)
 
@@ -97,14 +104,37 @@ faults += [f'marked, but not exported: {name}' for name in sorted(declared - exp
 if faults:
     sys.exit('\n'.join(faults))
 
-print('\nSymbols')
-for line in sorted({f'{text} -> {results[name]}' if name in results else text for name, text in names.items()}):
-    print(line)
-print('\nTypes, with offsets in bytes')
+lines = set()
+for name, text in names.items():
+    if name in signatures:
+        parameters, result = signatures[name]
+        text = f'{text[:text.index("(")]}({parameters}{text[text.rindex(")"):]} -> {result}'
+    lines.add(text)
+print('\nSymbols', *sorted(lines), sep='\n')
+
 described = {}
 for node in tree.iter():
     if node.tag in ('class-decl', 'enum-decl') and is_public(node):
         name = scopes[node.get('id')] + node.get('name')
         described[name] = record(node, name) if node.tag == 'class-decl' else enumeration(node, name)
+
+# The columns of the record, by the type and the text of a line.
+title = 'Types; sizes and offsets in bytes on '
+header, *rows = pathlib.Path(sys.argv[3]).read_text().partition(title)[2].splitlines()
+architectures = header.split()
+width = 5 * len(architectures)
+columns = {}
+owner = ''
+for row in rows:
+    text = row[width:]
+    owner = owner if text.startswith(' ') else text
+    columns[owner, text] = dict(zip(architectures, row[:width].split()))
+architecture = sys.argv[4]
+architectures = [*dict.fromkeys([*architectures, architecture])]
+
+print(f'\n{title}{" ".join(architectures)}')
 for name in sorted(described):
-    print(*described[name], sep='\n')
+    rows = [*described[name]]
+    for number, text in rows:
+        cells = {**columns.get((rows[0][1], text), {}), architecture: number}
+        print(*(f'{cells.get(each, "?") if number != "" else "":>4}' for each in architectures), text)
