@@ -26,7 +26,7 @@ struct Inflate::Private
     bool initialized = false;
     bool ok = true;
     bool finished = false;
-    quint64 surplus = 0; // bytes behind the end
+    quint64 surplus = 0; // bytes after the end of the stream
 
     bool addPiece(const char* data, uInt size);
 };

@@ -18,8 +18,8 @@ class QIODevice;
  * device.
  *
  * Output is written at once, in blocks of at most 16384 bytes; memory use does not depend on the
- * size of the data. Bytes after the end of the stream are ignored but counted. Corrupt data logs one warning,
- * and nothing more is written. Write errors of the device are ignored.
+ * size of the data. Bytes after the end of the stream are ignored but counted. Corrupt data logs
+ * one warning, and nothing more is written. Write errors of the device are ignored.
  *
  * Thread-safety: reentrant; use an object from one thread at a time.
  */

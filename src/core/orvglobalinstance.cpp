@@ -33,7 +33,7 @@ public:
 private:
     QHash<QByteArray, AbstractSingleton*> registry;
     QStack<QByteArray> order; // the newest on top; holds a name twice if it is registered twice
-    QReadWriteLock lock;      // only tried, never waited for
+    QReadWriteLock lock;      // tried only: no operation waits for another
 };
 
 SingletonTrackerPrivate::~SingletonTrackerPrivate()

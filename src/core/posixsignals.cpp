@@ -35,7 +35,7 @@ bool writeWhole(int descriptor, const void* data, std::size_t size)
     return written == ssize_t(size);
 }
 
-/** Reads a number in one call, repeated likewise; false if it is missing or incomplete. */
+/** Reads a number in the same way. @return false if it is missing or incomplete */
 bool readNumber(int descriptor, int& number)
 {
     ssize_t length = 0;
@@ -131,7 +131,7 @@ void PosixSignals::signalHandle()
         const auto [receiver, method] = handlers.value(signalNumber);
         const bool isQuit = receiver == this && qstrcmp(method, "applicationQuit") == 0;
         if (wasQuitting && isQuit) {
-            QCoreApplication::exit(); // it waited when the program quit: no second request
+            QCoreApplication::exit(); // it was waiting when the program quit: not a second request
         } else if (isQuit || !quitting) {
             ORV_LOG(debug, here) << "Processing signal" << signalNumber;
             QMetaObject::invokeMethod(receiver, method, Qt::AutoConnection);

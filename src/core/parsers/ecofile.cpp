@@ -15,7 +15,7 @@ namespace {
 
 using Size = QString::size_type;
 
-/** Where a field stands in its line. */
+/** The position of a field in its line. */
 struct Range
 {
     Size begin;
@@ -26,8 +26,9 @@ struct Range
 
 Q_DECLARE_TYPEINFO(Range, Q_PRIMITIVE_TYPE);
 
-// A row keeps its line, not a string for each field, and shares the places of its columns with the
-// other rows: two allocations. What is handed out to be changed gets a string that stays in place.
+// A row stores its line instead of a string for each field, and shares the places of the columns
+// with the other rows, so it takes two allocations. A field that the caller may change becomes a
+// string of its own, to which references stay valid.
 struct EcoFile::Row::Data : QSharedData
 {
     QString line;
@@ -44,10 +45,9 @@ constexpr QLatin1Char quote('"');
 /**
  * The field from @p begin on; null at the end.
  *
- * A field is a run of characters that are neither separators nor quotes, and of whole quoted
- * pieces; a separator may come first, right at @p begin. A quote without a partner is part of no
- * field. A quote that is the separator comes first by itself only if that leaves no other one
- * without a partner.
+ * A field consists of quoted pieces and of characters other than separators and quotes; it may
+ * begin with one separator, at @p begin. A quote without a partner belongs to no field. If the
+ * separator is a quote, a field begins with it only if an even number of quotes follows.
  */
 QStringView nextField(const QChar* begin, const QChar* end, QChar separator)
 {
@@ -82,7 +82,7 @@ Fields splitFields(const QString& line, QChar separator)
 {
     Fields fields;
     if (separator == QLatin1Char('^') || separator == QLatin1Char('\\')) {
-        return fields; // either makes a class without an end of "[%1]", so nothing matches
+        return fields; // no field matches, as in the invalid patterns "[^]" and "[\]"
     }
     const QChar* position = line.constBegin();
     for (QStringView field; !(field = nextField(position, line.constEnd(), separator)).isNull();
@@ -92,10 +92,10 @@ Fields splitFields(const QString& line, QChar separator)
     return fields;
 }
 
-/** A field without a semicolon, one blank and a quote in front, and a quote behind. */
+/** The field without one each of a leading semicolon, blank and quote, and a trailing quote. */
 QStringView unquoted(QStringView field)
 {
-    // Always the semicolon: any other separator stays, on purpose.
+    // Always the semicolon: other separators stay, which is intended.
     for (const QLatin1Char opening : {QLatin1Char(';'), QLatin1Char(' '), quote}) {
         if (!field.isEmpty() && field.front() == opening) {
             field = field.mid(1);
@@ -182,7 +182,7 @@ bool EcoFile::parse(const QString& fileName)
     }
     // In the encoding of the locale, unless there is a byte order mark.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    // In one piece: if a block ends within a broken character, the stream drops the next one.
+    // Decode the whole file: if a block ends within a broken character, the stream drops the next.
     const QByteArray bytes = file.readAll();
     QStringDecoder decode(
         QStringConverter::encodingForData(bytes).value_or(QStringConverter::System));
@@ -249,7 +249,7 @@ void EcoFile::parseDataLine(const QString& line)
     }
     Row row;
     Row::Data& data = *row.data;
-    data.line = QString(line.constData(), line.size()); // without what the reader reserved
+    data.line = QString(line.constData(), line.size()); // without the reader's spare capacity
     data.places = placesByName;
     data.fields.resize(placesByName.size());
     for (Size i = 0; i < fields.size(); ++i) {

@@ -14,7 +14,7 @@ namespace {
 
 using Size = QString::size_type;
 
-/** The characters that end a sentence, at most one in a slot, so that one comparison finds each. */
+/** The characters that end a sentence: a hash table without collisions. */
 class Terminators
 {
 public:
@@ -31,7 +31,7 @@ public:
         return slots[character % slotCount] == character;
     }
 
-    /** Whether no member has taken the slot of another. */
+    /** Whether no two members share a slot. */
     constexpr bool isExact() const
     {
         std::size_t found = 0;
@@ -42,14 +42,14 @@ public:
     }
 
 private:
-    static constexpr std::size_t slotCount = 1024; // the least power of two without a clash
+    static constexpr std::size_t slotCount = 1024; // the smallest power of two without collisions
 
-    char16_t slots[slotCount] = {1}; // a free one holds a character that belongs into another
+    char16_t slots[slotCount] = {1}; // a free slot holds a character of another slot
     std::size_t count;
 };
 
-// The full stop is no terminator in Chinese, nor the Latin question mark in Arabic. Each set holds
-// "!", so cutting sees all openings of tags.
+// "." does not end a sentence in Chinese and Japanese, nor "?" in Arabic. Each set contains "!", so
+// that cut() finds the start of every tag.
 constexpr Terminators latinTerminators(u"!.?\u2047\u2048\u2049");
 constexpr Terminators arabicTerminators(u"!.\u061F\u2E2E");
 constexpr Terminators chineseTerminators(
@@ -59,12 +59,12 @@ constexpr Terminators japaneseTerminators(
 static_assert(latinTerminators.isExact() && arabicTerminators.isExact()
               && chineseTerminators.isExact() && japaneseTerminators.isExact());
 
-/** How the sentences of some languages are told apart. */
+/** The rules by which the texts of some languages are split. */
 struct Rules
 {
     const Terminators& terminators;
     bool hasWordSpacing; // a blank joins sentences
-    bool isContextual;   // what stands around a terminator decides; the blanks are counted
+    bool isContextual;   // the characters around a terminator matter; blanks are counted
 };
 
 constexpr Rules defaultRules = {latinTerminators, true, true};
@@ -96,14 +96,14 @@ const Rules& rulesOf(Language language)
     }
 }
 
-/** As QChar tells, without a look into its tables for the letters of most scripts. */
+/** QChar::isSpace(), without its table look-up for the letters of most scripts. */
 bool isSpace(char16_t character)
 {
     const bool canBe = character <= 0xA0 || (character >= 0x1680 && character <= 0x3000);
     return canBe && QChar(character).isSpace();
 }
 
-/** The inline tags in force, one of each rank at most, as views into the sentences they are in. */
+/** The inline tags in force, at most one of each rank, as views into the sentences. */
 class CarriedTags
 {
 public:
@@ -112,7 +112,7 @@ public:
         return totalLength;
     }
 
-    /** Copies the tags to @p out; returns what follows them there. */
+    /** Copies the tags to @p out. @return the end of the copy */
     char16_t* write(char16_t* out) const
     {
         if (totalLength > 0) {
@@ -124,12 +124,12 @@ public:
     }
 
     /**
-     * Takes in the tags and resets of one sentence, in which @p openings of them start at most.
+     * Applies the tags and resets of one sentence, which contains at most @p openings of them.
      *
-     * A tag is what the pattern `\\!(\\)(\S+)=(\S+)(\\)(\s)` finds, a reset `\\!(\\)(rst)(\\)(\s)`.
-     * Either ends with the run of non-blanks it starts in, so a run holds one at the most, and
-     * nothing behind the last blank counts. A run that ends with a reset holds no tag: that would
-     * start before the reset.
+     * A tag matches `\\!(\\)(\S+)=(\S+)(\\)(\s)`, a reset `\\!(\\)(rst)(\\)(\s)`. Both end with the
+     * run of non-blanks in which they start. So a run contains at most one of them, and text after
+     * the last blank contains none. If a run ends with a reset, a tag would start before the reset,
+     * which clears it.
      */
     void update(std::u16string_view sentence, Size openings)
     {
@@ -151,11 +151,11 @@ private:
     static constexpr std::u16string_view opening = u"\\!\\";
     static constexpr std::u16string_view reset = u"\\!\\rst\\";
 
-    // The order in which tags stand before a sentence; all other names share the last rank.
+    // Tags are written in this order; all other names share the last rank.
     static constexpr std::u16string_view names[] = {u"domain", u"toi", u"rate", u"vol", u"lang"};
     static constexpr std::size_t rankCount = std::size(names) + 1;
 
-    /** @p run goes from an opening to the blank behind, which is part of a tag. */
+    /** @p run starts with an opening and ends with the next blank, which is part of the tag. */
     void takeRun(std::u16string_view run)
     {
         const std::u16string_view body = run.substr(0, run.size() - 1);
@@ -163,7 +163,7 @@ private:
             *this = CarriedTags();
             return;
         }
-        // Name and value hold one character at least; the name goes up to the last "=" that fits.
+        // Name and value have at least one character each; the last "=" separates them.
         const std::size_t shortest = opening.size() + std::u16string_view(u"n=v\\").size();
         if (body.size() < shortest || body.back() != u'\\') {
             return;
@@ -186,14 +186,14 @@ private:
     Size totalLength = 0;
 };
 
-/** What stands between two cuts, without the white space around it; never empty. */
+/** The text between two cuts, without surrounding white space; never empty. */
 struct Piece
 {
     Size begin;
     Size end;
 };
 
-/** Successive pieces that will be joined: those behind the pieces of the sentence before. */
+/** Consecutive pieces that will be joined; they follow those of the previous sentence. */
 struct Sentence
 {
     Size pieceCount;
@@ -234,8 +234,8 @@ public:
     }
 
     /**
-     * Merges each short sentence, the first one first, with its shorter neighbour, the previous one
-     * when they are equal. What lies before the first short one stays long, so one walk does it.
+     * Merges each short sentence, in order, with its shorter neighbour; if both are equal, with the
+     * previous one. The sentences before it stay long, so one pass is enough.
      */
     void mergeShortSentences()
     {
@@ -257,7 +257,7 @@ public:
         sentences.resize(Size(done - begin));
     }
 
-    /** The sentences, each with the tags in front that were in force at the end of the last. */
+    /** The sentences, each preceded by the tags in force at the end of the previous one. */
     QStringList sentencesWithTags() const
     {
         CarriedTags tags;
@@ -266,7 +266,7 @@ public:
         const Piece* piece = pieces.begin();
         for (const Sentence& sentence : sentences) {
             const Size tagsLength = tags.length();
-            // Moved into its place: a copy would cost two changes of the count of references.
+            // Assigned in place: appending a copy would change the reference count twice.
             result.append(QString());
             result.last() = QString(tagsLength + sentence.length, Qt::Uninitialized);
             auto* const out = reinterpret_cast<char16_t*>(result.last().data());
@@ -278,7 +278,7 @@ public:
     }
 
 private:
-    /** Without white space at its end, the text has none at the end of any piece. */
+    /** No piece of a trimmed text ends with white space. */
     static std::u16string_view trimmed(QStringView text)
     {
         const QStringView result = text.trimmed();
@@ -317,7 +317,7 @@ private:
         pieces.append({Size(begin), Size(end)});
     }
 
-    /** Counts in blocks, which needs no decision for each character, until there are enough. */
+    /** Counts up to minBlanks or more, in blocks without a branch for each character. */
     int countBlanks(std::size_t begin, std::size_t end) const
     {
         quint16 blanks = 0;
@@ -330,13 +330,13 @@ private:
         return blanks;
     }
 
-    /** Whether the terminator behind @p sentence ended an abbreviation or an ordinal number. */
+    /** Whether @p sentence ends with an abbreviation or ordinal number, so @p next continues it. */
     bool continues(const Sentence& sentence, QChar next) const
     {
         if (!next.isUpper() && next.isLetter()) {
             return true;
         }
-        // The very first character of a sentence does not count as a number: "5. Next" are two.
+        // The first character of a sentence does not count as a number: "5. Next" is split.
         const Piece& last = pieces.back();
         const Size first = sentence.pieceCount == 1 ? last.begin + 1 : last.begin;
         for (Size i = last.end - 1; i >= first; --i) {
@@ -379,8 +379,8 @@ private:
 };
 
 /**
- * Logs that a text was split. Services search for this line, so it keeps its text, which names no
- * function of today. A ready text takes a sixth of the time of a debug stream.
+ * Logs that a text was split. Services search for this text, so it stays, although no function has
+ * this name. A debug stream would take six times as long.
  */
 void logSplit()
 {

@@ -120,8 +120,8 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
     }
     QSaveFile file(fileName);
     if (!file.open(QIODevice::WriteOnly)) {
-        // The new file has a longer name, for which there may be no room. On a full disk, the old
-        // file stays.
+        // The new file has a longer name, which may be too long. After any other error, such as a
+        // full disk, the old file stays.
         return errno == ENAMETOOLONG && writeInPlace(fileName, content);
     }
     if (!write(file, content)) {
@@ -256,7 +256,7 @@ QByteArray SpeechChecksumManager::generateChecksum(const QString& filePath, bool
             isAtEnd = length < block.size() && file.atEnd();
         } while (length > 0 && !isAtEnd);
         isRead = length >= 0 && isAtEnd;
-        // Not at the end after a read error, or if the file is shorter than the size it states.
+        // Not at the end: a read error, or the file is shorter than its stated size.
         if (!isAtEnd) {
             ORV_LOG(warning,
                 "static QByteArray SpeechChecksumManager::generateChecksum(const QString&)")

@@ -42,7 +42,7 @@ constexpr const PromptForm* brandSoundForms = formsOf(BrandSoundRule);
 constexpr const PromptForm* markupForms = formsOf(MarkupRule);
 
 /**
- * Sets @p prompt by the first form of [@p form, @p end) that matches; its text must be the input.
+ * Sets @p prompt, whose text is the input, by the first form of [@p form, @p end) that matches.
  *
  * @return false if none matches; the text may then be the id of an unknown brand sound
  */

@@ -165,7 +165,7 @@ QString convert(DatabaseVersionResult::TypeOfUpdateData type)
 void extractOneShotFilterIds(const QHash<unsigned short, QByteArray>& attributes,
     QByteArray& firstFilterId, QByteArray& secondFilterId)
 {
-    // Key 329 serves both ids.
+    // Both lists contain key 329.
     extractFirst(attributes, {9, 329, 257}, firstFilterId);
     extractFirst(attributes, {329, 2, 258}, secondFilterId);
 }

@@ -6,8 +6,8 @@
  *
  * The library compares the fields named aux… but never interprets them. Frequencies, bands,
  * identifiers and channel numbers are as the source sends them, in its units: the library neither
- * converts nor checks them. Thread-safety: the records
- * are plain values; conversions may run on any thread once the library is loaded.
+ * converts nor checks them. Thread-safety: the records are plain values; conversions may run on any
+ * thread once the library is loaded.
  */
 
 #include <core/orvcore_export.h>
