@@ -1,4 +1,4 @@
-// A slot of the program's own is invoked for a signal, which it sends to itself.
+// Sends itself a signal that invokes a slot.
 
 #include <core/posixsignals.h>
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Lets the prompter speak into files, measures them, and looks at what is rendered again and what is refused.
+# Lets the prompter speak into files, measures them, and checks what it renders again and what it refuses.
 # usage: check.sh PROMPTER, in the root of the tree
 set -euo pipefail
 
@@ -9,13 +9,13 @@ trap 'rm -rf "$folder"' EXIT
 export XDG_CACHE_HOME=$folder
 fail() { echo "prompter: $*" >&2; exit 1; }
 
-# speak NAME OPTION...: the prompt on standard input into NAME.wav; what is printed goes to NAME.text
+# speak NAME OPTION...: speaks the prompts on standard input into NAME.wav; the messages go to NAME.text
 speak() { "$prompter" --language en_GB --wav "$folder/$1.wav" "${@:2}" >"$folder/$1.text" 2>&1; }
 
-# loudness NAME EFFECT...: of what sox leaves of NAME.wav
+# loudness NAME EFFECT...: prints the loudness of NAME.wav after these effects of sox
 loudness() { sox "$folder/$1.wav" -n "${@:2}" stat 2>&1 | sed -n 's/^RMS .*amplitude: *//p'; }
 
-# holds EXPRESSION: whether it does, with decimals
+# holds EXPRESSION: fails unless it is true; the numbers may be decimal
 holds() { awk "BEGIN { exit !($1) }" || fail "not so: $1"; }
 
 said() { grep -qxF "$2" "$folder/$1.text" || { cat "$folder/$1.text"; fail "$1: does not say: $2"; }; }
@@ -29,7 +29,7 @@ echo "\\!\\rate=50\\ $first" | speak slow
 echo "\\!\\lang=de\\ $first" | speak german
 echo "$first" | speak one
 said plain '2 of 2 spoken, 2 rendered'
-said quiet '2 of 2 spoken, 1 rendered' # the first one is as before
+said quiet '2 of 2 spoken, 1 rendered' # the first sentence is the same
 said one '1 of 1 spoken, 0 rendered'
 
 length() { soxi -D "$folder/$1.wav"; }
@@ -41,9 +41,9 @@ echo "prompter: two sentences of $(length quiet) s; loudness $(loudness plain tr
 holds "$(loudness quiet trim 0 2) == $(loudness plain trim 0 2)"
 holds "$(loudness quiet trim -2) > 0.4 * $(loudness plain trim -2)"
 holds "$(loudness quiet trim -2) < 0.6 * $(loudness plain trim -2)"
-holds "$(loudness reset trim -2) > 0.9 * $(loudness one trim -2)" # in force no longer
+holds "$(loudness reset trim -2) > 0.9 * $(loudness one trim -2)" # no longer in force
 
-# Sounds, by their own tag and by a brand sound's, once each; what is damaged or gone is rendered again.
+# A sound file and the same file as a brand sound are rendered once; damaged and missing files are rendered again.
 printf '%s\n' '<audio path="examples/sounds/tyx/welcome.mp3"/>' "$first" \
     '<text language="en_GB">welcome</text>' >"$folder/prompts"
 speak sounds "$folder/prompts"
@@ -56,7 +56,7 @@ rm "$folder"/prompter/*.wav
 speak sounds "$folder/prompts"
 said sounds '3 of 3 spoken, 2 rendered'
 
-# The second sentence is rendered while the first one is played: the player waits for the one, the synthesiser for the other.
+# The second sentence is rendered while the first is played: the player waits for the second, espeak-ng for the player.
 rm "$folder"/prompter/*.wav
 mkdir "$folder/bin"
 cat >"$folder/bin/wait-for" <<'T'
@@ -69,7 +69,7 @@ exit 1
 T
 cat >"$folder/bin/play" <<'T'
 #!/bin/sh
->"$XDG_CACHE_HOME/playing"
+[ "$(head -c 1 | wc -c)" = 1 ] && >"$XDG_CACHE_HOME/playing"
 exec wait-for "$XDG_CACHE_HOME/second"
 T
 cat >"$folder/bin/espeak-ng" <<T
@@ -82,7 +82,7 @@ chmod +x "$folder"/bin/*
 said_by_player=$(echo "$first $second" | PATH="$folder/bin:$PATH" "$prompter" 2>&1)
 [ "$said_by_player" = '2 of 2 spoken, 2 rendered' ] || fail "played: $said_by_player"
 
-# A signal ends it in good order: the player goes, and what was rendered is known the next time.
+# A signal ends the player, and the next run reuses the rendered files.
 rm "$folder"/prompter/*.wav "$folder/playing" "$folder/bin/espeak-ng"
 printf '#!/bin/sh\necho >"$XDG_CACHE_HOME/playing"\nexec sleep 60\n' >"$folder/bin/play"
 echo "$first" | PATH="$folder/bin:$PATH" "$prompter" >"$folder/signal.text" 2>&1 &
@@ -95,7 +95,7 @@ said signal '0 of 1 spoken, 1 rendered'
 echo "$first" | speak one
 said one '1 of 1 spoken, 0 rendered'
 
-# What is wrong is told, and the rest is spoken all the same.
+# Mistakes are reported, and the rest is spoken.
 printf '%s\n' '<audio path="no-such.wav"/>' "\\!\\vol=loud\\ $first" '<file path="no-such.xml"/>' |
     speak mistakes && fail 'mistakes look like success'
 said mistakes 'prompter: line 1: sox failed'

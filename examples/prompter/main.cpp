@@ -1,5 +1,5 @@
-// A prompter in small: prompts come in from a file or from standard input, one a line, and espeak-ng
-// speaks them, through the sound card or into a WAV file. What is rendered is kept for the next run.
+// A small prompter. It reads prompts from a file or from standard input, one per line; espeak-ng renders
+// them, and sox plays them or writes them to a WAV file. Rendered files are kept for later runs.
 
 #include "ssml.h"
 
@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDir>
+#include <QEventLoop>
 #include <QLockFile>
 #include <QLoggingCategory>
 #include <QProcess>
@@ -33,39 +34,31 @@ QStringList words(const char* text)
     return QString::fromLatin1(text).split(QLatin1Char(' '));
 }
 
-// As espeak-ng writes it; sox brings sounds to the same.
+// The samples that espeak-ng writes and sox converts sounds to.
 const char* const format = "-r 22050 -c 1 -b 16 -e signed-integer";
 constexpr int headerSize = 44; // of a WAV file
 
-/** Renders sentences and sounds, one after the other, and meanwhile plays those that are ready. */
+/** Renders sentences and sounds, and passes their samples to a player, which plays them meanwhile. */
 class Prompter
 {
 public:
-    /** @param wavFile what is to be written; empty to play */
+    /** @param wavFile the file to write; empty to play */
     Prompter(const QDir& renderedFolder, const QString& wavFile)
         : folder(renderedFolder)
-        // Absolute, as sox takes a name that begins with "|" for a command.
-        , output(wavFile.isEmpty() ? wavFile : QFileInfo(wavFile).absoluteFilePath())
     {
-        for (QProcess* const process : {&maker, &player}) {
-            process->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-            QObject::connect(process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished),
-                [this, process] { ended(*process); });
+        maker.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        player.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        const QStringList input = words("-q -t raw") << words(format) << words("-");
+        if (wavFile.isEmpty()) {
+            player.start(QStringLiteral("play"), input);
+        } else { // absolute, because sox runs a name that begins with "|" as a command
+            const QString output = QFileInfo(wavFile).absoluteFilePath();
+            player.start(QStringLiteral("sox"), input + words("-t wav") << output);
         }
     }
 
-    ~Prompter()
-    {
-        for (QProcess* const process : {&maker, &player}) {
-            process->disconnect(); // what still runs when a signal came
-            process->kill();
-            process->waitForFinished();
-        }
-        store.writePersistentData();
-    }
-
-    /** Puts what a prompt asks for behind the rest; @p place begins each complaint of it. */
-    void add(const PromptData& prompt, Language usual, const QString& place)
+    /** Speaks a prompt; its error messages begin with @p place. */
+    void speak(const PromptData& prompt, Language usual, const QString& place)
     {
         const Language language = prompt.language == InvalidLanguage ? usual : prompt.language;
         if (prompt.mode == PromptAudio) {
@@ -73,8 +66,8 @@ public:
             const char* const type = prompt.isMp3ToWavConversionNeeded() ? "mp3" : "wav";
             const QStringList arguments = words("--no-glob -t")
                                           << words(type) << path << words(format);
-            add({place, language, QStringLiteral("sox"), arguments,
-                SpeechChecksumManager::generateChecksum(path), {}});
+            speak(place, language, QStringLiteral("sox"), arguments,
+                SpeechChecksumManager::generateChecksum(path));
             return;
         }
         const QString voice = voiceOf(QString::fromLatin1(convertLanguageIdToIso(language)));
@@ -86,122 +79,92 @@ public:
                 complain(place, QStringLiteral("ignored: ") + ignored.join(QLatin1Char(' ')));
             }
             if (!ssml.isEmpty()) {
-                add({place, language, QStringLiteral("espeak-ng"), arguments, ssml, {}});
+                speak(place, language, QStringLiteral("espeak-ng"), arguments, ssml);
             }
         }
     }
 
-    /** Renders and plays what is next, if nothing is under way. In the end it quits the event loop. */
-    void goOn()
+    /** Waits until all is played or written. @return whether there was something, and all succeeded */
+    bool finish()
     {
-        const bool isMakerIdle = maker.state() == QProcess::NotRunning;
-        while (isMakerIdle && made < pieces.size() && isGood(pieces[made])) {
-            ++made;
-        }
-        if (isMakerIdle && made < pieces.size()) {
-            maker.start(pieces[made].program, pieces[made].arguments);
-            maker.write(pieces[made].input);
-            maker.closeWriteChannel();
-        }
-        const bool isPlayerIdle = player.state() == QProcess::NotRunning;
-        if (isPlayerIdle && output.isEmpty() && played < made) {
-            player.start(QStringLiteral("play"), words("-q --no-glob") << pieces[played].file);
-        } else if (isPlayerIdle && played < made && made == pieces.size()) {
-            join();
-        } else if (played == pieces.size()) {
-            QCoreApplication::quit();
-        }
-    }
-
-    /** @return whether there was something to speak, and all of it is spoken */
-    bool report() const
-    {
-        std::printf("%d of %d spoken, %d rendered\n", played, int(pieces.size()), rendered);
-        return played > 0 && played == pieces.size();
+        player.closeWriteChannel();
+        const int spoken = hasSucceeded(player) ? passed : 0;
+        store.writePersistentData();
+        std::printf("%d of %d spoken, %d rendered\n", spoken, wanted, rendered);
+        return spoken > 0 && spoken == wanted;
     }
 
 private:
-    struct Piece
+    /**
+     * Renders a file with @p program, unless an earlier run has done so, and passes it on.
+     *
+     * @param input the text for espeak-ng; for sox, which does not read it, the sound's checksum
+     */
+    void speak(const QString& place, Language language, const QString& program,
+        const QStringList& arguments, const QByteArray& input)
     {
-        QString place;
-        Language language;
-        QString program; // that makes the file
-        QStringList arguments;
-        QByteArray input; // a text for espeak-ng; sox reads none, so the checksum of the sound
-        QString file;
-    };
-
-    /** Names the file after all that it is made from, so that another text is another file. */
-    void add(Piece piece)
-    {
-        const QByteArray all =
-            (piece.program + piece.arguments.join(QChar(0))).toUtf8() + piece.input;
-        const QByteArray digest = QCryptographicHash::hash(all, QCryptographicHash::Md5).toHex();
-        piece.file = folder.filePath(QString::fromLatin1(digest + ".wav"));
-        piece.arguments += piece.file;
-        pieces += piece;
-    }
-
-    /** Whether the file was rendered, now or by an earlier run, and has not changed since. */
-    bool isGood(const Piece& piece) const
-    {
-        return store.checksum(piece.file, piece.language, SpeechChecksumManager::DefaultChecksum)
-               == SpeechChecksumManager::generateChecksum(piece.file);
-    }
-
-    void ended(const QProcess& process)
-    {
-        const bool isMaker = &process == &maker;
-        const Piece piece = pieces[isMaker ? made : played];
-        const bool hasSucceeded = process.exitStatus() == QProcess::NormalExit
-                                  && process.exitCode() == 0 && QFile::exists(piece.file);
-        if (!hasSucceeded) {
-            complain(isMaker || output.isEmpty() ? piece.place : output,
-                process.program() + QStringLiteral(" failed"));
+        ++wanted;
+        if (player.state() == QProcess::NotRunning) {
+            return; // after a signal or a failure
         }
-        if (isMaker && hasSucceeded) {
-            store.insert(piece.file, piece.language, SpeechChecksumManager::DefaultChecksum);
+        // The name depends on everything that determines the samples.
+        const QByteArray source = (program + arguments.join(QChar(0))).toUtf8() + input;
+        const QByteArray digest = QCryptographicHash::hash(source, QCryptographicHash::Md5).toHex();
+        QFile file(folder.filePath(QString::fromLatin1(digest + ".wav")));
+        const QString name = file.fileName();
+        constexpr auto type = SpeechChecksumManager::DefaultChecksum;
+        const QByteArray stored = store.checksum(name, language, type);
+        if (stored != SpeechChecksumManager::generateChecksum(name)) {
+            maker.start(program, QStringList(arguments) << name);
+            maker.write(input);
+            maker.closeWriteChannel();
+            if (!hasSucceeded(maker)) {
+                complain(place, program + QStringLiteral(" failed"));
+                --wanted;
+                return;
+            }
+            store.insert(name, language, type);
             ++rendered;
-        } else if (isMaker) {
-            pieces.removeAt(made);
-        } else if (hasSucceeded) {
-            played = output.isEmpty() ? played + 1 : made;
-        } else { // the rest would not be heard either
-            return QCoreApplication::quit();
         }
-        goOn();
+        if (file.open(QIODevice::ReadOnly)) {
+            player.write(file.readAll().mid(headerSize));
+            ++passed;
+        }
     }
 
-    /** Hands the samples of all files to sox, which writes them as one. */
-    void join()
+    /** Handles events until a process ends; a signal ends both. @return whether it succeeded */
+    bool hasSucceeded(QProcess& process)
     {
-        player.start(
-            QStringLiteral("sox"), words("-t raw") << words(format) << words("- -t wav") << output);
-        for (const Piece& piece : pieces) {
-            QFile file(piece.file);
-            file.open(QIODevice::ReadOnly); // it was good when it was looked at
-            player.write(file.readAll().mid(headerSize));
+        QEventLoop loop;
+        QObject::connect(&process, &QProcess::stateChanged, &loop, [&loop] { loop.exit(1); });
+        while (process.state() != QProcess::NotRunning) {
+            if (loop.exec() != 1) { // a signal
+                for (QProcess* const running : {&maker, &player}) {
+                    running->kill();
+                    running->waitForFinished();
+                }
+            }
         }
-        player.closeWriteChannel();
+        return process.error() != QProcess::FailedToStart
+               && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
     }
 
     const QDir folder;
-    const QString output;
     SpeechChecksumManager store;
-    QList<Piece> pieces;
-    int made = 0; // so many may be played
-    int played = 0;
-    int rendered = 0; // by this run
     QProcess maker;
     QProcess player;
+    int wanted = 0;
+    int passed = 0;   // to the player
+    int rendered = 0; // by this run
 };
 
-/** Hands the prompts of a file on, one a line. */
-void readPrompts(QFile& file, PromptContext context, Language usual, Prompter& prompter)
+/** Speaks the prompts of a file, one per line. */
+void speakLines(
+    const QByteArray& content, PromptContext context, Language usual, Prompter& prompter)
 {
-    QByteArray line;
-    for (int number = 1; !(line = file.readLine()).isEmpty(); ++number) {
-        const QString place = QStringLiteral("line %1").arg(number);
+    int number = 0;
+    for (const QByteArray& line : content.split('\n')) {
+        const QString place = QStringLiteral("line %1").arg(++number);
         PromptData prompt = PromptData::parse(QString::fromUtf8(line).trimmed(), context);
         QFile markup(prompt.text);
         if (prompt.mode == PromptFile && markup.open(QIODevice::ReadOnly)) {
@@ -210,24 +173,25 @@ void readPrompts(QFile& file, PromptContext context, Language usual, Prompter& p
         if (prompt.mode == PromptFile) {
             complain(place, QStringLiteral("no markup in ") + prompt.text);
         } else {
-            prompter.add(prompt, usual, place);
+            prompter.speak(prompt, usual, place);
         }
     }
 }
 
-/** Defines and reads the options; what is none of them ends the program with one line. */
+/** Reads the options; an unknown one ends the program with one line. */
 void readOptions(QCommandLineParser& options)
 {
     const auto text = [](const char* latin1) { return QString::fromLatin1(latin1); };
-    options.setApplicationDescription(text("Speaks prompts, one a line, through espeak-ng."));
+    options.setApplicationDescription(text("Speaks prompts, one per line, through espeak-ng."));
     options.addHelpOption();
     options.addOptions({
-        {text("language"), text("The usual one, such as de_DE."), text("ISO"), text("en_GB")},
+        {text("language"), text("The language of prompts that set none, such as de_DE."),
+            text("ISO"), text("en_GB")},
         {text("context"), text("10 for brand sounds, 19 for off-board."), text("N"), text("0")},
-        {text("brand"), text("Whose sounds are played."), text("NAME"), text("TYX")},
+        {text("brand"), text("The car brand, for brand sounds."), text("NAME"), text("TYX")},
         {text("wav"), text("Writes this file instead of playing."), text("FILE")},
     });
-    options.addPositionalArgument(text("file"), text("The prompts, one a line."), text("[FILE]"));
+    options.addPositionalArgument(text("file"), text("The prompts, one per line."), text("[FILE]"));
     options.process(QCoreApplication::arguments());
 }
 
@@ -237,7 +201,8 @@ int main(int argc, char** argv)
 {
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("prompter"));
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false")); // a line for each text
+    QLoggingCategory::setFilterRules(
+        QStringLiteral("default.debug=false")); // one line for each text
     QCommandLineParser options;
     readOptions(options);
     const auto value = [&options](const char* name) { return options.value(QLatin1String(name)); };
@@ -247,7 +212,7 @@ int main(int argc, char** argv)
     const auto context = PromptContext(value("context").toInt(&isNumber));
     const QDir folder(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));
     const QString store = folder.filePath(QStringLiteral("checksums.json"));
-    QLockFile lock(store + QStringLiteral(".lock")); // which orv takes too
+    QLockFile lock(store + QStringLiteral(".lock")); // orv takes it too
     const QStringList files = options.positionalArguments() << QStringLiteral("/dev/stdin");
     QFile prompts(files.first());
     if (!isNumber || files.size() > 2) {
@@ -265,14 +230,16 @@ int main(int argc, char** argv)
         return 2;
     }
 
-    qputenv("ORV_SPEECH_CHECKSUM_FILE", store.toUtf8()); // the store of what is rendered
+    qputenv("ORV_SPEECH_CHECKSUM_FILE", store.toUtf8()); // the checksums of the rendered files
     loadBrandSounds(value("brand"));
-    Prompter prompter(folder, value("wav"));
-    readPrompts(prompts, context, language, prompter);
+    const QByteArray content = prompts.readAll();
     PosixSignals& bridge = PosixSignals::instance;
     bridge.setup(SIGTERM, &bridge, "applicationQuit");
     bridge.setup(SIGINT, &bridge, "applicationQuit");
-    QTimer::singleShot(0, [&prompter] { prompter.goOn(); });
-    QCoreApplication::exec();
-    return prompter.report() && !hasComplained ? 0 : 1;
+    QTimer::singleShot(0, [&] { // the event loop runs, so signals are handled
+        Prompter prompter(folder, value("wav"));
+        speakLines(content, context, language, prompter);
+        QCoreApplication::exit(prompter.finish() && !hasComplained ? 0 : 1);
+    });
+    return QCoreApplication::exec();
 }

@@ -6,7 +6,7 @@
 
 namespace {
 
-using Tags = QMap<QString, QString>; // those in force: values by name
+using Tags = QMap<QString, QString>; // the values of the tags in force, by name
 
 bool hasMeaning(const QString& name, const QString& value)
 {
@@ -19,7 +19,7 @@ bool hasMeaning(const QString& name, const QString& value)
 
 QString element(const Tags& tags, QString text)
 {
-    text.replace(QStringLiteral("[["), QStringLiteral("[ [")); // which would begin phonemes
+    text.replace(QStringLiteral("[["), QStringLiteral("[ [")); // "[[" would start phonemes
     const QString spoken =
         QStringLiteral("<prosody volume=\"%1\" rate=\"%2%\">%3</prosody>")
             .arg(tags.value(QStringLiteral("vol"), QStringLiteral("100")),
@@ -45,7 +45,7 @@ bool hasVoice(const QString& code)
 
 QString toSsml(const QString& sentence, QStringList& ignored)
 {
-    // The blank of a tag at the end of a sentence went when the text was cut.
+    // The blank of a tag at the end of a sentence is removed when the text is split.
     static const QRegularExpression pattern(
         QStringLiteral(R"(\\!\\(?:rst|([^\s\\=]+)=([^\s\\]+))\\(?:\s|\z))"));
     Tags tags;

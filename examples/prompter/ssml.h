@@ -9,11 +9,11 @@ QString voiceOf(const QString& code);
 bool hasVoice(const QString& code);
 
 /**
- * A sentence as SSML, which espeak-ng understands, with its inline tags as elements. "vol" and "rate"
- * are per cent of the usual loudness and speed, "lang" is a language code, "rst" ends them all; tags of
- * other names are for other engines.
+ * A sentence as SSML, which espeak-ng reads, with its inline tags as elements. "vol" and "rate" are
+ * percentages of the usual loudness and speed, "lang" is a language code, "rst" ends all tags. Tags
+ * with other names are dropped.
  *
- * @param ignored gets each tag with a value that has no meaning here
- * @return empty when nothing is left to be said
+ * @param ignored gets each of these tags whose value is invalid
+ * @return empty if there is nothing to speak
  */
 QString toSsml(const QString& sentence, QStringList& ignored);

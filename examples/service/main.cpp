@@ -58,7 +58,7 @@ public:
     }
 
 private:
-    /** Reads what is there, without a buffer behind it in which the notifier would see no prompt. */
+    /** Reads without a buffer, because the notifier does not see prompts in one. */
     void readPrompts()
     {
         char block[4096];
@@ -67,7 +67,7 @@ private:
             pending.append(block, int(length));
         } else {
             input.setEnabled(false);
-            pending.append(pending.isEmpty() ? "" : "\n"); // the last line may have no end
+            pending.append(pending.isEmpty() ? "" : "\n"); // the last line may lack its end
         }
         for (auto end = pending.indexOf('\n'); end >= 0; end = pending.indexOf('\n')) {
             const QString line = QString::fromUtf8(pending.left(end));
@@ -94,7 +94,7 @@ private:
 
     Audio& audio;
     QSocketNotifier input;
-    QByteArray pending; // the beginning of a line whose end is not read yet
+    QByteArray pending; // a line whose end is not read yet
 };
 
 } // namespace
