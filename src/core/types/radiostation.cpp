@@ -28,6 +28,20 @@ void appendOnce(QVector<RadioStation::Genre>& genres, RadioStation::Genre genre)
     }
 }
 
+/** Sets the type; clears the genres and the fields that belong to one kind of source. */
+void reset(RadioStation& station, RadioType type)
+{
+    station.type = type;
+    station.genres.clear();
+    station.band = 0;
+    station.frequency = 0;
+    station.programIdentification = 0;
+    station.hdChannel = 0;
+    station.serviceId = 0;
+    station.componentId = 0;
+    station.channelNumber = 0;
+}
+
 void registerMetaTypes()
 {
     qRegisterMetaType<RadioType>();
@@ -104,43 +118,32 @@ RadioStation& RadioStation::operator=(const RadioStation& other)
 
 RadioStation& RadioStation::operator=(const WaveBand& station)
 {
-    type = AmFmRadio;
+    reset(*this, AmFmRadio);
     name = station.name;
     programIdentification = station.programIdentification;
     frequency = station.frequency;
     band = station.band;
     hdChannel = station.hdChannel;
     const auto& table = station.rbdsCoding != 0 ? rbdsGenreToTyxGenreHash : rdsGenreToTyxGenreHash;
-    genres.clear();
     genres.append(table.value(station.programType));
-    serviceId = 0;
-    componentId = 0;
-    channelNumber = 0;
     return *this;
 }
 
 RadioStation& RadioStation::operator=(const DabService& service)
 {
-    type = DabRadio;
+    reset(*this, DabRadio);
     name = service.label;
     serviceId = service.serviceId;
     componentId = service.componentId;
-    genres.clear();
     genres.append(rdsGenreToTyxGenreHash.value(service.programType));
-    channelNumber = 0;
-    band = 0;
-    hdChannel = 0;
-    frequency = 0;
-    programIdentification = 0;
     return *this;
 }
 
 RadioStation& RadioStation::operator=(const ExtendedSatelliteRadioChannel& channel)
 {
-    type = SatelliteRadio;
+    reset(*this, SatelliteRadio);
     name = channel.name;
     channelNumber = channel.channelNumber;
-    genres.clear();
     genres.reserve(channel.categoryNames.size());
     for (const QString& categoryName : channel.categoryNames) {
         const QString key = categoryName.toLower();
@@ -153,12 +156,6 @@ RadioStation& RadioStation::operator=(const ExtendedSatelliteRadioChannel& chann
         }
     }
     std::sort(genres.begin(), genres.end());
-    serviceId = 0;
-    band = 0;
-    hdChannel = 0;
-    frequency = 0;
-    programIdentification = 0;
-    componentId = 0;
     return *this;
 }
 
