@@ -1,6 +1,6 @@
 # Debian packages, one per install component: the shared library, the development files and the
-# command-line client, which is packaged for Qt 5 only: it would be the same with Qt 6. They need the
-# prefix /usr, which scripts/package sets by its presets.
+# command-line client. The client is packaged with Qt 5 only, because it behaves the same with Qt 6.
+# The packages need the prefix /usr, which the presets set.
 
 set(ORV_PACKAGE_MAINTAINER "libOrvCore maintainers <maintainers@orvcore.example>"
     CACHE STRING "Name and mail address of the maintainer in the Debian packages")
@@ -66,8 +66,7 @@ Shows parsed prompts, sentences, languages, brand sounds, radio genres and
 table files; finds mistakes in prompts and data files; stores checksums of
 speech data files.")
 
-# The pages that scripts/docs has built; the folder may be empty, for a set of packages without them.
-set(ORV_HTML "" CACHE PATH "The built HTML, which becomes the package of documentation")
+set(ORV_HTML "" CACHE PATH "HTML built by scripts/docs, for the package of documentation; empty: no such package")
 if(ORV_HTML)
     list(APPEND CPACK_COMPONENTS_ALL documentation)
     set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS liborvcore-doc)

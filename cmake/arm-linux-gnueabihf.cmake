@@ -8,7 +8,7 @@ set(CMAKE_CROSSCOMPILING_EMULATOR qemu-arm-static -L ${CMAKE_SYSROOT})
 # Turn off notes on how GCC before 7.1 passed parameters.
 set(CMAKE_CXX_FLAGS_INIT -Wno-psabi)
 
-# Use only programs of the host, such as moc; libraries and headers are those of the target.
+# Programs, such as moc, are those of the host; libraries and headers those of the target.
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

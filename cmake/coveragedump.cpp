@@ -1,5 +1,5 @@
-// Part of the library only in coverage builds. A process that ends with a fatal log line or the
-// signal handler's _exit() does not write its counts at exit, so they are written here.
+// Part of the library only in coverage builds. A process that ends by a fatal log line or the signal
+// handler's _exit() runs no exit handlers, so its counts are written here.
 
 #include <csignal>
 #include <cstdlib>
@@ -8,7 +8,7 @@
 
 extern "C" void __gcov_dump();
 
-// Hidden like all symbols: replaces the system's function only in calls from the library.
+// Hidden like all symbols, so it replaces the system's function only in calls from the library.
 extern "C" void _exit(int status)
 {
     __gcov_dump();

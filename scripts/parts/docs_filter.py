@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Prepares a page of docs/ for doxygen: headings get the anchors that links of Markdown expect, such links become
-doxygen's, and a comment "picture: NAME" becomes the picture.
+"""Prepares a page of docs/ for doxygen: gives headings the anchors that Markdown links use, makes such links doxygen's,
+and replaces a comment "picture: NAME" by the picture.
 
 usage: scripts/parts/docs_filter.py PAGE
 """
@@ -27,11 +27,11 @@ def link(match):
 
 
 def code(match):
-    """Code with a backslash or a quote, of which doxygen makes something else."""
+    """Code with a backslash or a quote, which doxygen would change."""
     return '<tt>' + re.sub(r'([\\<>&@"#%])', r'\\\1', match[1]) + '</tt>'
 
 
-# Blocks of code stay as they are; what doxygen cannot colour counts as plain text.
+# Blocks of code do not change, but those in a language unknown to doxygen become plain text.
 for part in re.split(r'(^```.*?^```\n)', page.read_text(), flags=re.M | re.S):
     if part.startswith('```'):
         part = re.sub(r'^```(?!cpp|cmake).*\n', '```{.txt}\n', part)

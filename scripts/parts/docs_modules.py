@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Draws who includes whom, from the list in docs/architecture.md, as a graph for dot.
+"""Prints the list of includes in docs/architecture.md as a graph for dot.
 
 usage: scripts/parts/docs_modules.py, in the root of the tree
 """
@@ -11,7 +11,7 @@ rows = [line.split() for line in re.search(r'^```includes\n(.*?)^```', page, re.
 
 
 def reference(name):
-    """The page of the header, or of its class where it has none."""
+    """The page of the header or, if it has none, of its class."""
     header = pathlib.Path(f'src/core/{name}.h')
     if not header.exists():
         return ''

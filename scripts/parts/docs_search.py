@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Adds the headings of the guides to what the search box finds; doxygen itself adds titles of pages alone.
+"""Adds the headings of the guides to the search index; doxygen adds only the titles of pages.
 
 usage: scripts/parts/docs_search.py, in the root of the tree
 """
@@ -8,7 +8,7 @@ import pathlib
 import re
 
 search = pathlib.Path('build/docs/html/search')
-# Which letters have entries, by category; the first category has all entries.
+# The letters with entries in the first category, which contains all entries.
 letters = json.loads(re.search(r'indexSectionsWithContent =\s*\{\s*0: ("[^"]*")', (search / 'searchdata.js').read_text())[1])
 
 for page in sorted(pathlib.Path('build/docs/html').glob('guide-*.html')):
