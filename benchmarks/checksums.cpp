@@ -23,7 +23,7 @@ QByteArray hashByHand(const QString& fileName) {
     return hash.result().toHex();
 }
 
-/** What the fastest hash at hand would take. */
+/** With a faster implementation of the hash. */
 QByteArray hashByOpenSsl(const QString& fileName) {
     const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(), EVP_MD_CTX_free);
     EVP_DigestInit_ex(context.get(), EVP_md5(), nullptr);

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-/** The code of a language, from an array of what the library says. */
+/** The code of a language, from an array filled by the library. */
 inline QByteArray codeOf(int value) {
     static const std::vector<QByteArray> codes = [] {
         std::vector<QByteArray> all;
@@ -14,5 +14,5 @@ inline QByteArray codeOf(int value) {
     return codes[std::size_t(value)];
 }
 
-/** The same in a library, where it costs a call as ours does. */
+/** The same in a shared library, so that it costs a call, as ours does. */
 QByteArray calledCodeOf(int value);

@@ -4,38 +4,38 @@
 #include <string>
 #include <vector>
 
-/** The largest ratios of our time to a peer's that are accepted. */
+/** The largest accepted ratios of our time to a peer's. */
 struct Target {
-    double each = 0;   ///< 0 where the peer is only shown
-    double median = 0; ///< of all inputs of the operation; 0 where any will do
+    double each = 0;   ///< 0 if the peer is only shown
+    double median = 0; ///< over all inputs of the operation; 0 for no limit
 };
 
-/** One way to do a thing. Returns the seconds it took where it must measure them itself, else 0. */
+/** One implementation of an operation. Returns the seconds it took if it measures them itself, otherwise 0. */
 struct Contender {
     std::string name;
     std::function<double()> run;
     Target target = {};
 };
 
-/** A thing that the library does, beside others that do the same. */
+/** An operation of the library and its peers. */
 struct Comparison {
     std::string operation;
     std::string input;
     std::function<double()> ours;
-    std::vector<Contender> peers; ///< the first has a target
-    long allocationLimit = -1;    ///< heap allocations of one call at most; -1 where any number will do
+    std::vector<Contender> peers; ///< at least one; the growth is compared with the first
+    long allocationLimit = -1;    ///< largest number of heap allocations of one call; -1 for no limit
     bool isSelfTimed = false;
 
-    // Where the same thing is done with inputs of several sizes:
+    // For an operation with inputs of several sizes:
     std::string series = {};
-    double work = 0;    ///< in characters, rows and the like
-    long heapLimit = 0; ///< in bytes; 0 where it is only shown
+    double work = 0;    ///< in characters or rows
+    long heapLimit = 0; ///< largest heap use in bytes; 0 for no limit
 };
 
-/** @return what was added, for what is set afterwards; good until the next is added */
+/** @return the added comparison, to set further fields; valid until the next call */
 Comparison& addComparison(const Comparison& comparison);
 
-/** Turns a function without a result into what a contender runs. */
+/** Makes the function of a contender from one without a result. */
 template <typename Function> std::function<double()> timed(Function function) {
     return [function]() mutable {
         function();

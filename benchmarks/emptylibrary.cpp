@@ -1,1 +1,1 @@
-// Linked to Qt Core and zlib, and nothing else: what loading any library of this kind costs.
+// Contains nothing and links Qt Core and zlib: the cost of loading any such library.

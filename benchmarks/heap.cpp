@@ -4,7 +4,7 @@
 
 #include <malloc.h>
 
-// glibc's own allocator under its other names; what the program defines comes before it.
+// glibc's allocator under its other names: the definitions below replace the usual ones.
 extern "C" void* __libc_malloc(std::size_t size);
 extern "C" void* __libc_calloc(std::size_t count, std::size_t size);
 extern "C" void* __libc_realloc(void* memory, std::size_t size);
@@ -12,7 +12,7 @@ extern "C" void __libc_free(void* memory);
 
 namespace {
 
-// Of one thread, since nothing here starts another that matters.
+// For one thread: the benchmarks start no other.
 bool isMeasuring = false;
 HeapUse use;
 long inUse;

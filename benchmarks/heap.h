@@ -4,8 +4,8 @@
 
 struct HeapUse {
     long allocations;
-    long peak; ///< in bytes, beyond what was in use before
+    long peak; ///< in bytes, above the use at the start
 };
 
-/** What @p function takes from the heap. */
+/** The heap use of @p function. */
 HeapUse heapUseOf(const std::function<void()>& function);

@@ -37,7 +37,7 @@ QByteArray compressed(QByteArray data, int windowBits) {
     return result;
 }
 
-/** Where the pieces begin: elsewhere each time, as how buffers lie to each other in memory is worth 4 %, by luck. */
+/** The end of the first piece, which varies because the alignment of the buffers changes the time by up to 4 %. */
 int startOfPieces() {
     static int calls = 0;
     return ++calls * 1283 % pieceSize;
@@ -81,7 +81,7 @@ void addInflating() {
             const QByteArray data = compressed(isText ? text : noise, isGzip ? 15 + 16 : 15);
             addComparison({"inflate 64 MB", std::string(isText ? "text, " : "noise, ") + (isGzip ? "gzip" : "zlib"),
                 timed([data] { inflateByOrv(data); }), {{"zlib", timed([data] { inflateByZlib(data); }), {1.02}}},
-                10}); // to set up the stream; none for a piece
+                10}); // all to set up the stream
         }
     }
 }

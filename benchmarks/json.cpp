@@ -6,7 +6,7 @@
 
 namespace {
 
-/** An object of 20 keys, of which "key7" leads one level deeper. */
+/** An object of 20 keys; "key7" contains the next level. */
 QJsonObject nested(int depth) {
     QJsonObject object;
     for (int i = 0; i < 20; ++i) { object.insert(QStringLiteral("key%1").arg(i), i); }

@@ -7,7 +7,7 @@ namespace {
 
 /** The CPU time of loading a library in a process of its own that has Qt Core already, in seconds. */
 double load(const std::string& library, const char* process, const char* binding) {
-    // Unlike a QProcess this does not copy the pages of a program that holds many texts.
+    // Unlike QProcess, popen() does not copy the page table, which is large here.
     FILE* const probe = popen((LOAD_PROBE " '" + library + "' " + process + ' ' + binding).c_str(), "r");
     double seconds = 0;
     if (probe == nullptr || std::fscanf(probe, "%lf", &seconds) != 1 || pclose(probe) != 0) { std::abort(); }

@@ -39,7 +39,7 @@ int main(int argc, char** argv) {
     if (std::strcmp(argv[2], "bare") == 0) {
         seconds = load(argv[1], binding);
     } else {
-        // What the first type and the first hash of a process cost is not the library's.
+        // The first type and the first hash of a process must not count as costs of the library.
         const QCoreApplication application(argc, argv);
         qRegisterMetaType<Known>("Known");
         const QHash<QString, int> hash{{QStringLiteral("key"), 1}};

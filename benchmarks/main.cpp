@@ -1,10 +1,9 @@
-// Runs the library beside its peers, interleaved, and prints tables of what each took.
-// usage: orvbench [--brief] [--picture FILE] [FILTER]   --brief runs each once and only says so
+// Measures the library and its peers in turn, and prints tables of their times.
+// usage: orvbench [--brief] [--picture FILE] [FILTER]   --brief runs each operation once and prints no tables
 
 #include "comparison.h"
 #include "heap.h"
-#include "picture.h"
-#include "report.h"
+#include "summary.h"
 
 #include <benchmark/benchmark.h>
 
@@ -20,7 +19,7 @@ namespace {
 
 std::vector<Comparison> comparisons;
 
-/** Keeps the median of each benchmark, by its name, in nanoseconds. */
+/** Keeps the median of each benchmark by its name, in nanoseconds. */
 class MedianKeeper : public benchmark::BenchmarkReporter
 {
 public:
@@ -82,7 +81,7 @@ std::vector<Measurement> measurementsOf(const std::map<std::string, double>& med
         if (ours == medians.end()) { continue; }
         Measurement measurement{comparison, ours->second, {}, {}};
         for (const Contender& peer : comparison.peers) { measurement.peers.push_back(medians.at(keyOf(i, peer.name))); }
-        if (!comparison.isSelfTimed) { // what is made once was made by now
+        if (!comparison.isSelfTimed) { // objects that are made once exist by now
             measurement.heap = heapUseOf([&comparison] { comparison.ours(); });
         }
         measurements.push_back(measurement);
@@ -97,7 +96,7 @@ Comparison& addComparison(const Comparison& comparison) { return comparisons.emp
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    // Memory stays with the process: getting it from the system anew is not what is compared.
+    // Memory stays with the process: the allocation of pages by the system is not compared.
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
     bool isBrief = false;
@@ -117,7 +116,7 @@ int main(int argc, char** argv) {
         add();
     }
     registerAll(filter, isBrief);
-    // Interleaving spreads what else the machine does over all contenders.
+    // Random order spreads disturbances by other processes over all contenders.
     std::string interleave = "--benchmark_enable_random_interleaving=true";
     char* options[] = {argv[0], interleave.data()};
     int optionCount = 2;

@@ -1,6 +1,5 @@
-#include "picture.h"
-
 #include "samples.h"
+#include "summary.h"
 
 #include <algorithm>
 #include <cmath>
@@ -49,7 +48,7 @@ private:
     std::string body;
 };
 
-/** A row for each operation and peer, on a scale of powers. @return where it ends */
+/** A row for each operation and peer, on a logarithmic scale. @return the bottom */
 double drawRatios(Svg& svg, const std::vector<Ratios>& rows, double top) {
     constexpr double left = 380;
     constexpr double right = width - 90;
@@ -59,8 +58,8 @@ double drawRatios(Svg& svg, const std::vector<Ratios>& rows, double top) {
     const auto xOf = [=](double ratio) {
         return left + (right - left) * std::log(std::clamp(ratio, least, most) / least) / std::log(most / least);
     };
-    svg.text(margin, top, "Our time by the peer's: the dot is the median of the inputs, the line goes to the worst,");
-    svg.text(margin, top + 15, "the upright stroke is the largest that is accepted. Left of 1 the library is faster.");
+    svg.text(margin, top, "Our time divided by the peer's. Dot: the median of the inputs; line: up to the worst;");
+    svg.text(margin, top + 15, "grey stroke: the largest accepted ratio. Below 1 the library is faster.");
     const double axis = top + 40;
     const double bottom = axis + rowHeight * double(rows.size()) + 4;
     for (const double mark : {0.05, 0.1, 0.2, 0.5, 1.0, 2.0, 4.0}) {
@@ -82,7 +81,7 @@ double drawRatios(Svg& svg, const std::vector<Ratios>& rows, double top) {
     return bottom;
 }
 
-/** A small chart of one series: the time for each unit of work by size. */
+/** A small chart of one series: the time for each unit of work, by size. */
 void drawSeries(Svg& svg, const Growth& growth, double left, double top, double chartWidth, double chartHeight) {
     const double bottom = top + chartHeight;
     svg.text(left, top - 6, growth.operation + ", " + growth.series, "start", growth.holds() ? black : red);
@@ -108,13 +107,13 @@ void drawSeries(Svg& svg, const Growth& growth, double left, double top, double 
     svg.text(left + chartWidth, bottom + 14, growth.inputs.back(), "end");
 }
 
-/** @return where it ends */
+/** @return the bottom */
 double drawGrowths(Svg& svg, const std::vector<Growth>& growths, double top) {
     constexpr int chartsInRow = 5;
     constexpr double pitch = (width - 2 * margin) / chartsInRow;
     constexpr double rowHeight = 145;
-    svg.text(margin, top, "The time for each character, or each row of a table, by the size of the text: ours blue,");
-    svg.text(margin, top + 15, "the floor's (the plain reader's) grey. A level line is linear growth.");
+    svg.text(margin, top, "The time for each character or table row, by the size of the text. Blue: the library;");
+    svg.text(margin, top + 15, "grey: the floor or the plain reader. A level line is linear growth.");
     double y = top + 45;
     for (std::size_t i = 0; i < growths.size(); ++i) {
         drawSeries(svg, growths[i], margin + pitch * double(i % chartsInRow), y, pitch - 24, rowHeight - 55);

@@ -7,7 +7,7 @@
 
 namespace {
 
-/** Whether this is a form of its own: the others are those that MarkupRule has too. */
+/** Whether to measure a form: MarkupRule has the same forms as the excluded rules. */
 bool isMeasured(const PromptForm& form) { return form.rule != OffboardFileRule && form.rule != BrandSoundRule; }
 
 PromptData parseByRegularExpressions(const QString& input, PromptContext context) {
@@ -31,7 +31,7 @@ PromptData parseByRegularExpressions(const QString& input, PromptContext context
     return PromptData(input, PromptText);
 }
 
-/** A word, or words for what may hold blanks. */
+/** A path without blanks, or text with blanks. */
 QString content(const PromptForm& form, int length) {
     const bool isPath = form.mode == PromptAudio || form.mode == PromptFile;
     return (isPath ? QStringLiteral("/speech/sounds") : QStringLiteral("Please turn left. "))

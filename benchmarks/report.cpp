@@ -1,4 +1,4 @@
-#include "report.h"
+#include "summary.h"
 
 #include <QFile>
 #include <QtGlobal>
@@ -49,7 +49,7 @@ void printRatios(const std::vector<Ratios>& rows) {
     }
 }
 
-/** The worst of each operation. */
+/** The worst growth of each operation. */
 void printGrowth(const std::vector<Growth>& growths) {
     if (growths.empty()) { return; }
     std::puts("\n| Operation | Compared with | Worst of | Our growth / peer's | Target | Holds |\n"

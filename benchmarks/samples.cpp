@@ -23,7 +23,7 @@ QString sampleText(Language language, int length, bool isTagged, quint32 seed) {
         sentenceCount += isWithin ? 0 : 1;
     }
     const int wordCount = int(words[0].size() + words[1].size());
-    // The engine and its plain output are the same everywhere; the library's distributions are not.
+    // The output of the engine is the same with every C++ library; that of the distributions is not.
     std::mt19937 random(seed);
     const auto drawn = [&random](int count) { return int(random() % quint32(count)); };
     QString text;
@@ -41,7 +41,7 @@ QString sampleText(Language language, int length, bool isTagged, quint32 seed) {
 }
 
 QString temporaryPath(const QString& name) {
-    // In memory where that can be, since disks are not what is compared.
+    // In memory if possible: disks are not compared.
     static const QTemporaryDir folder(
         QFileInfo(QStringLiteral("/dev/shm")).isWritable() ? QStringLiteral("/dev/shm/orvbench") : QString());
     return folder.filePath(name);

@@ -4,21 +4,21 @@
 
 #include <QString>
 
-/** A text that must be looked at anew each time is this long at least, in UTF-16 code units. */
+/** The least length, in UTF-16 code units, of a text that the processor does not learn to predict. */
 constexpr int unlearnable = 32 * 1024;
 
 /**
- * @p length UTF-16 code units in words of the sample of @p language, single characters where that
- * has no blanks, in an order that depends on @p seed alone. Ends of sentences, digits and capitals
- * are as frequent as in the sample, and where they were, but nothing repeats. A tagged text has a
- * tag for every second sentence and a reset for every ninth.
+ * A text of @p length UTF-16 code units. It consists of words from the sample of @p language (of
+ * characters if that has no blanks), in an order that depends only on @p seed. Ends of sentences,
+ * digits and capitals are as frequent as in the sample, but nothing repeats. A tagged text has a tag
+ * for every second sentence and a reset for every ninth.
  */
 QString sampleText(Language language, int length, bool isTagged, quint32 seed);
 
 /** The languages that have a sample. */
 QList<Language> sampleLanguages();
 
-/** A path below a folder that goes when the program ends. */
+/** A path in a folder that is deleted when the program ends. */
 QString temporaryPath(const QString& name);
 
 void writeFile(const QString& fileName, const QByteArray& content);

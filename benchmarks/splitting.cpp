@@ -29,8 +29,8 @@ Pieces piecesOf(const QString& text, const QStringList& sentences) {
 }
 
 /**
- * What no splitter can do without: one pass over the text that finds the marks which end its
- * sentences, and the list of strings. It has no rules and no tags, and knows where to cut.
+ * The least work of any splitter: one pass over the text that finds the marks at the ends of
+ * sentences, and the list of strings. It applies no rules, repeats no tags and knows the pieces.
  */
 QStringList floorOf(const QString& text, QChar fullStop, const Pieces& pieces) {
     const auto isMark = [fullStop](QChar character) {
@@ -66,7 +66,7 @@ QStringList splitByQt(const QString& text) {
     return sentences;
 }
 
-/** Runs a function with the next of several texts each time, so that no short one is known by heart. */
+/** Runs a function with several texts in turn, so that the processor does not learn a short one. */
 template <typename Function> std::function<double()> withNextOf(const QStringList& texts, Function function) {
     return timed([texts, function, next = 0]() mutable {
         function(next);

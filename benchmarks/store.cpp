@@ -30,7 +30,7 @@ void addStore() {
     const QString copyName = temporaryPath(QStringLiteral("copy.json"));
     addComparison({"store: write", "50,000 entries", timed([manager] { manager->writePersistentData(); }),
         {{"QJsonDocument", timed([document, copyName] { writeFile(copyName, document.toJson()); }), {1.6}}}});
-    // Several take turns, since it depends on the hash's seed how many entries are in the way of one.
+    // Several paths take turns: the seed of the hash determines how many entries a look-up passes.
     constexpr int turns = 64;
     QStringList paths;
     QStringList keys;

@@ -11,7 +11,7 @@ double median(std::vector<double> values) {
     return values.size() % 2 != 0 ? values[half] : (values[half - 1] + values[half]) / 2;
 }
 
-/** The one of @p rows that @p isSame tells of, which is made where it is missing. */
+/** The row for which @p isSame is true; adds @p made if there is none. */
 template <typename Row, typename Predicate> Row& rowIn(std::vector<Row>& rows, Predicate isSame, const Row& made) {
     const auto found = std::find_if(rows.begin(), rows.end(), isSame);
     return found != rows.end() ? *found : rows.emplace_back(made);

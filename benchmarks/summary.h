@@ -4,19 +4,19 @@
 
 #include "heap.h"
 
-/** A comparison with what was measured of it. */
+/** A comparison and its measurements. */
 struct Measurement {
     Comparison comparison;
     double ours;               ///< the median, in nanoseconds
-    std::vector<double> peers; ///< in the order of the comparison's
+    std::vector<double> peers; ///< in the order of the comparison
     HeapUse heap;
 
     double ratio(std::size_t peer) const { return ours / peers[peer]; }
-    bool holds(std::size_t peer) const; ///< with the use of the heap
+    bool holds(std::size_t peer) const; ///< including its heap use
     bool holds() const;
 };
 
-/** Our time by a peer's, of all inputs of an operation. */
+/** The ratios of our time to a peer's over all inputs of an operation. */
 struct Ratios {
     std::string operation;
     std::string peer;
@@ -36,14 +36,14 @@ struct Growth {
     std::vector<double> ours;
     std::vector<double> peers;
 
-    /** How much more ours grows from the smallest to the largest than the peer's. */
+    /** Our growth from the smallest to the largest size, divided by the peer's. */
     double ratio() const { return ours.back() / ours.front() / (peers.back() / peers.front()); }
     bool holds() const { return ratio() <= largestRatio; }
 
     static constexpr double largestRatio = 1.25;
 };
 
-/** What one run found out. */
+/** The results of one run. */
 struct Report {
     explicit Report(const std::vector<Measurement>& measurements);
 
@@ -54,7 +54,13 @@ struct Report {
     std::vector<Growth> growths;
 };
 
-/** A time in the unit that suits it. */
+/** A time in a suitable unit. */
 std::string duration(double nanoseconds);
 
 std::string format(const char* pattern, double value);
+
+/** Prints the tables: a summary by operation, how times grow with the work, and each comparison. */
+void printReport(const Report& report); // in report.cpp
+
+/** Writes the ratios and the growth as an SVG picture. */
+void writePicture(const Report& report, const char* fileName); // in picture.cpp

@@ -52,10 +52,10 @@ void addReading(int rowCount) {
                                            file.parse(fileName);
                                        }),
         {{"plain reader", timed([fileName] { readPlainly(fileName); }), {rowCount == 200'000 ? 0.55 : 0.65}}},
-        2 * rowCount + rowCount / 100 + 128}); // a row's line and the rest; what the file is read with
+        2 * rowCount + rowCount / 100 + 128}); // two for each row; the rest to read the file
     added.series = "6 columns";
     added.work = rowCount;
-    added.heapLimit = long(2.4 * 2 * double(content.size())) + 128 * 1024; // as UTF-16, and the reader
+    added.heapLimit = long(2.4 * 2 * double(content.size())) + 128 * 1024; // as UTF-16; the rest to read the file
 }
 
 /** Reads the fields of @p rowCount rows of @p columnCount columns by their names. */
