@@ -114,7 +114,7 @@ print('\nSymbols', *sorted(lines), sep='\n')
 
 described = {}
 for node in tree.iter():
-    if node.tag in ('class-decl', 'enum-decl') and is_public(node):
+    if node.tag in ('class-decl', 'enum-decl') and is_public(node) and '<' not in node.get('name'):
         name = scopes[node.get('id')] + node.get('name')
         described[name] = record(node, name) if node.tag == 'class-decl' else enumeration(node, name)
 
