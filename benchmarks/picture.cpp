@@ -69,14 +69,14 @@ double drawRatios(Svg& svg, const std::vector<Ratios>& rows, double top) {
     double y = axis;
     for (const Ratios& row : rows) {
         y += rowHeight;
-        const char* const colour = row.holds ? blue : red;
+        const char* const colour = row.holds() ? blue : red;
         const std::string input = row.inputs.size() == 1 ? ", " + row.inputs.front() : "";
         svg.text(left - 10, y, row.operation + input + " / " + row.peer, "end");
-        svg.line(xOf(row.median), y - 4, xOf(row.worst), y - 4, colour, 2);
-        svg.dot(xOf(row.median), y - 4, colour);
+        svg.line(xOf(row.median()), y - 4, xOf(row.worst()), y - 4, colour, 2);
+        svg.dot(xOf(row.median()), y - 4, colour);
         svg.line(xOf(row.target.each), y - 10, xOf(row.target.each), y + 2, grey, 2);
-        const std::string worst = row.inputs.size() == 1 ? "" : format(" to %.2f", row.worst);
-        svg.text(right + 10, y, format("%.2f", row.median) + worst);
+        const std::string worst = row.inputs.size() == 1 ? "" : format(" to %.2f", row.worst());
+        svg.text(right + 10, y, format("%.2f", row.median()) + worst);
     }
     return bottom;
 }

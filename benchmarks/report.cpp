@@ -44,8 +44,8 @@ void printRatios(const std::vector<Ratios>& rows) {
         const std::string target = format("%.2f", row.target.each)
                                    + (row.target.median == 0 ? "" : format(", median %.2f", row.target.median));
         std::printf("| %s | %s | %s | %.2f | %.2f | %s | %s |\n", row.operation.c_str(), row.peer.c_str(),
-            row.inputs.size() == 1 ? row.inputs.front().c_str() : std::to_string(row.inputs.size()).c_str(), row.median,
-            row.worst, target.c_str(), verdict(row.holds));
+            row.inputs.size() == 1 ? row.inputs.front().c_str() : std::to_string(row.inputs.size()).c_str(),
+            row.median(), row.worst(), target.c_str(), verdict(row.holds()));
     }
 }
 

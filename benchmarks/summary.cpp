@@ -5,12 +5,6 @@
 
 namespace {
 
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    const std::size_t half = values.size() / 2;
-    return values.size() % 2 != 0 ? values[half] : (values[half - 1] + values[half]) / 2;
-}
-
 /** The row for which @p isSame is true; adds @p made if there is none. */
 template <typename Row, typename Predicate> Row& rowIn(std::vector<Row>& rows, Predicate isSame, const Row& made) {
     const auto found = std::find_if(rows.begin(), rows.end(), isSame);
@@ -18,35 +12,23 @@ template <typename Row, typename Predicate> Row& rowIn(std::vector<Row>& rows, P
 }
 
 std::vector<Ratios> ratiosOf(const std::vector<Measurement>& measurements) {
-    struct Row {
-        Ratios ratios;
-        std::vector<double> values;
-    };
-    std::vector<Row> rows;
+    std::vector<Ratios> rows;
     for (const Measurement& measurement : measurements) {
         const Comparison& comparison = measurement.comparison;
         for (std::size_t i = 0; i < comparison.peers.size(); ++i) {
             const Contender& peer = comparison.peers[i];
             if (peer.target.each == 0) { continue; }
-            const auto isSame = [&](const Row& row) {
-                return row.ratios.operation == comparison.operation && row.ratios.peer == peer.name
-                       && row.ratios.target.each == peer.target.each;
+            const auto isSame = [&](const Ratios& row) {
+                return row.operation == comparison.operation && row.peer == peer.name
+                       && row.target.each == peer.target.each;
             };
-            Row& row = rowIn(rows, isSame, {{comparison.operation, peer.name, {}, peer.target, 0, 0, true}, {}});
-            row.ratios.inputs.push_back(comparison.input);
-            row.ratios.holds = row.ratios.holds && measurement.holds(i);
+            Ratios& row = rowIn(rows, isSame, {comparison.operation, peer.name, peer.target, {}, {}});
+            row.inputs.push_back(comparison.input);
             row.values.push_back(measurement.ratio(i));
+            row.eachHolds = row.eachHolds && measurement.holds(i);
         }
     }
-    std::vector<Ratios> result;
-    for (Row& row : rows) {
-        Ratios& ratios = row.ratios;
-        ratios.median = median(row.values);
-        ratios.worst = *std::max_element(row.values.begin(), row.values.end());
-        ratios.holds = ratios.holds && (ratios.target.median == 0 || ratios.median <= ratios.target.median);
-        result.push_back(ratios);
-    }
-    return result;
+    return rows;
 }
 
 std::vector<Growth> growthsOf(const std::vector<Measurement>& measurements) {
@@ -82,15 +64,23 @@ bool Measurement::holds() const {
     return true;
 }
 
+double Ratios::median() const {
+    std::vector<double> sorted = values;
+    std::sort(sorted.begin(), sorted.end());
+    const std::size_t half = sorted.size() / 2;
+    return sorted.size() % 2 != 0 ? sorted[half] : (sorted[half - 1] + sorted[half]) / 2;
+}
+
+double Ratios::worst() const { return *std::max_element(values.begin(), values.end()); }
+
 Report::Report(const std::vector<Measurement>& measurements)
     : measurements(measurements)
     , ratios(ratiosOf(measurements))
     , growths(growthsOf(measurements)) {}
 
 bool Report::holds() const {
-    const auto holds = [](const auto& row) { return row.holds; };
-    return std::all_of(ratios.begin(), ratios.end(), holds)
-           && std::all_of(growths.begin(), growths.end(), [](const Growth& growth) { return growth.holds(); });
+    const auto holds = [](const auto& row) { return row.holds(); };
+    return std::all_of(ratios.begin(), ratios.end(), holds) && std::all_of(growths.begin(), growths.end(), holds);
 }
 
 std::string format(const char* pattern, double value) {

@@ -20,11 +20,14 @@ struct Measurement {
 struct Ratios {
     std::string operation;
     std::string peer;
-    std::vector<std::string> inputs;
     Target target;
-    double median;
-    double worst;
-    bool holds;
+    std::vector<std::string> inputs;
+    std::vector<double> values; ///< one for each input
+    bool eachHolds = true;
+
+    double median() const;
+    double worst() const;
+    bool holds() const { return eachHolds && (target.median == 0 || median() <= target.median); }
 };
 
 /** The time for each unit of work (a character, a row) at each size, smallest first, in nanoseconds. */
