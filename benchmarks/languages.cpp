@@ -1,4 +1,3 @@
-#include "codearray.h"
 #include "comparison.h"
 
 #include <core/speech/language.h>
@@ -7,6 +6,25 @@
 
 #include <QHash>
 #include <QVector>
+
+#include <vector>
+
+namespace {
+
+/** The code of a language, from an array filled by the library. */
+QByteArray codeOf(int value) {
+    static const std::vector<QByteArray> codes = [] {
+        std::vector<QByteArray> all;
+        for (int each = 0; each <= Thai; ++each) { all.push_back(convertLanguageIdToIso(Language(each))); }
+        return all;
+    }();
+    return codes[std::size_t(value)];
+}
+
+// Called through a pointer, like a function of a shared library.
+QByteArray (*volatile calledCodeOf)(int) = codeOf;
+
+} // namespace
 
 void addLanguages() {
     static QHash<QByteArray, Language> languages;

@@ -1,3 +1,0 @@
-#include "codearray.h"
-
-QByteArray calledCodeOf(int value) { return codeOf(value); }
