@@ -84,7 +84,7 @@ said_by_player=$(echo "$first $second" | PATH="$folder/bin:$PATH" "$prompter" 2>
 
 # A signal ends the player, and the next run reuses the rendered files.
 rm "$folder"/prompter/*.wav "$folder/playing" "$folder/bin/espeak-ng"
-printf '#!/bin/sh\necho >"$XDG_CACHE_HOME/playing"\nexec sleep 60\n' >"$folder/bin/play"
+printf '#!/bin/sh\n[ "$(head -c 1 | wc -c)" = 1 ] && >"$XDG_CACHE_HOME/playing"\nexec sleep 60\n' >"$folder/bin/play"
 echo "$first" | PATH="$folder/bin:$PATH" "$prompter" >"$folder/signal.text" 2>&1 &
 until [ -e "$folder/playing" ]; do sleep 0.1; done
 SECONDS=0

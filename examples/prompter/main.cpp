@@ -119,8 +119,10 @@ private:
             maker.write(input);
             maker.closeWriteChannel();
             if (!hasSucceeded(maker)) {
-                complain(place, program + QStringLiteral(" failed"));
-                --wanted;
+                if (player.state() != QProcess::NotRunning) { // no signal has ended both
+                    complain(place, program + QStringLiteral(" failed"));
+                    --wanted;
+                }
                 return;
             }
             store.insert(name, language, type);
