@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int waitingTime = 5000; // milliseconds
+constexpr int waitingTime = 3000; // milliseconds
 constexpr int mostLinks = 40;     // as many as the system follows
 
 QString holderOf(const QLockFile& lock)
