@@ -57,38 +57,29 @@ private Q_SLOTS:
         const QByteArray process = QByteArray::number(QCoreApplication::applicationPid());
         write("locked/store.json", "[]");
         write("locked/store.json.lock", process + "\norvtest\n" + QSysInfo::machineHostName().toUtf8() + "\n");
-        QVERIFY(QFile::link(folder.filePath(u("locked/store.json")), folder.filePath(u("locked/link.json"))));
+        QVERIFY(QFile::link(folder.filePath(u("locked/store.json")), folder.filePath(u("link.json"))));
         QFile lock(folder.filePath(u("locked/store.json.lock")));
         QVERIFY(lock.open(QIODevice::ReadWrite));
         QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime));
-        for (const bool removes : {false, true}) {
-            lockedOut[removes].setWorkingDirectory(folder.filePath(u("locked")));
-            lockedOut[removes].start(u(ORV_PROGRAM),
-                {u("checksum"), u(removes ? "remove" : "update"), u("--store"), u("link.json"), u(".")});
-        }
+        start(lockedOut[0], "checksum update --store link.json locked");
+        start(lockedOut[1], "checksum remove --store link.json locked");
     }
 
     void answers_data() {
         QTest::addColumn<QMap<char, QByteArray>>("lines"); // by their mark
-        QMap<char, QByteArray> lines;
-        int number = 0;
-        const auto finishCase = [&lines, &number] {
-            if (lines.contains('$')) { QTest::addRow("line %d: %s", number, lines['$'].constData()) << lines; }
-            lines.clear();
-        };
-        int lineNumber = 0;
-        for (const QByteArray& line : (readData("orv.txt") + transcripts("../../docs/formats.md")).split('\n')) {
-            ++lineNumber;
-            if (line.startsWith('$')) {
-                finishCase();
-                number = lineNumber;
-                lines['$'] = line.mid(2);
-            } else if (!line.isEmpty() && line[0] != '#') {
+        QStringList blocks = u(readData("orv.txt") + transcripts("../../docs/formats.md")).split(u("\n$"));
+        auto number = blocks.takeFirst().count(QLatin1Char('\n')) + 2; // of the line
+        for (const QString& block : qAsConst(blocks)) {
+            QMap<char, QByteArray> lines;
+            for (const QByteArray& line : ('$' + block.toUtf8()).split('\n')) {
                 const bool isOpen = line.size() > 1 && line[1] == line[0];
-                lines[line[0]] += line.mid(isOpen ? 3 : 2) + (isOpen ? "" : "\n");
+                if (!line.isEmpty() && line[0] != '#') {
+                    lines[line[0]] += line.mid(isOpen ? 3 : 2) + (isOpen ? "" : "\n");
+                }
             }
+            QTest::addRow("line %d:%s", int(number), qUtf8Printable(block.section(QLatin1Char('\n'), 0, 0))) << lines;
+            number += block.count(QLatin1Char('\n')) + 1;
         }
-        finishCase();
     }
     void answers() {
         using Lines = QMap<char, QByteArray>;
@@ -96,7 +87,7 @@ private Q_SLOTS:
         for (QByteArray::size_type at = 0; (at = lines['<'].indexOf("\\x", at)) >= 0; ++at) {
             lines['<'].replace(at, 4, QByteArray::fromHex(lines['<'].mid(at + 2, 2)));
         }
-        QStringList words = lines['$'].isEmpty() ? QStringList() : u(lines['$']).split(QLatin1Char(' '));
+        QStringList words = split(lines['$'].chopped(1));
         const QString program = words.removeOne(u("orv")) ? folder.filePath(u("bin/orv")) : u(ORV_PROGRAM);
         const ChildResult result = runChild(words, program, lines['<'], folder.path());
         QCOMPARE(result.output, lines['>']);
@@ -106,34 +97,31 @@ private Q_SLOTS:
     }
 
     void everyFormOfMarkupIsToldOf() {
-        const QStringList check{u("check"), u("prompts"), u("--context"), u("a4a"), u("-")};
-        const QString pages[] = {u("src/core/speech/speechcommon.h"), u("docs/formats.md")};
         for (const PromptForm& form : promptForms) {
             const bool isPath = form.mode == PromptAudio || form.mode == PromptFile;
             const QString text = form.rule == BrandSoundRule ? u("ID") : isPath ? u("PATH") : u("TEXT");
             const QString markup = form.written(text, u("ISO"), u("GENRE"));
-            for (const QString& page : pages) {
-                QVERIFY2(u(readData(qPrintable(u("../../") + page))).contains(markup),
-                    qPrintable(page + u(" lacks ") + markup));
+            for (const QString& page : {u("src/core/speech/speechcommon.h"), u("docs/formats.md")}) {
+                QVERIFY2(
+                    u(readFile(u(TEST_SOURCES) + page)).contains(markup), qPrintable(page + u(" lacks ") + markup));
             }
-            const QString input = markup.chopped(1) + u("\n") + markup;
-            const QString findings = u(runChild(check, u(ORV_PROGRAM), input.toUtf8()).output);
+            const QByteArray input = (markup.chopped(1) + u("\n") + markup).toUtf8();
+            const QString findings = u(orv("check prompts --context a4a -", input).output);
             const bool isNearest = findings.contains(u("the nearest form is ") + markup + u(";"));
-            QVERIFY2(isNearest || form.rule == BrandSoundRule,
-                qPrintable(u("tools/orv/checks/prompts.cpp lacks ") + markup));
+            const bool isTagTold =
+                !orv("check prompts --context brandsound -", markup.toUtf8()).output.contains(": > ");
+            QVERIFY2((isNearest || form.rule == BrandSoundRule) && isTagTold,
+                qPrintable(u("tools/orv/checks/prompts.cpp lacks the tag or form of ") + markup));
             QCOMPARE(findings.contains(u("unknown language: \"ISO\"")), markup.contains(u("ISO")));
-            const QStringList soundsOnly{u("check"), u("prompts"), u("--context"), u("brandsound"), u("-")};
-            QVERIFY2(!runOrv(soundsOnly, markup.toUtf8()).output.contains(": > "),
-                qPrintable(u("tools/orv/checks/prompts.cpp lacks the tag of ") + markup));
         }
     }
 
     void checksumsOfTheCurrentFolder() {
+        const QStringList words{u("checksum"), u("update"), u("--store"), u("here.json")};
         for (const char* path : {"a", "."}) {
-            const QStringList words{u("checksum"), u("update"), u("--json"), u("--store"), u("here.json"), u(path)};
-            const ChildResult result = runChild(words, u(ORV_PROGRAM), {}, folder.filePath(u("files")));
-            const QByteArray unchanged = path[0] == '.' ? "1" : "0"; // for the second time
-            QCOMPARE(result.output, R"({"changed":0,"new":1,"unchanged":)" + unchanged + "}\n");
+            const ChildResult result =
+                runChild(words + QStringList{u(path)}, u(ORV_PROGRAM), {}, folder.filePath(u("files")));
+            QCOMPARE(result.output, "1 new, 0 changed, " + QByteArray(path[0] == '.' ? "1" : "0") + " unchanged\n");
         }
     }
 
@@ -145,16 +133,14 @@ private Q_SLOTS:
         for (int i = 0; i < 4; ++i) {
             const QString data = folder.filePath(u("shared/%1").arg(i));
             QVERIFY(writeFile(data, {}) && QFile::resize(data, 8'000'000)); // all have begun before the first ends
-            updates[i].setWorkingDirectory(folder.path());
-            updates[i].start(u(ORV_PROGRAM),
-                {u("checksum"), u("update"), u("--store"), u(i % 2 ? "shared.json" : "shared/store.json"), data});
+            const QByteArray name = i % 2 ? "shared.json" : "shared/store.json";
+            start(updates[i], "checksum update --store " + name + " shared/" + QByteArray::number(i));
         }
         for (ChildProcess& update : updates) {
             QVERIFY(update.waitForFinished());
             QCOMPARE(update.readAllStandardOutput(), QByteArray("1 new, 0 changed, 0 unchanged\n"));
         }
-        const QStringList verify{u("checksum"), u("verify"), u("--store"), store, folder.filePath(u("shared"))};
-        QCOMPARE(runChild(verify, u(ORV_PROGRAM)).output, QByteArray()); // nor is another file left
+        QCOMPARE(orv("checksum verify --store shared.json shared").output, QByteArray()); // nor is another file left
     }
 
     void namesThatAreNotUtf8() {
@@ -163,7 +149,7 @@ private Q_SLOTS:
         QVERIFY(writeFile(folder.filePath(u("names/a")), {}));
         QCOMPARE(rename((data + "/a").constData(), (data + "/a\xE9-").constData()), 0);
         for (const char* action : {"update", "verify"}) {
-            const ChildResult result = runOrv({u("checksum"), u(action), u("--store"), u("names.json"), u("names")});
+            const ChildResult result = orv("checksum " + QByteArray(action) + " --store names.json names");
             QVERIFY(result.error.startsWith("orv: names/a\\xe9-: the name is not valid UTF-8\n"));
             QCOMPARE(result.exitCode, 2);
         }
@@ -173,22 +159,20 @@ private Q_SLOTS:
     // What the schema of SARIF 2.1.0 requires, and the same findings as otherwise.
     void findingsAsSarif() {
         QVERIFY(writeFile(folder.filePath(u("sarif/ü %.txt")), "<TEXT>ä</TEXT>\n\xFF\n<text></text>"));
-        const QStringList check{u("check"), u("prompts"), u("sarif"), u("prompts")};
-        const QJsonObject log = QJsonDocument::fromJson(runOrv(check + QStringList{u("--sarif")}).output).object();
-        QCOMPARE(log[u("version")], QJsonValue(u("2.1.0")));
+        const QJsonObject log = QJsonDocument::fromJson(orv("check prompts sarif prompts --sarif").output).object();
         const QJsonValue run = log[u("runs")][0];
-        QCOMPARE(run[u("columnKind")], QJsonValue(u("utf16CodeUnits")));
         const QJsonValue driver = run[u("tool")][u("driver")];
-        QCOMPARE(driver[u("name")], QJsonValue(u("orv")));
+        const QJsonArray heads{log[u("version")], run[u("columnKind")], driver[u("name")]};
+        QCOMPARE(heads, (QJsonArray{u("2.1.0"), u("utf16CodeUnits"), u("orv")}));
         QSet<QString> ids;
         for (const QJsonValue& rule : driver[u("rules")].toArray()) {
             QVERIFY(!rule[u("shortDescription")][u("text")].toString().isEmpty());
-            const QStringList levels{u("note"), u("warning"), u("error")};
-            QVERIFY(levels.contains(rule[u("defaultConfiguration")][u("level")].toString()));
+            const QString level = rule[u("defaultConfiguration")][u("level")].toString();
+            QVERIFY(level == u("note") || level == u("warning") || level == u("error"));
             ids += rule[u("id")].toString();
         }
         QCOMPARE(ids.size(), driver[u("rules")].toArray().size());
-        const QString help = u(runOrv({u("help"), u("check")}).output).section(u("\nRules:\n"), 1);
+        const QString help = u(orv("help check").output).section(u("\nRules:\n"), 1);
         QCOMPARE(help.section(u("\n\n"), 0, 0).count(QLatin1Char('\n')) + 1, ids.size());
         QByteArray findings;
         for (const QJsonValue& finding : run[u("results")].toArray()) {
@@ -203,21 +187,19 @@ private Q_SLOTS:
                     .toJson(QJsonDocument::Compact)
                 + '\n';
         }
-        QCOMPARE(runOrv(check + QStringList{u("--json")}).output, findings);
+        QCOMPARE(orv("check prompts sarif prompts --json").output, findings);
         QVERIFY(findings.contains("ü %.txt"));
     }
 
     void findingsInAnEditor() {
         const QString vim = QStandardPaths::findExecutable(u("vim"));
         if (vim.isEmpty() || isEmulated) { QSKIP("there is no vim that this system runs: scripts/setup vim"); }
-        QVERIFY(writeFile(folder.filePath(u("errors")), runOrv({u("check"), u("prompts"), u("prompts")}).output));
+        QVERIFY(writeFile(folder.filePath(u("errors")), orv("check prompts prompts").output));
         const QString list = u("call writefile(map(getqflist(), 'bufname(v:val.bufnr) . \" \" . v:val.lnum . \" \" . "
                                "v:val.col . v:val.text[:8]'), 'quickfix')");
         runChild({u("-u"), u("NONE"), u("-es"), u("-c"), u("cgetfile errors"), u("-c"), list, u("-c"), u("qall!")}, vim,
             {}, folder.path());
-        QFile quickfix(folder.filePath(u("quickfix")));
-        QVERIFY(quickfix.open(QIODevice::ReadOnly));
-        QCOMPARE(quickfix.readAll(),
+        QCOMPARE(readFile(folder.filePath(u("quickfix"))),
             QByteArray("prompts/a.txt 1 17 warning:\nprompts/a.txt 2 1 warning:\nprompts/deep/b.txt 1 1 warning:\n"));
     }
 
@@ -231,18 +213,17 @@ private Q_SLOTS:
         for (const auto context : {GeneralContext, BrandSoundContext, A4AContext}) {
             QStringList prompts;
             for (int round = testRounds(3); round > 0; --round) { prompts += randomText(random, fragments, 8); }
-            const QString option = QString::number(context);
-            const QStringList words{u("--sounds"), u("sounds.json"), u("--json"), u("--context"), option, u("-")};
+            prompts.removeDuplicates();
+            const QByteArray words = " --sounds sounds.json --json - --context " + QByteArray::number(context);
             const QByteArray input = prompts.join(QLatin1Char('\n')).toUtf8();
             QSet<int> found;
-            for (const QByteArray& line :
-                runOrv(QStringList{u("check"), u("prompts")} + words, input).output.split('\n')) {
+            for (const QByteArray& line : orv("check prompts" + words, input).output.split('\n')) {
                 const QJsonObject finding = QJsonDocument::fromJson(line).object();
                 const QStringList rules{u("blank-in-path"), u("unknown-form"), u("wrong-context")};
                 if (rules.contains(finding[u("rule")].toString())) { found += finding[u("line")].toInt(); }
             }
             QSet<int> expected;
-            for (const QByteArray& line : runOrv(QStringList{u("prompt")} + words, input).output.split('\n')) {
+            for (const QByteArray& line : orv("prompt" + words, input).output.split('\n')) {
                 const QJsonObject prompt = QJsonDocument::fromJson(line).object();
                 const QString text = prompts.value(prompt[u("line")].toInt() - 1);
                 const bool isWhole = prompt[u("mode")] == u("text") && prompt[u("text")] == text;
@@ -254,9 +235,8 @@ private Q_SLOTS:
 
     void outputThatCannotBeWritten() {
         ChildProcess child;
-        child.setWorkingDirectory(folder.path());
         child.setStandardOutputFile(u("/dev/full"));
-        child.start(u(ORV_PROGRAM), {u("table"), u("table.eco")});
+        start(child, "table table.eco");
         QVERIFY(child.waitForFinished());
         QCOMPARE(child.readAllStandardError(),
             QByteArray("orv: table.eco: lines dropped: 1 (4)\norv: cannot write to standard output\n"));
@@ -264,18 +244,17 @@ private Q_SLOTS:
     }
 
     void helpAndVersion() {
-        const QString list = u(runOrv({u("help")}).output).section(u("Commands:\n"), 1).section(u("\n\n"), 0, 0);
+        QCOMPARE(orv("-v").output + orv("--version").output, QByteArray("orv " ORV_VERSION "\norv " ORV_VERSION "\n"));
+        const QString list = u(orv("help").output).section(u("Commands:\n"), 1).section(u("\n\n"), 0, 0);
         QVERIFY(list.contains(u("check")));
         for (const QString& row : list.split(QLatin1Char('\n'))) {
             const QByteArray command = row.simplified().section(QLatin1Char(' '), 0, 0).toUtf8();
-            const ChildResult help = runOrv({u(command), u("--help")});
+            QCOMPARE(orv(command + " --version").output, QByteArray("orv " ORV_VERSION "\n"));
+            const ChildResult help = orv(command + " --help");
             for (const QString& line : u(help.output).split(QLatin1Char('\n'))) { QVERIFY(line.size() <= 80); }
             QVERIFY(help.output.startsWith("Usage: orv " + command + " [options]"));
             QVERIFY(help.output.contains("\nExamples:\n  orv " + command + ' '));
             QCOMPARE(help.exitCode, 0);
-            for (const QStringList& words : {QStringList{u(command), u("--version")}, {u("-v")}, {u("--version")}}) {
-                QCOMPARE(runOrv(words).output, QByteArray("orv " ORV_VERSION "\n"));
-            }
         }
     }
 
@@ -295,41 +274,42 @@ private Q_SLOTS:
     }
 
 private:
-    ChildResult runOrv(const QStringList& words, const QByteArray& input = {}) {
-        return runChild(words, u(ORV_PROGRAM), input, folder.path());
+    /** The words of a command, none of which holds a blank. */
+    static QStringList split(const QByteArray& command) {
+        return command.isEmpty() ? QStringList() : u(command).split(QLatin1Char(' '));
+    }
+    void start(ChildProcess& child, const QByteArray& command) {
+        child.setWorkingDirectory(folder.path());
+        child.start(u(ORV_PROGRAM), split(command));
+    }
+    ChildResult orv(const QByteArray& command, const QByteArray& input = {}) {
+        return runChild(split(command), u(ORV_PROGRAM), input, folder.path());
     }
 
     /** Finds each object in docs/json.md by the names and types of its fields. */
     void checkShapes(const QStringList& words, const QByteArray& output) {
         const QString command = words[0] == u("checksum") ? u("checksum ") + words[1] : words[0];
         const QString page = u(readData("../../docs/json.md")).section(u("\n## orv ") + command + u("\n"), 1, 1);
-        QStringList shapes;
+        QVector<QMap<QString, QString>> shapes; // the types of the fields by their names
         for (const QString& line : page.section(u("\n## "), 0, 0).split(QLatin1Char('\n'))) {
-            const QStringList cells = line.split(u(" | "));
-            if (line.startsWith(u("| Field"))) { shapes += u(" "); }
-            if (line.startsWith(u("| `"))) {
-                shapes.last() += cells[0].section(QLatin1Char('`'), 1, 1) + u("=") + cells[1] + u(" ");
+            const QString name = line.section(QLatin1Char('`'), 1, 1);
+            if (line.startsWith(u("| Field"))) { shapes += QMap<QString, QString>(); }
+            if (line.startsWith(u("| `")) && (name != u("sentences") || words.contains(u("--language")))) {
+                shapes.last()[name] = line.section(u(" | "), 1, 1);
             }
         }
         static const QMap<QJsonValue::Type, QString> types = {{QJsonValue::Bool, u("boolean")},
             {QJsonValue::Double, u("number")}, {QJsonValue::Array, u("list")}, {QJsonValue::Object, u("object")},
             {QJsonValue::String, u("text")}, {QJsonValue::Null, u("text or null")}};
         for (const QByteArray& line : output.trimmed().split('\n')) {
-            if (line.isEmpty()) { continue; }
             const QJsonObject object = QJsonDocument::fromJson(line).object();
-            bool isKnown = false;
-            for (const QString& shape : shapes) {
-                auto fields = shape.count(QLatin1Char('='))
-                              - (words.contains(u("--language")) ? 0 : shape.count(u(" sentences=list ")));
-                for (auto field = object.begin(); field != object.end(); ++field) {
-                    const QString start = u(" ") + field.key() + u("=");
-                    const bool isNamed = shape.contains(start + types[field->type()] + u(" "))
-                                         || (field->isString() && shape.contains(start + u("text or null ")));
-                    fields -= isNamed ? 1 : fields + 1;
-                }
-                isKnown |= !object.isEmpty() && fields == 0;
-            }
-            QVERIFY2(isKnown, line.constData());
+            const auto isOf = [&object](const QMap<QString, QString>& shape) {
+                const auto isTyped = [](const QString& type, const QJsonValue& field) {
+                    return type.startsWith(types[field.type()]);
+                };
+                return shape.keys() == object.keys() && std::equal(shape.begin(), shape.end(), object.begin(), isTyped);
+            };
+            QVERIFY2(line.isEmpty() || std::any_of(shapes.begin(), shapes.end(), isOf), line.constData());
         }
     }
 
