@@ -14,6 +14,7 @@
 #include <cstdarg>
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <optional>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,6 +23,17 @@ namespace {
 
 using Manager = SpeechChecksumManager;
 using Key = SpeechChecksumManager::ChecksumKey;
+
+/** JSON values, and what they give as members of the store. */
+const struct {
+    const char *name, *text; // null: as the JSON
+    int number;
+} members[] = {{"1", nullptr, 1}, {"-1", nullptr, -1}, {"3.7", nullptr, 4}, {"2.5", nullptr, 3}, {"-2.5", nullptr, -2},
+    {"-0.5", nullptr, 0}, {"-3000000000.5", nullptr, 1294967296}, {"-2.6", nullptr, -3},
+    {"-4503599627370497", nullptr, -1}, {"\"12\"", "12", 12}, {"\" 12\"", " 12", 12}, {"\"1.5\"", "1.5", 0},
+    {"\"x\"", "x", 0}, {"\"\"", "", 0}, {"true", nullptr, 1}, {"false", nullptr, 0}, {"null", "", 0}, {"[1]", "", 0},
+    {"[\"x\"]", "", 0}, {"{}", "", 0}, {"1e16", "10000000000000000", 1874919424}, {"3000000000", nullptr, -1294967296},
+    {"4294967297", nullptr, 1}, {"2147483647.5", nullptr, INT_MIN}, {"9223372036854775807", nullptr, -1}};
 
 void useStore(const QString& fileName) { qputenv("ORV_SPEECH_CHECKSUM_FILE", fileName.toUtf8()); }
 
@@ -38,15 +50,11 @@ QByteArray md5OfContent(const QString& fileName) {
     return QCryptographicHash::hash(readFile(fileName), QCryptographicHash::Md5).toHex();
 }
 
-/** Writes the store with hardly any room for the content of a file. */
-void writeOnFullDisk(Manager& manager) {
-    rlimit usual;
-    getrlimit(RLIMIT_FSIZE, &usual);
-    const rlimit tight{3, usual.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &tight);
-    std::signal(SIGXFSZ, SIG_IGN);
-    manager.writePersistentData();
-    setrlimit(RLIMIT_FSIZE, &usual);
+/** A manager with one entry. */
+Manager managerOf(const QString& filePath) {
+    Manager manager;
+    manager.insert(filePath, German, "1", Manager::DefaultChecksum);
+    return manager;
 }
 
 bool isRenamingRefused = false;
@@ -80,10 +88,13 @@ class SpeechChecksumManagerTest : public QObject
 
 private Q_SLOTS:
     void init() {
+        log.emplace();
         folder.reset(new QTemporaryDir);
         store = folder->filePath(u("störe.json"));
         useStore(store);
     }
+
+    void cleanup() { log.reset(); }
 
     void keys() {
         QVERIFY(!Manager::isWritten()); // yet
@@ -99,7 +110,6 @@ private Q_SLOTS:
     }
 
     void tableInMemory() {
-        LogCapture log;
         Manager manager;
         for (const auto type : {Manager::DefaultChecksum, Manager::AlternateChecksum}) {
             manager.insert(u("f"), German, "1", type);
@@ -116,41 +126,23 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(store));
         qunsetenv("ORV_SPEECH_CHECKSUM_FILE");
         const Manager usual;
-        QVERIFY(log.takeTexts().last().contains(u("\"/mnt/share/speech/checksum.json\"")));
+        QVERIFY(log->takeTexts().last().contains(u("\"/mnt/share/speech/checksum.json\"")));
     }
 
     // Members of other types give what the variant conversions make of them.
-    void loadsMembersOfAnyType_data() {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<int>("number");
-
-        const struct {
-            const char *json, *text; // null: as the JSON
-            int number;
-        } rows[] = {{"1", nullptr, 1}, {"-1", nullptr, -1}, {"3.7", nullptr, 4}, {"2.5", nullptr, 3},
-            {"-2.5", nullptr, -2}, {"-0.5", nullptr, 0}, {"-3000000000.5", nullptr, 1294967296}, {"-2.6", nullptr, -3},
-            {"-4503599627370497", nullptr, -1}, {"\"12\"", "12", 12}, {"\" 12\"", " 12", 12}, {"\"1.5\"", "1.5", 0},
-            {"\"x\"", "x", 0}, {"\"\"", "", 0}, {"true", nullptr, 1}, {"false", nullptr, 0}, {"null", "", 0},
-            {"[1]", "", 0}, {"[\"x\"]", "", 0}, {"{}", "", 0}, {"1e16", "10000000000000000", 1874919424},
-            {"3000000000", nullptr, -1294967296}, {"4294967297", nullptr, 1}, {"2147483647.5", nullptr, INT_MIN},
-            {"9223372036854775807", nullptr, -1}};
-        for (const auto& row : rows) {
-            QTest::newRow(row.json) << QByteArray(row.text == nullptr ? row.json : row.text) << row.number;
-        }
-    }
+    void loadsMembersOfAnyType_data() { addRows(members); }
     void loadsMembersOfAnyType() {
-        QFETCH(QByteArray, text);
-        QFETCH(int, number);
+        const auto& row = currentRow(members);
+        const QByteArray text = row.text == nullptr ? row.name : row.text;
         const QString element = u(R"([{"checksum": %1, "filePath": %1, "language": %1, "type": %1}])");
-        QVERIFY(writeFile(store, element.arg(u(QTest::currentDataTag())).toUtf8()));
-        LogCapture log;
-        const QByteArray checksum = Manager().checksum(u(text), Language(number), Manager::ChecksumType(number));
+        QVERIFY(writeFile(store, element.arg(u(row.name)).toUtf8()));
+        const QByteArray checksum =
+            Manager().checksum(u(text), Language(row.number), Manager::ChecksumType(row.number));
         QCOMPARE(checksum, text);
         QVERIFY(!checksum.isNull() || text.isEmpty());
     }
 
     void loadsWhateverTheFileHolds() {
-        LogCapture log;
         QVERIFY(writeFile(store, R"([5, {"checksum": "c", "language": 1}, {"checksum": "d", "language": 1}])"));
         const Manager manager;
         QCOMPARE(manager.checksum(QString(), German, Manager::AlternateChecksum), QByteArray("d"));
@@ -163,7 +155,6 @@ private Q_SLOTS:
     }
 
     void writesAndReloads() {
-        LogCapture log;
         Manager manager;
         manager.insert(u("/ä"), MandarinChina, QByteArray("0\0f", 3), Manager::AlternateChecksum);
         manager.writePersistentData();
@@ -181,7 +172,6 @@ private Q_SLOTS:
     }
 
     void writesWhatQtWouldWrite() {
-        LogCapture log;
         const QStringList fragments{u("a"), u(" ~"), u("\""), u("\\"), u("/"), u("\n"), u("\x1f"), u("\x7f"), u("ä"),
             u("中"), u("😀"), QChar(0xd800), QChar(0)};
         QRandomGenerator random(1);
@@ -202,7 +192,6 @@ private Q_SLOTS:
     }
 
     void replacesTheFileInOneStep() {
-        LogCapture log;
         const QString target = folder->filePath(u("target.json"));
         QVERIFY(writeFile(target, "old"));
         QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadOther));
@@ -216,16 +205,14 @@ private Q_SLOTS:
         QCOMPARE(reader.readAll(), QByteArray("old")); // whoever has the old file keeps all of it
         QCOMPARE(readFile(target), QByteArray("[\n]\n"));
         QCOMPARE(QFile::permissions(target), permissions);
-        log.takeTexts();
 
-        manager.insert(u("f"), German, "1", Manager::DefaultChecksum);
         const QString warning = u("warning: Unable to open file for writing \"%1\"");
+        Manager entry = managerOf(u("f"));
         for (const bool isRefused : {false, true}) { // a new file has no room, or cannot even be made
             isNewFileRefused = isRefused;
-            writeOnFullDisk(manager);
+            QCOMPARE(linesOfWriting(entry, 3), QStringList(warning.arg(store)));
             isNewFileRefused = false;
             QVERIFY(!Manager::isWritten());
-            QCOMPARE(log.takeTexts(), QStringList(warning.arg(store)));
             QCOMPARE(readFile(target), QByteArray("[\n]\n"));
         }
         QCOMPARE(QDir(folder->path()).entryList(QDir::Files).size(), 2);
@@ -235,9 +222,7 @@ private Q_SLOTS:
         for (const QString& name : {QString(), folder->path(), folder->filePath(u("none/store.json")), loop}) {
             useStore(name);
             Manager other;
-            log.takeTexts();
-            other.writePersistentData();
-            QCOMPARE(log.takeTexts(), QStringList(warning.arg(name)));
+            QCOMPARE(linesOfWriting(other), QStringList(warning.arg(name)));
         }
         QVERIFY(QFileInfo(loop).isSymLink());
 
@@ -254,14 +239,10 @@ private Q_SLOTS:
     }
 
     void writesInPlaceWhatCannotBeReplaced() {
-        LogCapture log;
-        const auto write = [this, &log] {
+        const auto write = [this] {
             QVERIFY(writeFile(store, "[]"));
-            Manager manager;
-            manager.insert(u("f"), German, "1", Manager::DefaultChecksum);
-            log.takeTexts();
-            manager.writePersistentData();
-            QCOMPARE(log.takeTexts(), QStringList());
+            Manager manager = managerOf(u("f"));
+            QCOMPARE(linesOfWriting(manager), QStringList());
             QVERIFY(readFile(store).contains("\"f\""));
         };
         for (const int length : {249, 255, 1}) { // the name of a new file beside it is longer, too long at first
@@ -292,18 +273,14 @@ private Q_SLOTS:
         QVERIFY(user != 0 || setresuid(other, other, user) == 0);
         write();
         for (const int size : {1, 100'000}) { // what is buffered fails later
-            Manager manager;
-            manager.insert(QString(size, QLatin1Char('f')), German, "1", Manager::DefaultChecksum);
-            log.takeTexts();
-            writeOnFullDisk(manager);
-            QCOMPARE(log.takeTexts().size(), 1);
+            Manager manager = managerOf(QString(size, QLatin1Char('f')));
+            QCOMPARE(linesOfWriting(manager, 3).size(), 1);
         }
         QVERIFY(user != 0 || setresuid(user, user, user) == 0);
         QCOMPARE(chmod(folderPath.constData(), 0755), 0);
     }
 
     void removeFile() {
-        LogCapture log;
         QVERIFY(writeFile(store, "[{\"filePath\": \"f\", \"checksum\": \"1\"}]"));
         Manager manager;
         manager.removeFile();
@@ -312,14 +289,13 @@ private Q_SLOTS:
         QCOMPARE(manager.checksum(u("f"), NoLanguage, Manager::AlternateChecksum), QByteArray("1"));
         useStore(folder->path());
         const Manager other;
-        log.takeTexts();
+        log->takeTexts();
         manager.removeFile(); // acts on the file of the latest construction, here a folder
         const QString line = u("critical: void SpeechChecksumManager::removeFile() Could not remove old file: \"%1\"");
-        QCOMPARE(log.takeTexts(), QStringList(line.arg(folder->path())));
+        QCOMPARE(log->takeTexts(), QStringList(line.arg(folder->path())));
     }
 
     void generateChecksum() {
-        LogCapture log;
         bool isRead = true;
         for (const QString& unread : {store, folder->path(), QString(), u("/proc/self/mem")}) {
             QCOMPARE(Manager::generateChecksum(unread, isRead), QByteArray("d41d8cd98f00b204e9800998ecf8427e"));
@@ -331,17 +307,31 @@ private Q_SLOTS:
             QVERIFY(isRead);
             isRead = false;
         }
-        QVERIFY(log.takeLines().isEmpty());
+        QVERIFY(log->takeLines().isEmpty());
 
         const QString shorter = u("/sys/kernel/mm/transparent_hugepage/enabled"); // than the page that it states
         if (!QFile::exists(shorter)) { QSKIP("this system has no sysfs"); }
         QCOMPARE(Manager::generateChecksum(shorter), md5OfContent(shorter));
         const char* const line = "warning: static QByteArray SpeechChecksumManager::generateChecksum(const QString&) "
                                  "Could not calculate checksum for \"%1\"";
-        QCOMPARE(log.takeTexts(), QStringList(u(line).arg(shorter)));
+        QCOMPARE(log->takeTexts(), QStringList(u(line).arg(shorter)));
     }
 
 private:
+    /** Writes the store where files can grow to that size only, and gives the log lines of that. */
+    QStringList linesOfWriting(Manager& manager, rlim_t room = RLIM_INFINITY) {
+        rlimit usual;
+        getrlimit(RLIMIT_FSIZE, &usual);
+        const rlimit tight{qMin(room, usual.rlim_cur), usual.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &tight);
+        std::signal(SIGXFSZ, SIG_IGN);
+        log->takeTexts();
+        manager.writePersistentData();
+        setrlimit(RLIMIT_FSIZE, &usual);
+        return log->takeTexts();
+    }
+
+    std::optional<LogCapture> log;
     QScopedPointer<QTemporaryDir> folder;
     QString store;
 };

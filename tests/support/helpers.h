@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <cstdio>
+#include <iterator>
 #include <thread>
 #include <vector>
 
@@ -32,6 +33,18 @@ inline QByteArray readFile(const QString& fileName) {
 
 /** The content of a file in tests/data. */
 inline QByteArray readData(const char* name) { return readFile(u(TEST_DATA "/") + u(name)); }
+
+/** Gives a test a row of data for each row of a table of structures that begin with a name. */
+template <typename Table> void addRows(const Table& table) {
+    QTest::addColumn<int>("index");
+    for (int i = 0; i < int(std::size(table)); ++i) { QTest::newRow(table[i].name) << i; }
+}
+
+/** The row of that table that the test is for. */
+template <typename Table> const auto& currentRow(const Table& table) {
+    QFETCH(int, index);
+    return table[index];
+}
 
 /** How often a randomised comparison runs, which it prints: 20,000 times by @p share unless ORV_TEST_ROUNDS says else. */
 inline int testRounds(int share = 1) {
