@@ -4,8 +4,6 @@
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
-#include <QTest>
-
 namespace {
 
 /** Asks for a setting when everything that was made after the start of the program is gone. */

@@ -4,9 +4,6 @@
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
-#include <QBuffer>
-#include <QtEndian>
-
 #include <dlfcn.h>
 #include <sys/mman.h>
 

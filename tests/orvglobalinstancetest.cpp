@@ -3,9 +3,6 @@
 #include <support/childprocess.h>
 #include <support/helpers.h>
 
-#include <QSemaphore>
-#include <QTest>
-
 #include <cstdio>
 #include <functional>
 

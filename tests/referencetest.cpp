@@ -4,8 +4,6 @@
 #include <reference/comparisons.h>
 #include <support/logcapture.h>
 
-#include <QTemporaryDir>
-
 namespace {
 
 const QStringList sentenceFragments =

@@ -1,5 +1,4 @@
-#include <QLibrary>
-#include <QTest>
+#include <QtTest>
 
 /** A host that does not link the library itself: what plugins that use it left behind must outlive them. */
 class UnloadingTest : public QObject

@@ -2,8 +2,6 @@
 
 #include <support/helpers.h>
 
-#include <QTemporaryDir>
-
 namespace {
 
 /** The fields of a line, for which that many columns are declared; null when the line is dropped. */

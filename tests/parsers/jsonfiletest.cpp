@@ -3,10 +3,6 @@
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
-#include <QJsonArray>
-#include <QJsonParseError>
-#include <QTemporaryDir>
-
 class JsonFileTest : public QObject
 {
     Q_OBJECT

@@ -3,8 +3,6 @@
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
-#include <QLoggingCategory>
-
 class SentenceTokenizerTest : public QObject
 {
     Q_OBJECT

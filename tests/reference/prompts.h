@@ -4,9 +4,6 @@
 
 #include <core/speech/speechcommon_p.h>
 
-#include <QHash>
-#include <QRegExp>
-
 /**
  * @file
  * Reference implementation of PromptData::parse(), but for the files that hold off-board markup:

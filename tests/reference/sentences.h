@@ -4,9 +4,6 @@
 
 #include <core/speech/language.h>
 
-#include <QMap>
-#include <QRegExp>
-
 #include <climits>
 
 /**

@@ -2,8 +2,6 @@
 
 #include <support/helpers.h>
 
-#include <QRegExp>
-
 /**
  * @file
  * Reference implementation of how EcoFile takes a data line apart:

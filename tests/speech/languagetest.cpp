@@ -2,10 +2,6 @@
 
 #include <support/helpers.h>
 
-#include <QDebug>
-#include <QRegularExpression>
-#include <QSequentialIterable>
-
 using ToCode = QByteArray (*)(const Language&);
 using ToLanguage = Language (*)(const QByteArray&);
 Q_DECLARE_METATYPE(ToCode)

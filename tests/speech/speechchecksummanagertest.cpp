@@ -3,12 +3,6 @@
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
-#include <QCryptographicHash>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QTemporaryDir>
-
 #include <cerrno>
 #include <csignal>
 #include <cstdarg>

@@ -3,10 +3,6 @@
 #include <support/described.h>
 #include <support/logcapture.h>
 
-#include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
-
 namespace {
 
 const struct {

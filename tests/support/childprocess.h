@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QCoreApplication>
-#include <QProcess>
+#include <QtCore>
 
 /**
  * A process of a program that was built here; under an emulator where the tests are.

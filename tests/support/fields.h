@@ -2,10 +2,6 @@
 
 #include <support/helpers.h>
 
-#include <QDateTime>
-#include <QDebug>
-#include <QVector>
-
 #include <type_traits>
 
 /** Gives @p value another one of its type. */

@@ -1,11 +1,6 @@
 #pragma once
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QRandomGenerator>
-#include <QStringList>
-#include <QTest>
+#include <QtTest> // and Qt Core
 
 #include <atomic>
 #include <cstdio>

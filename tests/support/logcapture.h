@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QStringList>
-#include <QtGlobal>
+#include <QtCore>
 
 /** Keeps the log lines of all threads from the program's own output while it lives; one at a time. */
 class LogCapture

@@ -5,15 +5,6 @@
 
 #include <core/speech/speechcommon.h>
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QSet>
-#include <QStandardPaths>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QUrl>
-
 #include <cstdio>
 
 constexpr bool isEmulated = sizeof TEST_EMULATOR > 1;
