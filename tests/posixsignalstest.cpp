@@ -3,11 +3,6 @@
 #include <support/childprocess.h>
 #include <support/helpers.h>
 
-#include <QCoreApplication>
-#include <QSocketNotifier>
-#include <QTest>
-#include <QTimer>
-
 #include <cerrno>
 #include <csignal>
 #include <memory>
@@ -104,13 +99,15 @@ private:
 
 /** What a child process has on its stack, and says when the stack is unwound, as the end by exit() does not. */
 struct Child {
+    Child() { it = this; }
     ~Child() { std::printf("counted %d unwound ", receiver.counted); }
 
+    static Child* it;
     Receiver receiver;
     PipeNotifier pipe;
 };
+Child* Child::it = nullptr;
 
-const QByteArray start = "debug: void PosixSignals::initialize()\n";
 const QByteArray handled = "debug: void PosixSignals::signalHandle() Processing signal ";
 const QByteArray quit = "debug: void PosixSignals::applicationQuit() Cleaning up and terminating...\n";
 const QByteArray once = handled + "15\n" + quit;
@@ -120,109 +117,101 @@ const QByteArray unread =
     "warning: void PosixSignals::signalHandle() Could not read signal number from socket, ignoring\n";
 const QByteArray caught("Signal caught when application is terminating, immediate termination...\n\0", 73);
 const QByteArray lost("Unable to pass signal information to application, immediate termination...\n\0", 76);
-const QByteArray any; // depends on which of two events the event loop takes first
 const QByteArray none = "counted 0 unwound exited";
+const QByteArray one = "counted 1 unwound exited";
+const QByteArray any; // depends on which of two events the event loop takes first
 
 /** What a child process does, in the event loop unless its name says otherwise, and how it ends. */
 const struct {
     const char* name;
-    void (*act)(Child& child);
-    int exitCode; // -1: by a signal
-    QByteArray output, error;
+    void (*act)();
+    QByteArray error; // behind the line of the start
+    QByteArray output = none;
+    int exitCode = 0; // -1: by a signal
 } cases[] = {
-    {"one request", [](Child&) { raiseAll(SIGTERM); }, 0, none, start + once},
-    {"two requests", [](Child&) { raiseAll(SIGTERM, SIGUSR1, SIGTERM); }, 1, "exited",
-        start + once + handled + "15\n" + again},
-    {"request, then other signals", [](Child&) { raiseAll(SIGTERM, SIGUSR1, SIGURG); }, 0, none, start + once},
-    {"signal while quitting", [](Child&) { atQuit([] { raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, 2, "",
-        start + once + caught},
+    {"one request", [] { raiseAll(SIGTERM); }, once},
+    {"two requests", [] { raiseAll(SIGTERM, SIGUSR1, SIGTERM); }, once + handled + "15\n" + again, "exited", 1},
+    {"request, then other signals", [] { raiseAll(SIGTERM, SIGUSR1, SIGURG); }, once},
+    {"signal while quitting", [] { atQuit([] { raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, once + caught, "", 2},
     {"signal while quitting, unheard",
-        [](Child&) { atQuit([] { closeFrom(STDERR_FILENO), raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, 1, "",
-        start + once},
-    {"notifier asks, signal waits", [](Child& child) { child.pipe.activate(ask), raiseAll(SIGUSR1); }, 0, none,
-        start + quit},
-    {"notifier asks, request waits", [](Child& child) { child.pipe.activate(ask), raiseAll(SIGTERM); }, 0, none,
-        start + quit},
-    {"queued call asks, request waits", [](Child&) { raiseAll(SIGTERM), queue(ask); }, 0, any, any},
-    {"timer asks, signal waits", [](Child&) { raiseAll(SIGUSR1), QTimer::singleShot(0, ask); }, 0, any, any},
+        [] { atQuit([] { closeFrom(STDERR_FILENO), raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, once, "", 1},
+    {"notifier asks, signal waits", [] { Child::it->pipe.activate(ask), raiseAll(SIGUSR1); }, quit},
+    {"notifier asks, request waits", [] { Child::it->pipe.activate(ask), raiseAll(SIGTERM); }, quit},
+    {"queued call asks, request waits", [] { raiseAll(SIGTERM), queue(ask); }, any, any},
+    {"timer asks, signal waits", [] { raiseAll(SIGUSR1), QTimer::singleShot(0, ask); }, any, any},
     {"before the event loop: in another one",
-        [](Child&) {
+        [] {
             QTimer::singleShot(0, [] { raiseAll(SIGTERM); });
             const int code = QEventLoop().exec();
             std::printf("left with %d ", code);
             QTimer::singleShot(0, [] { QCoreApplication::exit(7); });
         },
-        7, "left with 0 counted 0 unwound exited", start + once},
-    {"asks itself, request waits", [](Child&) { raiseAll(SIGTERM), ask(); }, 0, none, start + quit},
-    {"before the event loop: asks, request waits", [](Child&) { raiseAll(SIGTERM), ask(); }, 0, none, start + quit},
-    {"after the event loop: asks, signal waits", [](Child&) { raiseAll(SIGUSR1), ask(); }, 0, none, start + quit},
-    {"slot deletes a waiting receiver", [](Child&) { raiseAll(SIGINT, SIGHUP); }, 0, none,
-        start + handled + "2\n" + quit},
-    {"receiver is gone", [](Child& child) { child.receiver.other.reset(), raiseAll(SIGHUP, SIGTERM); }, 0, none,
-        start + handled + "1\n" + once},
+        once, "left with 0 " + none, 7},
+    {"asks itself, request waits", [] { raiseAll(SIGTERM), ask(); }, quit},
+    {"before the event loop: asks, request waits", [] { raiseAll(SIGTERM), ask(); }, quit},
+    {"after the event loop: asks, signal waits", [] { raiseAll(SIGUSR1), ask(); }, quit},
+    {"slot deletes a waiting receiver", [] { raiseAll(SIGINT, SIGHUP); }, handled + "2\n" + quit},
+    {"receiver is gone", [] { Child::it->receiver.other.reset(), raiseAll(SIGHUP, SIGTERM); }, handled + "1\n" + once},
     {"nested events while quitting",
-        [](Child& child) { child.receiver.nestsEvents = true, raiseAll(SIGUSR1, SIGTERM, SIGUSR1); }, 0,
-        "counted 1 unwound exited", start + handled + "10\n" + once},
-    {"invoked while a signal waits", [](Child&) { raiseAll(SIGUSR1), invokeHandler(), raiseAll(SIGTERM); }, 0,
-        "counted 1 unwound exited", start + handled + "10\n" + once},
+        [] { Child::it->receiver.nestsEvents = true, raiseAll(SIGUSR1, SIGTERM, SIGUSR1); }, handled + "10\n" + once,
+        one},
+    {"invoked while a signal waits", [] { raiseAll(SIGUSR1), invokeHandler(), raiseAll(SIGTERM); },
+        handled + "10\n" + once, one},
     {"invoked in the pass in which its notifier is due",
-        [](Child& child) {
-            child.pipe.activate(invokeHandler), raiseAll(SIGUSR1);
+        [] {
+            Child::it->pipe.activate(invokeHandler), raiseAll(SIGUSR1);
             QTimer::singleShot(20, [] { raiseAll(SIGTERM); });
         },
-        0, "counted 1 unwound exited", start + handled + "10\n" + once},
-    {"nothing waits", [](Child&) { invokeHandler(), invokeHandler(), raiseAll(SIGTERM); }, 0, none,
-        start + unread + unread + once},
+        handled + "10\n" + once, one},
+    {"nothing waits", [] { invokeHandler(), invokeHandler(), raiseAll(SIGTERM); }, unread + unread + once},
     {"nothing waits, inside itself and behind another call",
-        [](Child&) {
+        [] {
             PosixSignals::instance.setup(SIGHUP, &PosixSignals::instance, "signalHandle");
             raiseAll(SIGHUP);
             QMetaObject::invokeMethod(&PosixSignals::instance, "signalHandle", Qt::QueuedConnection);
             QTimer::singleShot(20, [] { raiseAll(SIGTERM); });
         },
-        0, none, any},
-    {"events are handled after quitting",
-        [](Child&) { raiseAll(SIGTERM, SIGUSR1), ask(), atQuit([] { QTest::qWait(20); }); }, 0, none, start + quit},
-    {"no socket", [](Child&) { closeFrom(3), raiseAll(SIGTERM); }, 4, "", start + lost},
-    {"no socket, unheard", [](Child&) { closeFrom(2), raiseAll(SIGTERM); }, 3, "", start},
-    {"no socket, one unread", [](Child&) { raiseAll(SIGUSR1), closeFrom(3), invokeHandler(), ask(); }, 0, none,
-        start + unread + quit},
+        any},
+    {"events are handled after quitting", [] { raiseAll(SIGTERM, SIGUSR1), ask(), atQuit([] { QTest::qWait(20); }); },
+        quit},
+    {"no socket", [] { closeFrom(3), raiseAll(SIGTERM); }, lost, "", 4},
+    {"no socket, unheard", [] { closeFrom(2), raiseAll(SIGTERM); }, "", "", 3},
+    {"no socket, one unread", [] { raiseAll(SIGUSR1), closeFrom(3), invokeHandler(), ask(); }, unread + quit},
 #ifndef __SANITIZE_ADDRESS__ // needs a pipe to look at an object
     {"before the event loop: one descriptor is left, where a pair needs two",
-        [](Child&) {
+        [] {
             const rlim_t end = rlim_t(dup(STDERR_FILENO)) + 2;
             const rlimit tight{end, end};
             setrlimit(RLIMIT_NOFILE, &tight);
         },
-        0, none,
-        start + "critical: void PosixSignals::initialize() Creating Unix socket failed\n"
-            + "warning: QSocketNotifier: Invalid socket specified\n"},
+        "critical: void PosixSignals::initialize() Creating Unix socket failed\n"
+        "warning: QSocketNotifier: Invalid socket specified\n"},
 #endif
     {"more than the socket holds",
-        [](Child&) {
+        [] {
             std::thread([] {
                 for (int i = 0; i < floodSize; ++i) { std::raise(SIGUSR1); }
             }).detach();
         },
-        0, "counted 10000 unwound exited", any},
+        any, "counted 10000 unwound exited"},
     {"changed later", // a new signal is not caught: its default action ends the process
-        [](Child& child) {
-            PosixSignals::instance.setup(SIGUSR1, &child.receiver, "miscount");
-            PosixSignals::instance.setup(SIGUSR2, &child.receiver, "count");
+        [] {
+            PosixSignals::instance.setup(SIGUSR1, &Child::it->receiver, "miscount");
+            PosixSignals::instance.setup(SIGUSR2, &Child::it->receiver, "count");
             errno = 4711;
             raiseAll(SIGUSR1);
             std::printf("errno %d ", errno);
-            QTimer::singleShot(50, [&child] {
-                std::printf("counted %d", child.receiver.counted);
+            QTimer::singleShot(50, [] {
+                std::printf("counted %d", Child::it->receiver.counted);
                 std::fflush(stdout);
                 raiseAll(SIGUSR2);
             });
         },
-        -1, "errno 4711 counted 1000000", start + handled + "10\n"},
+        handled + "10\n", "errno 4711 counted 1000000", -1},
 };
 
 /** One case, in a process of its own; the exit code 77 says that it ended otherwise than meant. */
-int runCase(const QByteArray& name, void (*act)(Child&)) {
+int runCase(const QByteArray& name, void (*act)()) {
     std::atexit([] { std::printf("exited"); });
     int argc = 0;
     std::unique_ptr<QCoreApplication> application;
@@ -239,12 +228,12 @@ int runCase(const QByteArray& name, void (*act)(Child&)) {
     bridge.setup(SIGUSR1, &child.receiver, "count");
     if (name.startsWith("before the event loop")) {
         if (name.endsWith("waits")) { QCoreApplication::processEvents(); }
-        act(child);
+        act();
     } else {
-        QTimer::singleShot(0, [&] { name.startsWith("after") ? QCoreApplication::quit() : act(child); });
+        QTimer::singleShot(0, [&] { name.startsWith("after") ? QCoreApplication::quit() : act(); });
     }
     const int exitCode = QCoreApplication::exec();
-    if (name.startsWith("after")) { act(child); }
+    if (name.startsWith("after")) { act(); }
     return exitCode;
 }
 
@@ -272,7 +261,8 @@ private Q_SLOTS:
         hasGlib ? qunsetenv("QT_NO_GLIB") : qputenv("QT_NO_GLIB", "1");
         const auto& expected = cases[index];
         const ChildResult result = runChild({u(expected.name)});
-        if (!expected.error.isNull()) { QCOMPARE(result.error, expected.error); }
+        const QByteArray start = "debug: void PosixSignals::initialize()\n";
+        if (!expected.error.isNull()) { QCOMPARE(result.error, start + expected.error); }
         if (!expected.output.isNull()) { QCOMPARE(result.output, expected.output); }
         QCOMPARE(result.isCrash ? -1 : result.exitCode, expected.exitCode);
     }
