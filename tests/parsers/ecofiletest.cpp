@@ -4,6 +4,19 @@
 
 namespace {
 
+const struct {
+    const char *name, *line;
+    const char* fields; // joined by "|"
+    int separator = ';';
+} lines[] = {{"quotes and blanks", "a; \"b;c\" ;;d", "a|b;c||d"}, {"empty", "a;;b;", "a||b|"},
+    {"first is empty", ";b", "b"}, {"one blank goes", "a;  b", "a| b"}, {"blanks outside", "a; \"x\" ", "a|x"},
+    {"quotes inside", "a\"b;c\"d;e", "a\"b;c\"d|e"}, {"a quote alone parts fields", "a;\"b", "a||b"},
+    {"beyond ASCII", "ä;文", "ä|文"}, {"other separators stay", "a,\"b\",;c", "a|,\"b|,;c", ','},
+    {"a quote separates", "a\"b\"c", "a\"b\"c", '"'}, {"one of three quotes does", "a\"b\"c\"d", "a\"b\"c|d", '"'},
+    {"a backslash, as the pattern has it", "a\\b", "", '\\'}, {"a byte beyond ASCII", "aäb", "a|äb", 0xE4},
+    {"white space", "a\tb", "a|b", '\t'}, {"a caret, as the pattern has it", "a^b", "", '^'},
+    {"a bracket", "a]b", "a|]b", ']'}};
+
 /** The fields of a line, for which that many columns are declared; null when the line is dropped. */
 QStringList fieldsOf(const QString& line, int separator, int count) {
     EcoFile file;
@@ -31,35 +44,16 @@ class EcoFileTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void fields_data() {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("fields"); // joined by "|"
-        QTest::addColumn<int>("separator");
-
-        const struct {
-            const char *name, *line, *fields;
-            int separator = ';';
-        } rows[] = {{"quotes and blanks", "a; \"b;c\" ;;d", "a|b;c||d"}, {"empty", "a;;b;", "a||b|"},
-            {"first is empty", ";b", "b"}, {"one blank goes", "a;  b", "a| b"}, {"blanks outside", "a; \"x\" ", "a|x"},
-            {"quotes inside", "a\"b;c\"d;e", "a\"b;c\"d|e"}, {"a quote alone parts fields", "a;\"b", "a||b"},
-            {"beyond ASCII", "ä;文", "ä|文"}, {"other separators stay", "a,\"b\",;c", "a|,\"b|,;c", ','},
-            {"a quote separates", "a\"b\"c", "a\"b\"c", '"'},
-            {"one of three quotes does", "a\"b\"c\"d", "a\"b\"c|d", '"'},
-            {"a backslash, as the pattern has it", "a\\b", "", '\\'}, {"a byte beyond ASCII", "aäb", "a|äb", 0xE4},
-            {"white space", "a\tb", "a|b", '\t'}, {"a caret, as the pattern has it", "a^b", "", '^'},
-            {"a bracket", "a]b", "a|]b", ']'}};
-        for (const auto& row : rows) { QTest::newRow(row.name) << row.line << row.fields << row.separator; }
-    }
+    void fields_data() { addRows(lines); }
     void fields() {
-        QFETCH(QString, line);
-        QFETCH(int, separator);
-        QFETCH(QString, fields);
-        const QStringList expected = fields.isEmpty() ? QStringList() : fields.split(QLatin1Char('|'));
+        const auto& row = currentRow(lines);
+        const QString line = u(row.line);
+        const QStringList expected = *row.fields == 0 ? QStringList() : u(row.fields).split(QLatin1Char('|'));
         const int count = int(expected.size());
-        QCOMPARE(fieldsOf(line, separator, count), expected);
-        QCOMPARE(fieldsOf(line, separator, count + 1), QStringList());
+        QCOMPARE(fieldsOf(line, row.separator, count), expected);
+        QCOMPARE(fieldsOf(line, row.separator, count + 1), QStringList());
         EcoFile file;
-        file.parseHeaderLine(u("#Separator %1").arg(separator, 0, 16));
+        file.parseHeaderLine(u("#Separator %1").arg(row.separator, 0, 16));
         QCOMPARE(file.fieldCount(line), count);
     }
 
