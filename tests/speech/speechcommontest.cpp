@@ -53,6 +53,34 @@ const struct {
     {"tts tag elsewhere", "19", R"(<tts lang="fr_FR"/> <offboard>Hi</offboard>)", PromptOffboard, "Hi"},
 };
 
+/** Files for off-board prompts. */
+const struct {
+    const char* name;
+    QByteArray content;
+    const char* text = nullptr; // without it, the prompt stays the file
+} files[] = {
+    {"line ends", "\n<offboard>Grüße\r\nan alle</offboard>", "Grüße\nan alle"},
+    {"up to a NUL", QByteArray("<offboard>a</offboard>\0</offboard>", 33), "a"},
+    {"behind a NUL", QByteArray("\0<offboard>a</offboard>", 23)},
+    {"other markup", "<text>a</text>"},
+    {"no file", QByteArray()},
+};
+
+/** Files of brand sounds, with ' in place of each ". */
+const struct {
+    const char *name, *json;
+    const char* table; // for the brand "BR%1and", sorted
+} soundTables[] = {{"other members", "[{'id': 'a', 'value': '/%1/a', 'x': 1}]", "a.=/br%1and/a a=/br%1and/a"},
+    {"lowest place marker", "[{'id': 'a', 'value': '%2/%1/%L1/%%1/%'}]",
+        "a.=%2/br%1and/br%1and/%br%1and/% a=%2/br%1and/br%1and/%br%1and/%"},
+    {"place marker of the locale", "[{'id': 'a', 'value': '%L1'}]", "a.=br%1and a=br%1and"},
+    {"place marker 0", "[{'id': 'a', 'value': '%0'}]", "a.=br%1and a=br%1and"},
+    {"no place marker", "[{'id': 'a', 'value': '5%,%x,%L'}]", "a.=5%,%x,%L a=5%,%x,%L"},
+    {"last of an id", "[{'id': 'a', 'value': '1'}, {'id': 'a', 'value': '2'}]", "a.=2 a=2"},
+    {"no sounds", "[{'id': 'a'}, 'a', 5, {'value': 'v'}, {'id': 'b', 'value': 'c%'}]", "b.=c% b=c%"},
+    {"no texts", "[{'id': 5, 'value': 'v'}, {'id': 'a', 'value': 5}]", ".=v =v a.= a="},
+    {"no array", "{'id': 'a', 'value': 'v'}", ""}};
+
 using Sounds = QHash<QString, QString>;
 
 QString soundsFileName() { return QCoreApplication::applicationDirPath() + u("/../share/tts/common.json"); }
@@ -117,27 +145,17 @@ private Q_SLOTS:
         }
     }
 
-    void a4aReadsTheFile_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("text"); // null: the prompt stays the file
-
-        QTest::newRow("line ends") << QByteArray("\n<offboard>Grüße\r\nan alle</offboard>") << u("Grüße\nan alle");
-        QTest::newRow("up to a NUL") << QByteArray("<offboard>a</offboard>\0</offboard>", 33) << u("a");
-        QTest::newRow("behind a NUL") << QByteArray("\0<offboard>a</offboard>", 23) << QString();
-        QTest::newRow("other markup") << QByteArray("<text>a</text>") << QString();
-        QTest::newRow("no file") << QByteArray() << QString();
-    }
+    void a4aReadsTheFile_data() { addRows(files); }
     void a4aReadsTheFile() {
-        QFETCH(QByteArray, content);
-        QFETCH(QString, text);
+        const auto& [name, content, text] = currentRow(files);
         const QTemporaryDir folder;
         const QString fileName = folder.filePath(u("prompt.xml"));
         QVERIFY(content.isNull() || writeFile(fileName, content));
         for (const char* form : {"<file language='x' path='%1'/>", "<file language='x' path='/'/><file path='%1'/>"}) {
             LogCapture log;
-            const QString input = u(form).arg(fileName).replace(QLatin1Char('\''), QLatin1Char('"'));
+            const QString input = quoted(form).arg(fileName);
             QCOMPARE(described(PromptData::parse(input, A4AContext)),
-                text.isNull() ? u("0 255 - ") + fileName : u("3 255 - ") + text);
+                text == nullptr ? u("0 255 - ") + fileName : u("3 255 - ") + u(text));
             const QString warning =
                 u("warning: %1 Failed to open \"%2\" (src/core/speech/speechcommon.cpp, %1, default)")
                     .arg(u("bool<unnamed>::a4AParse(const QString&, PromptData&)"), fileName);
@@ -145,27 +163,10 @@ private Q_SLOTS:
         }
     }
 
-    void brandSounds_data() {
-        QTest::addColumn<QString>("json");
-        QTest::addColumn<QString>("table"); // for the brand "BR%1and", sorted
-
-        const struct {
-            const char *name, *json, *table;
-        } rows[] = {{"other members", "[{'id': 'a', 'value': '/%1/a', 'x': 1}]", "a.=/br%1and/a a=/br%1and/a"},
-            {"lowest place marker", "[{'id': 'a', 'value': '%2/%1/%L1/%%1/%'}]",
-                "a.=%2/br%1and/br%1and/%br%1and/% a=%2/br%1and/br%1and/%br%1and/%"},
-            {"place marker of the locale", "[{'id': 'a', 'value': '%L1'}]", "a.=br%1and a=br%1and"},
-            {"place marker 0", "[{'id': 'a', 'value': '%0'}]", "a.=br%1and a=br%1and"},
-            {"no place marker", "[{'id': 'a', 'value': '5%,%x,%L'}]", "a.=5%,%x,%L a=5%,%x,%L"},
-            {"last of an id", "[{'id': 'a', 'value': '1'}, {'id': 'a', 'value': '2'}]", "a.=2 a=2"},
-            {"no sounds", "[{'id': 'a'}, 'a', 5, {'value': 'v'}, {'id': 'b', 'value': 'c%'}]", "b.=c% b=c%"},
-            {"no texts", "[{'id': 5, 'value': 'v'}, {'id': 'a', 'value': 5}]", ".=v =v a.= a="},
-            {"no array", "{'id': 'a', 'value': 'v'}", ""}};
-        for (const auto& row : rows) { QTest::newRow(row.name) << quoted(row.json) << row.table; }
-    }
+    void brandSounds_data() { addRows(soundTables); }
     void brandSounds() {
-        QFETCH(QString, json);
-        QVERIFY(writeFile(soundsFileName(), json.toUtf8()));
+        const auto& row = currentRow(soundTables);
+        QVERIFY(writeFile(soundsFileName(), quoted(row.json).toUtf8()));
         LogCapture log;
         const Sounds sounds = loadBrandSounds(u("BR%1and"));
         QVERIFY(loadBrandSounds(u("x"), u("/none.json")).isEmpty());
@@ -177,7 +178,7 @@ private Q_SLOTS:
             QCOMPARE(soundPath(sound.key()), sound.value());
         }
         table.sort();
-        QTEST(table.join(u(" ")), "table");
+        QCOMPARE(table.join(u(" ")), u(row.table));
         QCOMPARE(log.takeTexts().size(), 1); // that the file was loaded
     }
 
