@@ -5,15 +5,12 @@
 #include <type_traits>
 
 /** Gives @p value another one of its type. */
-inline void change(QString& value) { value += QLatin1Char('x'); }
-inline void change(QByteArray& value) { value += 'x'; }
 inline void change(QDateTime& value) { value = QDateTime::fromSecsSinceEpoch(value.isValid() ? 2 : 1); }
-inline void change(QStringList& value) { value += QStringLiteral("x"); }
 template <typename T> void change(T& value) {
     if constexpr (std::is_arithmetic_v<T> || std::is_enum_v<T>) {
         value = T(int(value) + 1);
     } else {
-        value.append(typename T::value_type()); // to a list or vector
+        value.append(typename T::value_type()); // to a text, list or vector
     }
 }
 

@@ -21,19 +21,17 @@ private Q_SLOTS:
         using Result = LocationInputResult;
         using Item = LocationInputSummaryItem;
         using Context = NavigationContext;
-        QCOMPARE((unusualFields<Selection, &Selection::id, &Selection::text>()), QString());
-        QCOMPARE((unusualFields<Category, &Category::aux1, &Category::aux2, &Category::aux3, &Category::name,
-                     &Category::aux4>()),
-            QString());
-        QCOMPARE((unusualFields<Poi, &Poi::id, &Poi::descriptors>()), QString());
-        QCOMPARE((unusualFields<Descriptor, &Descriptor::aux1, &Descriptor::aux2, &Descriptor::dataType,
-                     &Descriptor::rawData, &Descriptor::stringList>()),
-            u("stringList is ignored, 3 more are not named")); // as the type 0 is no list's
-        QCOMPARE(
-            (unusualFields<Result, &Result::aux1, &Result::aux2, &Result::aux3, &Result::aux4, &Result::descriptors>()),
-            QString());
-        QCOMPARE((unusualFields<Item, &Item::aux1, &Item::aux2, &Item::values, &Item::descriptors>()), QString());
-        QCOMPARE((unusualFields<Context, &Context::mode, &Context::locations, &Context::aux>()), QString());
+        const QStringList remarks{unusualFields<Selection, &Selection::id, &Selection::text>(),
+            unusualFields<Category, &Category::aux1, &Category::aux2, &Category::aux3, &Category::name,
+                &Category::aux4>(),
+            unusualFields<Poi, &Poi::id, &Poi::descriptors>(),
+            unusualFields<Descriptor, &Descriptor::aux1, &Descriptor::aux2, &Descriptor::dataType, &Descriptor::rawData,
+                &Descriptor::stringList>(),
+            unusualFields<Result, &Result::aux1, &Result::aux2, &Result::aux3, &Result::aux4, &Result::descriptors>(),
+            unusualFields<Item, &Item::aux1, &Item::aux2, &Item::values, &Item::descriptors>(),
+            unusualFields<Context, &Context::mode, &Context::locations, &Context::aux>()};
+        // The type 0 is no list's.
+        QCOMPARE(remarks.join(QString()), u("stringList is ignored, 3 more are not named"));
         QCOMPARE(NavigationRequest().reserved, quint32(0)); // alone is not printed
     }
 
@@ -50,11 +48,7 @@ private Q_SLOTS:
             others[2].poiLocation.descriptors.append(one);
             others[3].poiCategoryItem.name = u("x");
             others[4].stringList += u("x");
-            const int payload = dataType == 27 || dataType == 54 ? 1
-                                : dataType == 33                 ? 2
-                                : dataType == 37                 ? 3
-                                : dataType == 56                 ? 4
-                                                                 : 0;
+            const int payload = QMap<int, int>{{27, 1}, {33, 2}, {37, 3}, {54, 1}, {56, 4}}.value(dataType);
             for (Descriptor& other : others) {
                 QCOMPARE(one == other, &other != &others[payload]);
                 QCOMPARE(one != other, &other == &others[payload]);
