@@ -31,11 +31,40 @@ QStringList fieldsOf(const QString& line, int separator, int count) {
     return fields;
 }
 
-QByteArray bytesOf(uint unit, int size, bool isBigEndian) {
+/** A text in units of 2 or 4 bytes. */
+QByteArray encoded(const QString& text, int size, bool isBigEndian) {
+    const QVector<uint> units = size == 4 ? text.toUcs4() : QVector<uint>(text.utf16(), text.utf16() + text.size());
     QByteArray bytes;
-    for (int i = 0; i < size; ++i) { bytes += char(unit >> 8 * (isBigEndian ? size - 1 - i : i)); }
+    for (const uint unit : units) {
+        for (int i = 0; i < size; ++i) { bytes += char(unit >> 8 * (isBigEndian ? size - 1 - i : i)); }
+    }
     return bytes;
 }
+
+const QByteArray head = "\xEF\xBB\xBF#Column a\n";    // with a byte order mark, so that the locale does not count
+const QByteArray block(16384 - head.size() - 1, 'x'); // Qt reads such blocks
+const QString table = QChar(QChar::ByteOrderMark) + u("#Column a\n ä😀\n");
+const struct {
+    const char* name;
+    QByteArray content;
+    QString field = u("ä😀");
+} encodedTables[] = {{"UTF-8", head + " \xC3\xA4\xF0\x9F\x98\x80\n"},
+    {"broken UTF-8", head + "a\xE4 b\xC0\x80", u("a\uFFFD b\uFFFD\uFFFD")},
+    {"a character is cut off at the end", head + "a\xE6\x96", u("a")},
+    {"a broken character at the end of a block", head + block + "\xC3y\n", u(block) + u("\uFFFDy")},
+    {"a character at the end of a block", head + block + "\xC3\xA4y\n", u(block) + u("äy")},
+    {"UTF-16, little endian", encoded(table, 2, false)}, {"UTF-16, big endian", encoded(table, 2, true)},
+    {"UTF-32, little endian", encoded(table, 4, false)}, {"UTF-32, big endian", encoded(table, 4, true)}};
+
+/** Lines that declare, and what the header is then: version, encoding, separator, columns. */
+const struct {
+    const char* name;
+    const char* header = "v|e|59|c"; // without it, the line has no meaning
+} declarations[] = {{"#ECO 1.0 UTF-8;", "1.0|UTF-8|59|c"}, {"#ECO 1.0 UTF-8;;", "1.0|UTF-8;|59|c"},
+    {"#Separator 2C", "v|e|44|c"}, {"#Separator 0x1e4", "v|e|228|c"}, {"#Column c", "v|e|59|c,c"}, {"#ECO 1.0"},
+    {"#ECO  1.0 x"}, {"#ECO 1.0 x y"}, {"#ECO"}, {"#ECOX 1 2"}, {"#eco 1 2"}, {"x#ECO 1 2"}, {"#Separator"},
+    {"#Separator xy"}, {"#Separator 2C "}, {"#Separatox 2C"}, {"#Column"}, {"#Column  a"}, {"#Column a b"},
+    {"#Columx a"}, {"# Column a"}, {"Column a"}};
 
 } // namespace
 
@@ -57,28 +86,15 @@ private Q_SLOTS:
         QCOMPARE(file.fieldCount(line), count);
     }
 
-    void header_data() {
-        QTest::addColumn<QString>("header"); // version, encoding, separator, columns
-
-        QTest::newRow("#ECO 1.0 UTF-8;") << "1.0|UTF-8|59|c";
-        QTest::newRow("#ECO 1.0 UTF-8;;") << "1.0|UTF-8;|59|c";
-        QTest::newRow("#Separator 2C") << "v|e|44|c";
-        QTest::newRow("#Separator 0x1e4") << "v|e|228|c";
-        QTest::newRow("#Column c") << "v|e|59|c,c";
-        for (const char* meaningless : {"#ECO 1.0", "#ECO  1.0 x", "#ECO 1.0 x y", "#ECO", "#ECOX 1 2", "#eco 1 2",
-                 "x#ECO 1 2", "#Separator", "#Separator xy", "#Separator 2C ", "#Separatox 2C", "#Column", "#Column  a",
-                 "#Column a b", "#Columx a", "# Column a", "Column a"}) {
-            QTest::newRow(meaningless) << "v|e|59|c";
-        }
-    }
+    void header_data() { addRows(declarations); }
     void header() {
+        const auto& row = currentRow(declarations);
         EcoFile file;
-        for (const char* line : {"#ECO v e", "#Column c", QTest::currentDataTag()}) { file.parseHeaderLine(u(line)); }
+        for (const char* line : {"#ECO v e", "#Column c", row.name}) { file.parseHeaderLine(u(line)); }
         const EcoFile::Header& header = file.header();
-        QTEST(u("%1|%2|%3|%4")
-                  .arg(header.version(), header.encoding(), QString::number(uchar(header.separator())),
-                      header.columns().join(u(","))),
-            "header");
+        const QString separator = QString::number(uchar(header.separator()));
+        const QStringList parts{header.version(), header.encoding(), separator, header.columns().join(u(","))};
+        QCOMPARE(parts.join(u("|")), u(row.header));
     }
 
     void files() {
@@ -104,39 +120,15 @@ private Q_SLOTS:
         QCOMPARE(file.rows()[2][u("id")], u("3")); // the later one of the columns of that name
     }
 
-    void encodings_data() {
-        QTest::addColumn<QByteArray>("content");
-        QTest::addColumn<QString>("field");
-
-        const QByteArray head = "\xEF\xBB\xBF#Column a\n"; // with a byte order mark, so that the locale does not count
-        QTest::newRow("UTF-8") << head + " \xC3\xA4\xF0\x9F\x98\x80\n"
-                               << "ä😀";
-        QTest::newRow("broken UTF-8") << head + "a\xE4 b\xC0\x80"
-                                      << "a\uFFFD b\uFFFD\uFFFD";
-        QTest::newRow("a character is cut off at the end") << head + "a\xE6\x96"
-                                                           << "a";
-        const QByteArray block(16384 - head.size() - 1, 'x'); // Qt reads such blocks
-        QTest::newRow("a broken character at the end of a block") << head + block + "\xC3y\n"
-                                                                  << u(block) + u("\uFFFDy");
-        QTest::newRow("a character at the end of a block") << head + block + "\xC3\xA4y\n" << u(block) + u("äy");
-        const QString text = QChar(QChar::ByteOrderMark) + u("#Column a\n ä😀\n");
-        for (const bool isBigEndian : {false, true}) {
-            QByteArray narrow;
-            for (const QChar unit : text) { narrow += bytesOf(unit.unicode(), 2, isBigEndian); }
-            QTest::addRow("UTF-16, %s", isBigEndian ? "big endian" : "little endian") << narrow << "ä😀";
-            QByteArray wide;
-            for (const uint unit : text.toUcs4()) { wide += bytesOf(unit, 4, isBigEndian); }
-            QTest::addRow("UTF-32, %s", isBigEndian ? "big endian" : "little endian") << wide << "ä😀";
-        }
-    }
+    void encodings_data() { addRows(encodedTables); }
     void encodings() {
-        QFETCH(QByteArray, content);
+        const auto& row = currentRow(encodedTables);
         const QTemporaryDir folder;
         const QString fileName = folder.filePath(u("table.eco"));
         EcoFile file;
-        QVERIFY(writeFile(fileName, content) && file.parse(fileName));
+        QVERIFY(writeFile(fileName, row.content) && file.parse(fileName));
         QCOMPARE(file.rows().size(), 1);
-        QTEST(file.rows()[0][u("a")], "field");
+        QCOMPARE(file.rows()[0][u("a")], row.field);
     }
 
     void rowsAreValues() {
