@@ -2,37 +2,33 @@
 
 #include <support/fields.h>
 
+namespace {
+
+const struct {
+    const char* name;
+    int strength, errorRate;
+    bool isInvalid, isTooLowOrUnknown;
+} qualities[] = {{"not reported", -1, -1, false, true}, {"invalid", 0, 0, true, true}, {"low", 1, 0, false, true},
+    {"usable", 2, 0, false, false}, {"no error rate", 2, -1, false, false}, {"errors", 2, 1, false, true},
+    {"highest level", 98, 0, false, false}, {"not known", 99, 0, false, true}, {"beyond", 100, 0, false, false}};
+
+} // namespace
+
 class ConnectivityTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void signalQuality_data() {
-        QTest::addColumn<int>("strength");
-        QTest::addColumn<int>("errorRate");
-        QTest::addColumn<bool>("isInvalid");
-        QTest::addColumn<bool>("isTooLowOrUnknown");
-
-        QTest::newRow("not reported") << -1 << -1 << false << true;
-        QTest::newRow("invalid") << 0 << 0 << true << true;
-        QTest::newRow("low") << 1 << 0 << false << true;
-        QTest::newRow("usable") << 2 << 0 << false << false;
-        QTest::newRow("no error rate") << 2 << -1 << false << false;
-        QTest::newRow("errors") << 2 << 1 << false << true;
-        QTest::newRow("highest level") << 98 << 0 << false << false;
-        QTest::newRow("not known") << 99 << 0 << false << true;
-        QTest::newRow("beyond") << 100 << 0 << false << false;
-    }
+    void signalQuality_data() { addRows(qualities); }
     void signalQuality() {
-        QFETCH(int, strength);
-        QFETCH(int, errorRate);
-        const SignalQuality quality(SignalQuality::SignalStrength(strength), errorRate);
-        QTEST(quality.isInvalid(), "isInvalid");
-        QTEST(quality.isTooLowOrUnknown(), "isTooLowOrUnknown");
-        QCOMPARE(int(quality.strength()), strength);
-        QCOMPARE(quality.errorRate(), errorRate);
-        QCOMPARE(quality == SignalQuality(), strength == -1 && errorRate == -1);
-        QCOMPARE(quality != SignalQuality(SignalQuality::Usable, -1), strength != 2 || errorRate != -1);
+        const auto& row = currentRow(qualities);
+        const SignalQuality quality(SignalQuality::SignalStrength(row.strength), row.errorRate);
+        QCOMPARE(quality.isInvalid(), row.isInvalid);
+        QCOMPARE(quality.isTooLowOrUnknown(), row.isTooLowOrUnknown);
+        QCOMPARE(int(quality.strength()), row.strength);
+        QCOMPARE(quality.errorRate(), row.errorRate);
+        QCOMPARE(quality == SignalQuality(), row.strength == -1 && row.errorRate == -1);
+        QCOMPARE(quality != SignalQuality(SignalQuality::Usable, -1), row.strength != 2 || row.errorRate != -1);
     }
 
     void printer() {
