@@ -193,18 +193,16 @@ private Q_SLOTS:
         QVERIFY(QFile::link(target, store));
         QFile reader(target);
         QVERIFY(reader.open(QIODevice::ReadOnly));
-        Manager manager;
-        manager.writePersistentData();
+        Manager().writePersistentData();
         QVERIFY(QFileInfo(store).isSymLink() && Manager::isWritten());
         QCOMPARE(reader.readAll(), QByteArray("old")); // whoever has the old file keeps all of it
         QCOMPARE(readFile(target), QByteArray("[\n]\n"));
         QCOMPARE(QFile::permissions(target), permissions);
 
         const QString warning = u("warning: Unable to open file for writing \"%1\"");
-        Manager entry = managerOf(u("f"));
         for (const bool isRefused : {false, true}) { // a new file has no room, or cannot even be made
             isNewFileRefused = isRefused;
-            QCOMPARE(linesOfWriting(entry, 3), QStringList(warning.arg(store)));
+            QCOMPARE(linesOfWriting(managerOf(u("f")), 3), QStringList(warning.arg(store)));
             isNewFileRefused = false;
             QVERIFY(!Manager::isWritten());
             QCOMPARE(readFile(target), QByteArray("[\n]\n"));
@@ -215,8 +213,7 @@ private Q_SLOTS:
         QVERIFY(QFile::link(loop, loop));
         for (const QString& name : {QString(), folder->path(), folder->filePath(u("none/store.json")), loop}) {
             useStore(name);
-            Manager other;
-            QCOMPARE(linesOfWriting(other), QStringList(warning.arg(name)));
+            QCOMPARE(linesOfWriting(Manager()), QStringList(warning.arg(name)));
         }
         QVERIFY(QFileInfo(loop).isSymLink());
 
@@ -235,8 +232,7 @@ private Q_SLOTS:
     void writesInPlaceWhatCannotBeReplaced() {
         const auto write = [this] {
             QVERIFY(writeFile(store, "[]"));
-            Manager manager = managerOf(u("f"));
-            QCOMPARE(linesOfWriting(manager), QStringList());
+            QCOMPARE(linesOfWriting(managerOf(u("f"))), QStringList());
             QVERIFY(readFile(store).contains("\"f\""));
         };
         for (const int length : {249, 255, 1}) { // the name of a new file beside it is longer, too long at first
@@ -249,29 +245,26 @@ private Q_SLOTS:
         isRenamingRefused = false;
 
         // A user and a group keep their file, though root alone can tell.
-        const QByteArray path = QFile::encodeName(store);
         const uid_t user = getuid();
         constexpr uid_t other = 12345;
         if (user == 0) {
-            QCOMPARE(chown(path.constData(), other, 0), 0);
+            QCOMPARE(chown(qUtf8Printable(store), other, 0), 0);
             write();
             QCOMPARE(QFileInfo(store).ownerId(), other);
-            QCOMPARE(chown(path.constData(), 0, other), 0);
+            QCOMPARE(chown(qUtf8Printable(store), 0, other), 0);
             write();
             QCOMPARE(QFileInfo(store).groupId(), other);
-            QCOMPARE(chown(path.constData(), other, 0), 0);
+            QCOMPARE(chown(qUtf8Printable(store), other, 0), 0);
         }
         // A folder without write permission; root needs none.
-        const QByteArray folderPath = QFile::encodeName(folder->path());
-        QCOMPARE(chmod(folderPath.constData(), 0555), 0);
+        QCOMPARE(chmod(qUtf8Printable(folder->path()), 0555), 0);
         QVERIFY(user != 0 || setresuid(other, other, user) == 0);
         write();
         for (const int size : {1, 100'000}) { // what is buffered fails later
-            Manager manager = managerOf(QString(size, QLatin1Char('f')));
-            QCOMPARE(linesOfWriting(manager, 3).size(), 1);
+            QCOMPARE(linesOfWriting(managerOf(QString(size, QLatin1Char('f'))), 3).size(), 1);
         }
         QVERIFY(user != 0 || setresuid(user, user, user) == 0);
-        QCOMPARE(chmod(folderPath.constData(), 0755), 0);
+        QCOMPARE(chmod(qUtf8Printable(folder->path()), 0755), 0);
     }
 
     void removeFile() {
@@ -313,7 +306,7 @@ private Q_SLOTS:
 
 private:
     /** Writes the store where files can grow to that size only, and gives the log lines of that. */
-    QStringList linesOfWriting(Manager& manager, rlim_t room = RLIM_INFINITY) {
+    QStringList linesOfWriting(Manager manager, rlim_t room = RLIM_INFINITY) {
         rlimit usual;
         getrlimit(RLIMIT_FSIZE, &usual);
         const rlimit tight{qMin(room, usual.rlim_cur), usual.rlim_max};

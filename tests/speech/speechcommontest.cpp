@@ -95,9 +95,11 @@ private Q_SLOTS:
     // An empty table of brand sounds for each test.
     void init() {
         QFile::remove(soundsFileName());
-        LogCapture log;
+        log.emplace();
         QVERIFY(loadBrandSounds(QString()).isEmpty());
+        log->takeTexts();
     }
+    void cleanup() { log.reset(); }
 
     void defaults() { QCOMPARE(described(PromptData()) + QString::number(PromptData().flag), u("2 255 - 0")); }
 
@@ -121,7 +123,6 @@ private Q_SLOTS:
         QFETCH(QString, input);
         QFETCH(int, context);
         QFETCH(bool, warns);
-        LogCapture log;
         const PromptData prompt = PromptData::parse(input, PromptContext(context));
         QTEST(described(prompt), "expected");
         QCOMPARE(prompt.flag, false);
@@ -130,7 +131,7 @@ private Q_SLOTS:
             << "warning: Unable to parse given string:  " << input
             << " (src/core/speech/speechcommon.cpp, static PromptData PromptData::parse(const QString&, "
                "PromptContext), default)";
-        QCOMPARE(log.takeLines(), warns ? QStringList(line) : QStringList());
+        QCOMPARE(log->takeLines(), warns ? QStringList(line) : QStringList());
     }
 
     void everyFormHasARow() {
@@ -152,14 +153,13 @@ private Q_SLOTS:
         const QString fileName = folder.filePath(u("prompt.xml"));
         QVERIFY(content.isNull() || writeFile(fileName, content));
         for (const char* form : {"<file language='x' path='%1'/>", "<file language='x' path='/'/><file path='%1'/>"}) {
-            LogCapture log;
             const QString input = quoted(form).arg(fileName);
             QCOMPARE(described(PromptData::parse(input, A4AContext)),
                 text == nullptr ? u("0 255 - ") + fileName : u("3 255 - ") + u(text));
             const QString warning =
                 u("warning: %1 Failed to open \"%2\" (src/core/speech/speechcommon.cpp, %1, default)")
                     .arg(u("bool<unnamed>::a4AParse(const QString&, PromptData&)"), fileName);
-            QCOMPARE(log.takeLines(), content.isNull() ? QStringList(warning) : QStringList());
+            QCOMPARE(log->takeLines(), content.isNull() ? QStringList(warning) : QStringList());
         }
     }
 
@@ -167,10 +167,9 @@ private Q_SLOTS:
     void brandSounds() {
         const auto& row = currentRow(soundTables);
         QVERIFY(writeFile(soundsFileName(), quoted(row.json).toUtf8()));
-        LogCapture log;
         const Sounds sounds = loadBrandSounds(u("BR%1and"));
         QVERIFY(loadBrandSounds(u("x"), u("/none.json")).isEmpty());
-        log.takeTexts();
+        log->takeTexts();
         QCOMPARE(loadBrandSounds(u("BR%1and"), soundsFileName()), sounds);
         QStringList table;
         for (auto sound = sounds.begin(); sound != sounds.end(); ++sound) {
@@ -179,19 +178,18 @@ private Q_SLOTS:
         }
         table.sort();
         QCOMPARE(table.join(u(" ")), u(row.table));
-        QCOMPARE(log.takeTexts().size(), 1); // that the file was loaded
+        QCOMPARE(log->takeTexts().size(), 1); // that the file was loaded
     }
 
     void soundPathLoadsUntilThereIsSomething() {
         const QString input = u("<text language=\"x\">ding.</text>");
-        LogCapture log;
         QCOMPARE(soundPath(u("ding")) + soundPath(u("ding")), QString());
-        QCOMPARE(log.takeTexts().size(), 2); // the file was looked for twice
+        QCOMPARE(log->takeTexts().size(), 2); // the file was looked for twice
         QVERIFY(writeFile(soundsFileName(), R"([{"id": "ding", "value": "/%1"}])"));
         QCOMPARE(PromptData::parse(input, GeneralContext).mode, PromptText); // parsing never loads
         QCOMPARE(soundPath(u("ding")), u("/tyx"));
         QCOMPARE(soundPath(u("dong")), QString());
-        QCOMPARE(log.takeTexts().size(), 1);
+        QCOMPARE(log->takeTexts().size(), 1);
         for (const PromptContext context : {GeneralContext, BrandSoundContext, A4AContext}) {
             QCOMPARE(described(PromptData::parse(input, context)), u("1 255 - /tyx"));
             // A bare id is a brand sound in its own context only.
@@ -216,7 +214,6 @@ private Q_SLOTS:
     // This ends within the test's time only when the work is linear in the text.
     void longPrompts() {
         for (const PromptForm& form : promptForms) {
-            LogCapture log;
             const QString source = u(form.pattern.source);
             const QString heads = (source.section(QLatin1Char('('), 0, 0) + u("a ")).repeated(30'000);
             const QString text = heads + source.section(QLatin1Char(')'), -1) + QString(600'000, QLatin1Char('x'));
@@ -230,6 +227,9 @@ private Q_SLOTS:
             return PromptData::parse(u("<offboard>%1</offboard>").arg(text), A4AContext).text == text;
         }));
     }
+
+private:
+    std::optional<LogCapture> log;
 };
 
 QTEST_GUILESS_MAIN(SpeechCommonTest)
