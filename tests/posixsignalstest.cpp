@@ -56,6 +56,8 @@ public:
     std::unique_ptr<Receiver> other;
 };
 
+Receiver* receiver = nullptr; // of the case
+
 void ask() { PosixSignals::instance.applicationQuit(); }
 void invokeHandler() { QMetaObject::invokeMethod(&PosixSignals::instance, "signalHandle"); }
 void queue(void (*function)()) { QMetaObject::invokeMethod(qApp, function, Qt::QueuedConnection); }
@@ -68,45 +70,30 @@ void closeFrom(int first) {
     for (int file = first; file < 100; ++file) { close(file); }
 }
 
+int pipeEnds[2];
+void (*actBesideSignals)() = nullptr;
+
 /**
- * Acts when its pipe has data, in the same pass of the event loop in which a signal is due. Several notifiers
- * wait for the data: without GLib a hash orders them, so that one of many comes before the bridge's.
+ * Makes ready for callBesideSignals(). Several notifiers wait for the data of the pipe: without GLib a hash orders them,
+ * so that one of many comes before the bridge's.
  */
-class PipeNotifier
-{
-public:
-    PipeNotifier()
-        : isOpen(pipe(ends) == 0) {
-        for (auto& notifier : notifiers) {
-            notifier = std::make_unique<QSocketNotifier>(dup(ends[0]), QSocketNotifier::Read);
-            QObject::connect(notifier.get(), &QSocketNotifier::activated, [this] {
-                for (const auto& each : notifiers) { each->setEnabled(false); }
-                act();
-            });
-        }
+void makeNotifiers() {
+    QVERIFY(pipe(pipeEnds) == 0);
+    auto* const notifiers = new QObject(qApp);
+    for (int i = 0; i < 16; ++i) {
+        auto* const notifier = new QSocketNotifier(dup(pipeEnds[0]), QSocketNotifier::Read, notifiers);
+        QObject::connect(notifier, &QSocketNotifier::activated, [notifiers] {
+            for (auto* const each : notifiers->findChildren<QSocketNotifier*>()) { each->setEnabled(false); }
+            actBesideSignals();
+        });
     }
-    void activate(void (*function)()) {
-        act = function;
-        isOpen = write(ends[1], "x", 1) == 1;
-    }
+}
 
-private:
-    int ends[2];
-    bool isOpen;
-    std::unique_ptr<QSocketNotifier> notifiers[16];
-    void (*act)() = nullptr;
-};
-
-/** What a child process has on its stack, and says when the stack is unwound, as the end by exit() does not. */
-struct Child {
-    Child() { it = this; }
-    ~Child() { std::printf("counted %d unwound ", receiver.counted); }
-
-    static Child* it;
-    Receiver receiver;
-    PipeNotifier pipe;
-};
-Child* Child::it = nullptr;
+/** Calls a function in the same pass of the event loop in which a signal is due. */
+void callBesideSignals(void (*function)()) {
+    actBesideSignals = function;
+    QVERIFY(write(pipeEnds[1], "x", 1) == 1);
+}
 
 const QByteArray handled = "debug: void PosixSignals::signalHandle() Processing signal ";
 const QByteArray quit = "debug: void PosixSignals::applicationQuit() Cleaning up and terminating...\n";
@@ -135,8 +122,8 @@ const struct {
     {"signal while quitting", [] { atQuit([] { raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, once + caught, "", 2},
     {"signal while quitting, unheard",
         [] { atQuit([] { closeFrom(STDERR_FILENO), raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, once, "", 1},
-    {"notifier asks, signal waits", [] { Child::it->pipe.activate(ask), raiseAll(SIGUSR1); }, quit},
-    {"notifier asks, request waits", [] { Child::it->pipe.activate(ask), raiseAll(SIGTERM); }, quit},
+    {"notifier asks, signal waits", [] { callBesideSignals(ask), raiseAll(SIGUSR1); }, quit},
+    {"notifier asks, request waits", [] { callBesideSignals(ask), raiseAll(SIGTERM); }, quit},
     {"queued call asks, request waits", [] { raiseAll(SIGTERM), queue(ask); }, any, any},
     {"timer asks, signal waits", [] { raiseAll(SIGUSR1), QTimer::singleShot(0, ask); }, any, any},
     {"before the event loop: in another one",
@@ -151,15 +138,14 @@ const struct {
     {"before the event loop: asks, request waits", [] { raiseAll(SIGTERM), ask(); }, quit},
     {"after the event loop: asks, signal waits", [] { raiseAll(SIGUSR1), ask(); }, quit},
     {"slot deletes a waiting receiver", [] { raiseAll(SIGINT, SIGHUP); }, handled + "2\n" + quit},
-    {"receiver is gone", [] { Child::it->receiver.other.reset(), raiseAll(SIGHUP, SIGTERM); }, handled + "1\n" + once},
-    {"nested events while quitting",
-        [] { Child::it->receiver.nestsEvents = true, raiseAll(SIGUSR1, SIGTERM, SIGUSR1); }, handled + "10\n" + once,
-        one},
+    {"receiver is gone", [] { receiver->other.reset(), raiseAll(SIGHUP, SIGTERM); }, handled + "1\n" + once},
+    {"nested events while quitting", [] { receiver->nestsEvents = true, raiseAll(SIGUSR1, SIGTERM, SIGUSR1); },
+        handled + "10\n" + once, one},
     {"invoked while a signal waits", [] { raiseAll(SIGUSR1), invokeHandler(), raiseAll(SIGTERM); },
         handled + "10\n" + once, one},
     {"invoked in the pass in which its notifier is due",
         [] {
-            Child::it->pipe.activate(invokeHandler), raiseAll(SIGUSR1);
+            callBesideSignals(invokeHandler), raiseAll(SIGUSR1);
             QTimer::singleShot(20, [] { raiseAll(SIGTERM); });
         },
         handled + "10\n" + once, one},
@@ -196,13 +182,13 @@ const struct {
         any, "counted 10000 unwound exited"},
     {"changed later", // a new signal is not caught: its default action ends the process
         [] {
-            PosixSignals::instance.setup(SIGUSR1, &Child::it->receiver, "miscount");
-            PosixSignals::instance.setup(SIGUSR2, &Child::it->receiver, "count");
+            PosixSignals::instance.setup(SIGUSR1, receiver, "miscount");
+            PosixSignals::instance.setup(SIGUSR2, receiver, "count");
             errno = 4711;
             raiseAll(SIGUSR1);
             std::printf("errno %d ", errno);
             QTimer::singleShot(50, [] {
-                std::printf("counted %d", Child::it->receiver.counted);
+                std::printf("counted %d", receiver->counted);
                 std::fflush(stdout);
                 raiseAll(SIGUSR2);
             });
@@ -213,19 +199,22 @@ const struct {
 /** One case, in a process of its own; the exit code 77 says that it ended otherwise than meant. */
 int runCase(const QByteArray& name, void (*act)()) {
     std::atexit([] { std::printf("exited"); });
-    int argc = 0;
-    std::unique_ptr<QCoreApplication> application;
     PosixSignals& bridge = PosixSignals::instance;
     bridge.setup(SIGTERM, &bridge, "applicationQuit"); // before there is an application
-    application = std::make_unique<QCoreApplication>(argc, nullptr);
+    int argc = 0;
+    QCoreApplication application(argc, nullptr);
     QTimer::singleShot(10'000, [] { _exit(77); });
-    Child child;
-    child.receiver.other = std::make_unique<Receiver>();
-    bridge.setup(SIGINT, &child.receiver, "deleteOtherAndQuit");
-    bridge.setup(SIGHUP, child.receiver.other.get(), "count");
-    bridge.setup(SIGURG, &child.receiver, "applicationQuit");
-    bridge.setup(SIGUSR1, &child.receiver, "miscount");
-    bridge.setup(SIGUSR1, &child.receiver, "count");
+    makeNotifiers();
+    Receiver target;
+    receiver = &target;
+    receiver->other = std::make_unique<Receiver>();
+    // The end by exit() does not unwind the stack.
+    const auto end = qScopeGuard([] { std::printf("counted %d unwound ", receiver->counted); });
+    bridge.setup(SIGINT, receiver, "deleteOtherAndQuit");
+    bridge.setup(SIGHUP, receiver->other.get(), "count");
+    bridge.setup(SIGURG, receiver, "applicationQuit");
+    bridge.setup(SIGUSR1, receiver, "miscount");
+    bridge.setup(SIGUSR1, receiver, "count");
     if (name.startsWith("before the event loop")) {
         if (name.endsWith("waits")) { QCoreApplication::processEvents(); }
         act();
