@@ -3,6 +3,19 @@
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
+namespace {
+
+const struct {
+    const char *name, *path;
+    QJsonValue value = u("default");
+} values[] = {{"nested", "a/b", 5}, {"null is found", "a/n", QJsonValue()}, {"array", "a/arr", QJsonArray{1}},
+    {"object", "é", QJsonObject{{QString(), 3}}}, {"empty last key", "é/", 3},
+    {"empty path", "", QJsonObject{{u("a"), 7}}}, {"leading slash", "/a", 7}, {"no index into an array", "a/arr/0"},
+    {"no such key", "a/x"}, {"no such first key", "x"}, {"key below a number", "a/b/c"}, {"empty key between", "a//b"},
+    {"empty key below a number", "a/b/"}, {"another case", "A/b"}, {"a key with a slash", "k/l"}};
+
+} // namespace
+
 class JsonFileTest : public QObject
 {
     Q_OBJECT
@@ -39,26 +52,12 @@ private Q_SLOTS:
                                               + u(" (src/core/parsers/jsonfile.cpp, %1, default)").arg(signature)));
     }
 
-    void value_data() {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QJsonValue>("expected");
-
-        QTest::newRow("nested") << "a/b" << QJsonValue(5);
-        QTest::newRow("null is found") << "a/n" << QJsonValue();
-        QTest::newRow("array") << "a/arr" << QJsonValue(QJsonArray{1});
-        QTest::newRow("object") << "é" << QJsonValue(QJsonObject{{QString(), 3}});
-        QTest::newRow("empty last key") << "é/" << QJsonValue(3);
-        QTest::newRow("empty path") << "" << QJsonValue(QJsonObject{{u("a"), 7}});
-        QTest::newRow("leading slash") << "/a" << QJsonValue(7);
-        for (const char* path : {"a/arr/0", "a/x", "x", "a/b/c", "a//b", "a/b/", "A/b", "k/l"}) {
-            QTest::addRow("missing: %s", path) << path << QJsonValue(u("default"));
-        }
-    }
+    void value_data() { addRows(values); }
     void value() {
-        QFETCH(QString, path);
+        const auto& row = currentRow(values);
         const JsonPath root(QJsonDocument::fromJson(R"({"a": {"b": 5, "n": null, "arr": [1]},
             "é": {"": 3}, "": {"a": 7}, "k/l": 1})"));
-        QTEST(root.value(path, u("default")), "expected");
+        QCOMPARE(root.value(u(row.path), u("default")), row.value);
     }
 
     void rootIsAlwaysAnObject() {

@@ -7,6 +7,13 @@ namespace {
 using Descriptor = LocationDescriptor;
 using Database = DatabaseVersionResult;
 
+const struct {
+    const char *name, *keys;
+    QByteArray extracted;
+} filters[] = {{"no attribute", "", "- -"}, {"no filter", "1 3 10", "- -"},
+    {"the first of each", "9 329 257 2 258", "9 329"}, {"329 serves both", "329 258", "329 329"},
+    {"without 329", "257 2 258", "257 2"}, {"the last alone", "258", "- 258"}};
+
 } // namespace
 
 class NavigationTest : public QObject
@@ -71,23 +78,15 @@ private Q_SLOTS:
         QCOMPARE(variant.value<QSequentialIterable>().size(), 1);
     }
 
-    void oneShotFilterIds_data() {
-        QTest::addColumn<QString>("extracted");
-
-        for (const char* none : {"", "1 3 10"}) { QTest::addRow("no filter: %s", none) << "- -"; }
-        QTest::newRow("the first of each: 9 329 257 2 258") << "9 329";
-        QTest::newRow("329 serves both: 329 258") << "329 329";
-        QTest::newRow("without 329: 257 2 258") << "257 2";
-        QTest::newRow("the last alone: 258") << "- 258";
-    }
+    void oneShotFilterIds_data() { addRows(filters); }
     void oneShotFilterIds() {
+        const auto& row = currentRow(filters);
         QHash<unsigned short, QByteArray> attributes;
-        const QByteArray keys = QByteArray(QTest::currentDataTag()).split(':').last().trimmed();
-        for (const QByteArray& key : keys.split(' ')) { attributes.insert(key.toUShort(), key); }
+        for (const QByteArray& key : QByteArray(row.keys).split(' ')) { attributes.insert(key.toUShort(), key); }
         QByteArray first = "-";
         QByteArray second = "-";
         extractOneShotFilterIds(attributes, first, second);
-        QTEST(u(first + ' ' + second), "extracted");
+        QCOMPARE(first + ' ' + second, row.extracted);
     }
 
     void names() {

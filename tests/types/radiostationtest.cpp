@@ -13,6 +13,14 @@ const QVector<int> typeIds{QMetaType::type("Language"), QMetaType::type("QList<L
     QMetaType::type("PromptData"), QMetaType::type("RadioType"), QMetaType::type("RadioStation"),
     QMetaType::type("RadioStation::Genre")};
 
+/** Names of categories, with the genres that they give. */
+const struct {
+    const char* name;
+    QVector<int> genres;
+} categoryLists[] = {{"pop", {32}}, {"deportes en vivo", {21}}, {"Deportes en Vivo", {21}},
+    {"jzz/stndrd/clscl", {5, 20}}, {"news/politics", {28, 31}}, {"news/POLITICS,News/PublicRadio", {28, 31}},
+    {"Rock ,", {0}}, {"Rock,More,no such,rock", {0, 35}}};
+
 /** A station with all fields set, of which conversions keep some and zero others. */
 RadioStation fullStation() {
     RadioStation station;
@@ -132,24 +140,14 @@ private Q_SLOTS:
         QCOMPARE(rbdsGenreToTyxGenreHash.size(), 32);
     }
 
-    void categories_data() {
-        QTest::addColumn<QVector<int>>("genres");
-
-        QTest::newRow("pop") << QVector<int>{32};
-        QTest::newRow("deportes en vivo") << QVector<int>{21};
-        QTest::newRow("Deportes en Vivo") << QVector<int>{21};
-        QTest::newRow("jzz/stndrd/clscl") << QVector<int>{5, 20};
-        QTest::newRow("news/politics") << QVector<int>{28, 31};
-        QTest::newRow("news/POLITICS,News/PublicRadio") << QVector<int>{28, 31};
-        QTest::newRow("Rock ,") << QVector<int>{0};
-        QTest::newRow("Rock,More,no such,rock") << QVector<int>{0, 35};
-    }
+    void categories_data() { addRows(categoryLists); }
     void categories() {
+        const auto& row = currentRow(categoryLists);
         ExtendedSatelliteRadioChannel channel;
-        channel.categoryNames = u(QTest::currentDataTag()).split(QLatin1Char(','));
+        channel.categoryNames = u(row.name).split(QLatin1Char(','));
         QVector<int> genres;
         for (const Genre genre : converted(channel).genres) { genres += genre; }
-        QTEST(genres, "genres");
+        QCOMPARE(genres, row.genres);
         QCOMPARE(sdarsGenreToTyxGenreHash.size(), 39);
         QCOMPARE(sdarsGenreToTyxGenreHash.uniqueKeys().size(), 37);
     }
