@@ -10,18 +10,16 @@ namespace {
 
 QByteArray deleted; // the names of the singletons, in the order of their deletion
 
-class Singleton : public AbstractSingleton
-{
-public:
-    explicit Singleton(char name, std::function<void()> atEnd = nullptr)
+struct Singleton : AbstractSingleton {
+    explicit Singleton(
+        char name, std::function<void()> atEnd = [] {})
         : name(name)
         , atEnd(std::move(atEnd)) {}
     ~Singleton() override {
         deleted += name;
-        if (atEnd) { atEnd(); }
+        atEnd();
     }
 
-private:
     const char name;
     const std::function<void()> atEnd;
 };
