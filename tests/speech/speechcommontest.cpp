@@ -103,35 +103,24 @@ private Q_SLOTS:
 
     void defaults() { QCOMPARE(described(PromptData()) + QString::number(PromptData().flag), u("2 255 - 0")); }
 
-    void parse_data() {
-        QTest::addColumn<QString>("input");
-        QTest::addColumn<int>("context");
-        QTest::addColumn<QString>("expected");
-        QTest::addColumn<bool>("warns");
-
-        for (const auto& row : prompts) {
-            PromptData prompt(u(row.text != nullptr ? row.text : row.input), row.mode);
-            prompt.language = row.language;
-            prompt.genre = u(row.genre);
-            for (const QByteArray& context : QByteArray(row.contexts).split(',')) {
-                QTest::addRow("%s, context %s", row.name, context.constData())
-                    << row.input << context.toInt() << described(prompt) << (row.text == nullptr && context != "10");
-            }
-        }
-    }
+    void parse_data() { addRows(prompts); }
     void parse() {
-        QFETCH(QString, input);
-        QFETCH(int, context);
-        QFETCH(bool, warns);
-        const PromptData prompt = PromptData::parse(input, PromptContext(context));
-        QTEST(described(prompt), "expected");
-        QCOMPARE(prompt.flag, false);
-        QString line;
-        QDebug(&line).nospace()
-            << "warning: Unable to parse given string:  " << input
-            << " (src/core/speech/speechcommon.cpp, static PromptData PromptData::parse(const QString&, "
-               "PromptContext), default)";
-        QCOMPARE(log->takeLines(), warns ? QStringList(line) : QStringList());
+        const auto& row = currentRow(prompts);
+        PromptData expected(u(row.text != nullptr ? row.text : row.input), row.mode);
+        expected.language = row.language;
+        expected.genre = u(row.genre);
+        for (const QString& context : u(row.contexts).split(QLatin1Char(','))) {
+            const PromptData prompt = PromptData::parse(u(row.input), PromptContext(context.toInt()));
+            QCOMPARE(context + u(": ") + described(prompt), context + u(": ") + described(expected));
+            QCOMPARE(prompt.flag, false);
+            QString line;
+            QDebug(&line).nospace()
+                << "warning: Unable to parse given string:  " << u(row.input)
+                << " (src/core/speech/speechcommon.cpp, static PromptData PromptData::parse(const QString&, "
+                   "PromptContext), default)";
+            const bool warns = row.text == nullptr && context != u("10");
+            QCOMPARE(log->takeLines(), warns ? QStringList(line) : QStringList());
+        }
     }
 
     void everyFormHasARow() {
