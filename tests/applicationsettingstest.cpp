@@ -4,20 +4,6 @@
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
-namespace {
-
-/** Asks for a setting when everything that was made after the start of the program is gone. */
-struct LateUser {
-    ~LateUser() {
-        if (asks) { std::printf("%d", ApplicationSettings::value(u("a/b"), 5).toInt()); }
-    }
-    bool asks = false;
-};
-
-LateUser lateUser;
-
-} // namespace
-
 class ApplicationSettingsTest : public QObject
 {
     Q_OBJECT
@@ -72,7 +58,7 @@ private Q_SLOTS:
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     if (argc == 2 && qstrcmp(argv[1], "late") == 0) {
-        lateUser.asks = true;
+        std::atexit([] { std::printf("%d", ApplicationSettings::value(u("a/b"), 5).toInt()); });
         return ApplicationSettings::value(u("a/b"), 0).toInt();
     }
     ApplicationSettingsTest test;
