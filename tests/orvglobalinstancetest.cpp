@@ -11,13 +11,12 @@ namespace {
 QByteArray deleted; // the names of the singletons, in the order of their deletion
 
 struct Singleton : AbstractSingleton {
-    explicit Singleton(
-        char name, std::function<void()> atEnd = [] {})
+    explicit Singleton(char name, std::function<void()> atEnd = nullptr)
         : name(name)
         , atEnd(std::move(atEnd)) {}
     ~Singleton() override {
         deleted += name;
-        atEnd();
+        if (atEnd) { atEnd(); }
     }
 
     const char name;
