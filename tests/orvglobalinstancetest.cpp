@@ -24,6 +24,13 @@ struct Singleton : AbstractSingleton {
 };
 
 const struct {
+    const char *name, *steps; // "1one" registers the instance 1 as "one", "-one" erases the name, "!" clears
+    QByteArray deleted;       // the instances, in this order; f stays, and 0 is null
+} registrations[] = {{"the newest first", "1one 2two 3three -none -two 4four !", "2431"},
+    {"a name again is newer, and the older one is left over", "fa bb aa ! cc Aa -a 0d !", "abAc"},
+    {"a name again, erased once", "fe ee -e", "e"}};
+
+const struct {
     void (*call)();
     QByteArray place;
 } operations[] = {
@@ -71,42 +78,23 @@ private Q_SLOTS:
         QVERIFY(SingletonTracker::isEmpty());
     }
 
-    void ownsAndFinds() {
-        auto* const second = new Singleton('2');
-        const char twin[] = {'t', 'w', 'o', '\0', 'x'}; // a name ends with its NUL
-        SingletonTracker::insert("one", new Singleton('1'));
-        SingletonTracker::insert("two", second);
-        SingletonTracker::insert("three", new Singleton('3'));
-        QCOMPARE(SingletonTracker::at(twin), second);
-        QCOMPARE(SingletonTracker::at("Two"), nullptr);
-        SingletonTracker::erase("none");
-        SingletonTracker::erase("two");
-        QCOMPARE(SingletonTracker::at("two"), nullptr);
-        SingletonTracker::insert("four", new Singleton('4'));
-        SingletonTracker::clear();
-        QCOMPARE(deleted, QByteArray("2431"));
-    }
-
-    void aNameRegisteredTwice() {
-        const std::unique_ptr<Singleton> forgotten(new Singleton('f'));
-        SingletonTracker::insert("a", forgotten.get());
-        SingletonTracker::insert("b", new Singleton('b'));
-        SingletonTracker::insert("a", new Singleton('a')); // now newer than b
-        SingletonTracker::clear();
-        QCOMPARE(deleted, QByteArray("ab")); // and the older name is left over, below what comes
-        SingletonTracker::insert("c", new Singleton('c'));
-        SingletonTracker::insert("a", new Singleton('A'));
-        SingletonTracker::erase("a"); // takes the left-over name, not the one on top
-        SingletonTracker::insert("d", nullptr);
-        SingletonTracker::clear();
-        QCOMPARE(deleted, QByteArray("abAc"));
-
-        const std::unique_ptr<Singleton> alsoForgotten(new Singleton('f'));
-        SingletonTracker::insert("e", alsoForgotten.get());
-        SingletonTracker::insert("e", new Singleton('e'));
-        SingletonTracker::erase("e");
+    void deletes_data() { addRows(registrations); }
+    void deletes() {
+        const auto& row = currentRow(registrations);
+        Singleton forgotten('f');
+        const QList<QByteArray> steps = QByteArray(row.steps).split(' ');
+        for (const QByteArray& step : steps) {
+            const char* const name = step.constData() + 1;
+            switch (step[0]) {
+            case '!': SingletonTracker::clear(); break;
+            case '-': SingletonTracker::erase(name); break;
+            case '0': SingletonTracker::insert(name, nullptr); break;
+            case 'f': SingletonTracker::insert(name, &forgotten); break;
+            default: SingletonTracker::insert(name, new Singleton(step[0]));
+            }
+        }
         QVERIFY(SingletonTracker::isEmpty() && SingletonTracker::at("e") == nullptr);
-        QCOMPARE(deleted, QByteArray("abAce"));
+        QCOMPARE(deleted, row.deleted);
     }
 
     void aNameThatGoesWithTheInstance() {
@@ -123,7 +111,9 @@ private Q_SLOTS:
     void lookUpsNeverCollide() {
         auto* const singleton = new Singleton('a');
         SingletonTracker::insert("a", singleton);
-        QVERIFY(isAlwaysTrue(32, 20'000, [singleton](int) { return SingletonTracker::at("a") == singleton; }));
+        const char twin[] = {'a', '\0', 'x'}; // a name ends with its NUL
+        QVERIFY(isAlwaysTrue(32, 20'000, [&](int) { return SingletonTracker::at(twin) == singleton; }));
+        QCOMPARE(SingletonTracker::at("A"), nullptr);
         SingletonTracker::clear();
     }
 
