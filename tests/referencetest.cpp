@@ -4,8 +4,6 @@
 #include <reference/comparisons.h>
 #include <support/logcapture.h>
 
-namespace {
-
 const QStringList sentenceFragments =
     QString::fromUtf8(R"(.|!|?|⁇|⁈|⁉|؟|⸮|。|．|！|？|｡|﹒|﹖|﹗|︒|︕|︖| | | |
 |a|Word|ein Satz mit vielen kleinen Worten|É|ß|ǅ|文字|ไทย|한국|1|23|٣|Ⅳ|½|𝟗|😀|,|\|\!|\!\|=|rst\|\!\rst\ |\!\rst\|
@@ -13,8 +11,6 @@ const QStringList sentenceFragments =
         .split(QLatin1Char('|'))
     + QString::fromUtf16(u"\u0085|\u00A0|\u1680|\u2028|\u205F|\u3000|\xD83D|\xDE00").split(QLatin1Char('|'))
     + QStringList({QString(QChar(0)), u("С"), u("Ю"), u("п")}); // as far from terminators as their table is long
-
-} // namespace
 
 class ReferenceTest : public QObject
 {

@@ -3,8 +3,6 @@
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
-namespace {
-
 const struct {
     const char *name, *path;
     QJsonValue value = u("default");
@@ -13,8 +11,6 @@ const struct {
     {"empty path", "", QJsonObject{{u("a"), 7}}}, {"leading slash", "/a", 7}, {"no index into an array", "a/arr/0"},
     {"no such key", "a/x"}, {"no such first key", "x"}, {"key below a number", "a/b/c"}, {"empty key between", "a//b"},
     {"empty key below a number", "a/b/"}, {"another case", "A/b"}, {"a key with a slash", "k/l"}};
-
-} // namespace
 
 class JsonFileTest : public QObject
 {

@@ -62,7 +62,6 @@ int rename(const char* from, const char* to) noexcept {
     return isRenamingRefused ? -1 : reinterpret_cast<decltype(&rename)>(dlsym(RTLD_NEXT, "rename"))(from, to);
 }
 
-#ifdef O_TMPFILE
 // Likewise: not every system makes a file without a name, nor has a full disk room for a new one.
 extern "C" int open64(const char* name, int flags, ...) {
     va_list arguments;
@@ -74,7 +73,6 @@ extern "C" int open64(const char* name, int flags, ...) {
     const bool isRefused = isNameless || (isNewFileRefused && (flags & O_EXCL) != 0);
     return isRefused ? -1 : reinterpret_cast<decltype(&open64)>(dlsym(RTLD_NEXT, "open64"))(name, flags, mode);
 }
-#endif
 
 class SpeechChecksumManagerTest : public QObject
 {

@@ -2,8 +2,6 @@
 
 #include <support/fields.h>
 
-namespace {
-
 const struct {
     const char* name;
     int strength, errorRate;
@@ -11,8 +9,6 @@ const struct {
 } qualities[] = {{"not reported", -1, -1, false, true}, {"invalid", 0, 0, true, true}, {"low", 1, 0, false, true},
     {"usable", 2, 0, false, false}, {"no error rate", 2, -1, false, false}, {"errors", 2, 1, false, true},
     {"highest level", 98, 0, false, false}, {"not known", 99, 0, false, true}, {"beyond", 100, 0, false, false}};
-
-} // namespace
 
 class ConnectivityTest : public QObject
 {

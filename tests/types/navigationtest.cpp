@@ -2,8 +2,6 @@
 
 #include <support/fields.h>
 
-namespace {
-
 using Descriptor = LocationDescriptor;
 using Database = DatabaseVersionResult;
 
@@ -13,8 +11,6 @@ const struct {
 } filters[] = {{"no attribute", "", "- -"}, {"no filter", "1 3 10", "- -"},
     {"the first of each", "9 329 257 2 258", "9 329"}, {"329 serves both", "329 258", "329 329"},
     {"without 329", "257 2 258", "257 2"}, {"the last alone", "258", "- 258"}};
-
-} // namespace
 
 class NavigationTest : public QObject
 {
