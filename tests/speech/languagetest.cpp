@@ -22,8 +22,7 @@ const struct {
     {"speech output", convertTtsLanguageIdToIso3, nullptr,
         "000-000 deu-DEU eng-GBR eng-USA spa-ESP ita-ITA fra-FRA - nld-NLD ara-WWW cmn-TWN cmn-CHN kor-KOR jpn-JPN "
         "rus-RUS - - por-POR pol-POL ell-GRC tur-TUR hun-HUN - swe-SWE por-BRA yue-HKG yue-HKG slk-SVL ces-CZE - "
-        "dan-DNK nor-NOR fin-FIN ind-IDN tha-THA"},
-};
+        "dan-DNK nor-NOR fin-FIN ind-IDN tha-THA"}};
 
 QVector<int> valuesWhere(bool (*isMember)(const Language&)) {
     QVector<int> values;

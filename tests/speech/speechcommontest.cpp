@@ -81,8 +81,6 @@ const struct {
     {"no texts", "[{'id': 5, 'value': 'v'}, {'id': 'a', 'value': 5}]", ".=v =v a.= a="},
     {"no array", "{'id': 'a', 'value': 'v'}", ""}};
 
-using Sounds = QHash<QString, QString>;
-
 QString soundsFileName() { return QCoreApplication::applicationDirPath() + u("/../share/tts/common.json"); }
 
 } // namespace
@@ -156,7 +154,7 @@ private Q_SLOTS:
     void brandSounds() {
         const auto& row = currentRow(soundTables);
         QVERIFY(writeFile(soundsFileName(), quoted(row.json).toUtf8()));
-        const Sounds sounds = loadBrandSounds(u("BR%1and"));
+        const auto sounds = loadBrandSounds(u("BR%1and"));
         QVERIFY(loadBrandSounds(u("x"), u("/none.json")).isEmpty());
         log->takeTexts();
         QCOMPARE(loadBrandSounds(u("BR%1and"), soundsFileName()), sounds);
