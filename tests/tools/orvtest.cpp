@@ -1,13 +1,32 @@
+#include <core/speech/speechcommon.h>
 #include <core/speech/speechcommon_p.h>
 
 #include <support/childprocess.h>
 #include <support/helpers.h>
 
-#include <core/speech/speechcommon.h>
-
 #include <cstdio>
 
 constexpr bool isEmulated = sizeof TEST_EMULATOR > 1;
+
+/** What lies in the folder of the commands. */
+const struct {
+    const char* name;
+    QByteArray content;
+} files[] = {{"data.json", R"({"a": {"b": "x", "n": null}, "": 1})"}, {"broken.json", "{\n"},
+    {"table.eco", "#ECO 1 -;\n#Column id\n#Column name\nearly\n1;\nx; \"y,\"z"}, {"files/a", "a\n"},
+    {"files/deep/b", "b\n"}, {"a;b", "a\n"}, {"offboard/one.xml", R"(<tts lang="de_ED"/><offboard>News</offboard>)"},
+    {"offboard/two.xml", R"(<offboard>News <file path="offboard/one.xml"/>)"},
+    {"offboard/three.xml", "<offboard>\xFF</offboard>"}, {"spelling.json", R"([
+            {"filePath": "./files/a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"},
+            {"filePath": "files/./a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"}])"},
+    {"locked/store.json", "[]"}, {"gone.json", R"([{"filePath": "gone/a", "type": 1}])"}, {"two", "2"},
+    {"binary", "\x7Fxyz\n\x01\n\n\xFF;\"\n"},
+    {"sounds.json", R"([{"id": "ding", "value": "%1"}, {"id": "dong", "value": "files/a"}])"},
+    {"prompts/a.txt", "<text>ok</text> you\n<text></text>\n"}, {"prompts/deep/b.txt", "x <text>ok</text>"},
+    {"prompts/notes.md", "x"},
+    {"baseline.json", R"({"file": "prompts/a.txt", "rule": "nothing-spoken", "reason": "nothing is spoken"})"},
+    {"changed.json", R"([{"filePath": "files/a", "type": 1, "checksum": "x"}, {"filePath": "gone", "type": 1},
+            {"filePath": "files", "type": 1}])"}};
 
 // Runs the program as a user does; ORV_PROGRAM is its path.
 class OrvTest : public QObject
@@ -16,42 +35,18 @@ class OrvTest : public QObject
 
 private Q_SLOTS:
     void initTestCase() {
-        const auto write = [this](const char* name, const QByteArray& content) {
-            QVERIFY(writeFile(folder.filePath(u(name)), content));
-        };
-        write("data.json", R"({"a": {"b": "x", "n": null}, "": 1})");
-        write("broken.json", "{\n");
-        write("table.eco", "#ECO 1 -;\n#Column id\n#Column name\nearly\n1;\nx; \"y,\"z");
-        write("files/a", "a\n");
-        write("files/deep/b", "b\n");
-        write("a;b", "a\n");
-        write("offboard/one.xml", R"(<tts lang="de_ED"/><offboard>News</offboard>)");
-        write("offboard/two.xml", R"(<offboard>News <file path="offboard/one.xml"/>)");
-        write("offboard/three.xml", "<offboard>\xFF</offboard>");
-        write("spelling.json", R"([
-            {"filePath": "./files/a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"},
-            {"filePath": "files/./a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"}])");
-        write("gone.json", R"([{"filePath": "gone/a", "type": 1}])");
-        write("two", "2");
-        write("binary", "\x7Fxyz\n\x01\n\n\xFF;\"\n");
-        write("sounds.json", R"([{"id": "ding", "value": "%1"}, {"id": "dong", "value": "files/a"}])");
-        write("prompts/a.txt", "<text>ok</text> you\n<text></text>\n");
-        write("prompts/deep/b.txt", "x <text>ok</text>");
-        write("prompts/notes.md", "x");
-        write("baseline.json", R"({"file": "prompts/a.txt", "rule": "nothing-spoken", "reason": "nothing is spoken"})");
+        for (const auto& file : files) { QVERIFY(writeFile(folder.filePath(u(file.name)), file.content)); }
         QVERIFY(QDir(folder.path()).mkdir(u("bin")) && QFile::copy(u(ORV_PROGRAM), folder.filePath(u("bin/orv"))));
-        write("changed.json", R"([{"filePath": "files/a", "type": 1, "checksum": "x"}, {"filePath": "gone", "type": 1},
-            {"filePath": "files", "type": 1}])");
 
         // Held for long, and on a file system where the lock file is all there is of a lock. The other tests run while
         // these wait.
         const QByteArray process = QByteArray::number(QCoreApplication::applicationPid());
-        write("locked/store.json", "[]");
-        write("locked/store.json.lock", process + "\norvtest\n" + QSysInfo::machineHostName().toUtf8() + "\n");
         QVERIFY(QFile::link(folder.filePath(u("locked/store.json")), folder.filePath(u("link.json"))));
         QFile lock(folder.filePath(u("locked/store.json.lock")));
         QVERIFY(lock.open(QIODevice::ReadWrite));
-        QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime));
+        lock.write(process + "\norvtest\n" + QSysInfo::machineHostName().toUtf8() + "\n");
+        QVERIFY(
+            lock.flush() && lock.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime));
         start(lockedOut[0], "checksum update --store link.json locked");
         start(lockedOut[1], "checksum remove --store link.json locked");
     }
