@@ -5,6 +5,7 @@
 
 #include <dlfcn.h>
 #include <sys/mman.h>
+#include <tuple>
 #include <zlib.h>
 
 namespace {
@@ -53,17 +54,11 @@ Result inflated(const QByteArray& data, int pieceSize) {
     return {buffer.data(), u("%1 %2 %3").arg(inflate.isFinished()).arg(inflate.hasFailed()).arg(inflate.surplusSize())};
 }
 
-struct Expected {
-    QByteArray output;
-    int result; // zlib's
-    bool isFailure;
-};
-
 /**
  * Reference implementation: zlib decompresses all data in one call. When that fails, the whole blocks before the failure
- * count: what came with the failing one is dropped.
+ * count: what came with the failing one is dropped. Gives the output, zlib's result, and whether that is a failure.
  */
-Expected expected(QByteArray data) {
+std::tuple<QByteArray, int, bool> expected(QByteArray data) {
     constexpr int blockSize = 16384;
     constexpr int mostPerByte = 1032; // is what the format allows
     QByteArray output(mostPerByte * (data.size() + 1), Qt::Uninitialized);

@@ -3,6 +3,8 @@
 #include <support/described.h>
 #include <support/logcapture.h>
 
+#include <optional>
+
 namespace {
 
 const struct {
@@ -58,13 +60,10 @@ const struct {
     const char* name;
     QByteArray content;
     const char* text = nullptr; // without it, the prompt stays the file
-} files[] = {
-    {"line ends", "\n<offboard>Grüße\r\nan alle</offboard>", "Grüße\nan alle"},
+} files[] = {{"line ends", "\n<offboard>Grüße\r\nan alle</offboard>", "Grüße\nan alle"},
     {"up to a NUL", QByteArray("<offboard>a</offboard>\0</offboard>", 33), "a"},
-    {"behind a NUL", QByteArray("\0<offboard>a</offboard>", 23)},
-    {"other markup", "<text>a</text>"},
-    {"no file", QByteArray()},
-};
+    {"behind a NUL", QByteArray("\0<offboard>a</offboard>", 23)}, {"other markup", "<text>a</text>"},
+    {"no file", QByteArray()}};
 
 /** Files of brand sounds, with ' in place of each ". */
 const struct {
