@@ -27,7 +27,7 @@ QString usage(const QVector<Command>& commands)
              "  2  wrong use or unreadable input\n"_s;
 }
 
-int run(QStringList words)
+void run(QStringList words)
 {
     const QVector<Command> commands{checkCommand, checksumCommand, genreCommand, inflateCommand,
         jsonCommand, languageCommand, promptCommand, sentencesCommand, soundCommand, tableCommand};
@@ -47,9 +47,10 @@ int run(QStringList words)
     } else {
         const Command& command = commandOf(commands, name);
         CommandLine commandLine(command);
-        return commandLine.read(words) ? command.run(commandLine) : 0;
+        if (commandLine.read(words)) {
+            command.run(commandLine);
+        }
     }
-    return 0;
 }
 
 } // namespace
@@ -67,11 +68,10 @@ int main(int argc, char** argv)
     showLog(false);
 
     try {
-        const int exitCode = run(QCoreApplication::arguments().mid(1));
+        run(QCoreApplication::arguments().mid(1));
         finishOutput();
-        return exitCode;
     } catch (const Failure& failure) {
-        printError(failure.reason);
-        return 2;
+        printError(failure.reason, 2);
     }
+    return raiseExitCode(0);
 }

@@ -7,9 +7,9 @@
 QString onOneLine(QString text)
 {
     constexpr ushort symbols = 0x2400; // U+2400 is the symbol for U+0000, and so on
-    for (QChar& character : text) {
-        if (character < u' ') {
-            character = QChar(symbols + character.unicode());
+    for (Size i = 0; i < text.size(); ++i) {
+        if (text.at(i) < u' ') { // rarely, so most texts need no copy
+            text[i] = QChar(symbols + text.at(i).unicode());
         }
     }
     return text;

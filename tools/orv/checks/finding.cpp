@@ -2,6 +2,8 @@
 
 #include <QFileInfo>
 
+#include <tuple>
+
 namespace {
 
 // In the order of their values.
@@ -49,6 +51,12 @@ const RuleText& textOf(Rule rule)
 QStringList ruleNames()
 {
     return namesOf(rules);
+}
+
+bool Finding::operator<(const Finding& other) const
+{
+    return std::tie(place.line, place.column, rule, text)
+           < std::tie(other.place.line, other.place.column, other.rule, other.text);
 }
 
 QString CheckOptions::onThisMachine(const QString& path) const

@@ -62,6 +62,9 @@ struct Finding
     Place place;
     Rule rule;
     QString text;
+
+    /** In the order of their places. */
+    bool operator<(const Finding& other) const;
 };
 
 using Findings = QVector<Finding>;

@@ -4,8 +4,8 @@
 
 #include <QFileInfo>
 
-#include <algorithm>
 #include <map>
+#include <set>
 #include <tuple>
 
 namespace {
@@ -35,10 +35,8 @@ constexpr Kind kinds[] = {
     {"table", checkTable, ".eco", "an \"#ECO\" table file"},
 };
 
-QStringList kindNames()
-{
-    return namesOf(kinds);
-}
+/** What makes two findings the same, wherever their lines have moved to: file, rule and text. */
+using Key = std::tuple<QString, QString, QString>;
 
 /** What a run of the command works on. */
 struct Task
@@ -46,23 +44,16 @@ struct Task
     const Kind& kind;
     QVector<PromptContext> contexts;
     CheckOptions options;
-    QStringList allowed;  ///< names of rules
-    QStringList baseline; ///< accepted findings, by keyOf()
+    QStringList allowed;         ///< names of rules
+    std::multiset<Key> baseline; ///< accepted findings
     int accepted = 0;
-    int exitCode = 0;
     QVector<FileFinding> findings = {};
 };
 
-/** What makes two findings the same, wherever their lines have moved to. */
-QString keyOf(const QString& file, const QString& rule, const QString& text)
-{
-    return file + u'\n' + rule + u'\n' + text;
-}
-
 /** The findings that --json once wrote into a file. @throw Failure */
-QStringList readBaseline(const QString& fileName)
+std::multiset<Key> readBaseline(const QString& fileName)
 {
-    QStringList keys;
+    std::multiset<Key> keys;
     LineReader reader(fileName);
     QByteArray line;
     while (reader.readBytes(line)) {
@@ -71,8 +62,8 @@ QStringList readBaseline(const QString& fileName)
             throw Failure{u"%1:%2: not a finding that orv check --json wrote"_s.arg(
                 fileName, QString::number(reader.lineNumber()))};
         }
-        keys += keyOf(object.value(u"file"_s).toString(), object.value(u"rule"_s).toString(),
-            object.value(u"reason"_s).toString());
+        keys.insert({object.value(u"file"_s).toString(), object.value(u"rule"_s).toString(),
+            object.value(u"reason"_s).toString()});
     }
     return keys;
 }
@@ -80,25 +71,24 @@ QStringList readBaseline(const QString& fileName)
 /** The findings in all contexts; those that are not of all contexts name theirs. */
 Findings findAll(Task& task, const QByteArray& content)
 {
-    std::map<std::tuple<int, int, Rule, QString>, QStringList> contextsByFinding;
+    std::map<Finding, QStringList> contextsByFinding;
     for (const PromptContext context : qAsConst(task.contexts)) {
+        const QString name = nameOf(context);
         task.options.context = context;
         const Findings findings = task.kind.check(content, task.options);
         for (const Finding& finding : findings) {
-            const Place& place = finding.place;
-            QStringList& names =
-                contextsByFinding[{place.line, place.column, finding.rule, finding.text}];
-            if (names.isEmpty() || names.last() != nameOf(context)) {
-                names += nameOf(context);
+            QStringList& names = contextsByFinding[finding];
+            if (!names.contains(name)) {
+                names += name;
             }
         }
     }
     Findings all;
     for (const auto& [finding, names] : contextsByFinding) {
-        const auto& [line, column, rule, text] = finding;
-        const bool isOfAll = names.size() == task.contexts.size();
-        all +=
-            {{line, column}, rule, isOfAll ? text : u"%1 (in %2)"_s.arg(text, names.join(u", "_s))};
+        all += finding;
+        if (names.size() < task.contexts.size()) {
+            all.last().text += u" (in %1)"_s.arg(names.join(u", "_s));
+        }
     }
     return all;
 }
@@ -110,8 +100,7 @@ void check(Task& task, QString fileName)
     const Findings findings = findAll(task, content);
     for (const Finding& finding : findings) {
         const QString rule = QLatin1String(textOf(finding.rule).name);
-        if (task.allowed.contains(rule)
-            || task.baseline.removeOne(keyOf(fileName, rule, finding.text))) {
+        if (task.allowed.contains(rule) || task.baseline.extract({fileName, rule, finding.text})) {
             ++task.accepted;
         } else {
             task.findings.append({fileName, finding});
@@ -120,14 +109,14 @@ void check(Task& task, QString fileName)
 }
 
 /** The files that an argument stands for. */
-QStringList filesFor(Task& task, const QString& argument)
+QStringList filesFor(const Kind& kind, const QString& argument)
 {
     if (argument.isEmpty() || !QFileInfo(argument).isDir()) {
         return {argument};
     }
-    const QLatin1String suffix(task.kind.suffix);
+    const QLatin1String suffix(kind.suffix);
     QStringList names;
-    const QFileInfoList files = filesAt(argument, task.exitCode);
+    const QFileInfoList files = filesAt(argument);
     for (const QFileInfo& file : files) {
         if (file.filePath().endsWith(suffix)) {
             names += file.filePath();
@@ -139,7 +128,7 @@ QStringList filesFor(Task& task, const QString& argument)
             u"%1: left out %2 not named *%3"_s.arg(argument, counted(others, "file"), suffix));
     }
     if (names.isEmpty()) {
-        refuse(task.exitCode, u"%1: no file named *%2 in it"_s.arg(argument, suffix));
+        printError(u"%1: no file named *%2 in it"_s.arg(argument, suffix), 2);
     }
     return names;
 }
@@ -153,18 +142,17 @@ void show(const Task& task, const CommandLine& commandLine)
     for (const auto& [file, finding] : task.findings) {
         const auto& [name, severity, summary] = textOf(finding.rule);
         const int colour = *severity == 'e' ? red : *severity == 'w' ? yellow : cyan;
-        printRecord(commandLine.isSet(u"json"_s),
-            {{"file", file, "%1:"}, {"line", finding.place.line, "%1:"},
-                {"column", finding.place.column, "%1: "},
-                {"severity", QLatin1String(severity), coloured(u"%1"_s, colour).toUtf8() + ": "},
-                {"reason", finding.text, "%1 "}, {"rule", QLatin1String(name), "[%1]\n"}});
+        printRecord({{"file", file, "%1:"}, {"line", finding.place.line, "%1:"},
+            {"column", finding.place.column, "%1: "}, {"severity", QLatin1String(severity)},
+            {nullptr, coloured(QLatin1String(severity), colour), "%1: "},
+            {"reason", finding.text, "%1 "}, {"rule", QLatin1String(name), "[%1]\n"}});
     }
 }
 
 Task taskOf(const CommandLine& commandLine)
 {
     Task task{
-        kinds[placeAmong(kindNames(), "kind of file", commandLine.positionalArguments().at(0))],
+        kinds[placeAmong(namesOf(kinds), "kind of file", commandLine.positionalArguments().at(0))],
         contextsOf(commandLine), {}, commandLine.values(u"allow"_s), {}};
     task.options.brand = commandLine.value(u"brand"_s);
     task.options.root = commandLine.value(u"root"_s);
@@ -191,7 +179,7 @@ Task taskOf(const CommandLine& commandLine)
     return task;
 }
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
     if (commandLine.positionalArguments().size() < 2) {
         throw Failure{u"a kind and a file are needed"_s};
@@ -199,12 +187,12 @@ int run(const CommandLine& commandLine)
     Task task = taskOf(commandLine);
     const QStringList arguments = commandLine.positionalArguments().mid(1);
     for (const QString& argument : arguments) {
-        const QStringList files = filesFor(task, argument);
+        const QStringList files = filesFor(task.kind, argument);
         for (const QString& file : files) {
             try {
                 check(task, file);
             } catch (const Failure& failure) { // the other files are checked all the same
-                refuse(task.exitCode, failure.reason);
+                printError(failure.reason, 2);
             }
         }
     }
@@ -212,7 +200,7 @@ int run(const CommandLine& commandLine)
     if (task.accepted > 0) {
         printError(u"accepted %1"_s.arg(counted(task.accepted, "finding")));
     }
-    return std::max(task.exitCode, task.findings.isEmpty() ? 0 : 1);
+    raiseExitCode(task.findings.isEmpty() ? 0 : 1);
 }
 
 QString helpText()
@@ -237,7 +225,7 @@ QString helpText()
 
 const Command checkCommand = {"check",
     "finds mistakes in prompts, sounds, tables, stores and settings", helpText(),
-    {{"kind", "KIND", "What the files hold.", kindNames},
+    {{"kind", "KIND", "What the files hold.", [] { return namesOf(kinds); }},
         {"file", "FILE…",
             "A file; - for standard input; or a folder: the files in it and below, *.txt "
             "for prompts, *.eco for tables, *.json for the others."}},

@@ -27,7 +27,6 @@ struct Task
     std::optional<Manager::ChecksumType> type;
     bool isJson;
     QString storeFile;
-    int exitCode = 0;
     QStringList ownFiles = {}; ///< canonical paths: the store and its lock
 
     bool wants(const Manager::ChecksumKey& key) const
@@ -72,43 +71,38 @@ void writeStore(Manager& manager, const Task& task)
     }
 }
 
-/** The files among @p paths and in the folders among them, in order, without the store itself. */
-QFileInfoList collectFiles(Task& task, const QStringList& paths)
+/**
+ * Passes each of the files among @p paths and in the folders among them, without the store itself,
+ * with its fresh checksum to @p take.
+ */
+template <typename Function>
+void hashFiles(const Task& task, const QStringList& paths, Function take)
 {
     QFileInfoList files;
+    qint64 total = 0;
     for (const QString& path : paths) {
-        const QFileInfoList found = filesAt(path, task.exitCode);
+        const QFileInfoList found = filesAt(path);
         for (const QFileInfo& file : found) {
             if (file.filePath().contains(u';')) {
-                refuse(task.exitCode, file.filePath() + u": a path with \";\" cannot be stored"_s);
+                printError(file.filePath() + u": a path with \";\" cannot be stored"_s, 2);
             } else if (!task.ownFiles.contains(file.canonicalFilePath())) {
                 files += file;
+                total += file.size();
             }
         }
     }
-    return files;
-}
-
-/** Passes each file with its fresh checksum to @p take. */
-template <typename Function>
-void hashFiles(Task& task, const QFileInfoList& files, Function take)
-{
-    qint64 total = 0;
-    for (const QFileInfo& file : files) {
-        total += file.size();
-    }
     Progress progress(total);
-    for (const QFileInfo& file : files) {
+    for (const QFileInfo& file : qAsConst(files)) {
+        const QString path = file.filePath();
         bool isRead = false;
-        const QByteArray checksum = Manager::generateChecksum(file.filePath(), isRead);
+        const QByteArray checksum = Manager::generateChecksum(path, isRead);
         if (isRead) {
-            take(file.filePath(), checksum);
+            take(path, checksum);
         } else {
-            QFile unread(file.filePath());
+            QFile unread(path);
             const bool isOpen = unread.open(QIODevice::ReadOnly);
-            refuse(task.exitCode,
-                file.filePath() + u": "_s
-                    + (isOpen ? u"cannot be read to its end"_s : unread.errorString()));
+            const QString reason = isOpen ? u"cannot be read to its end"_s : unread.errorString();
+            printError(path + u": "_s + reason, 2);
         }
         progress.advance(file.size());
     }
@@ -150,32 +144,30 @@ void update(Task& task)
     int added = 0;
     int changed = 0;
     int unchanged = 0;
-    hashFiles(
-        task, collectFiles(task, task.paths), [&](const QString& path, const QByteArray& fresh) {
-            const QByteArray stored = manager.checksum(path, language, type);
-            ++(stored.isNull() ? added : stored != fresh ? changed : unchanged);
-            manager.insert(path, language, fresh, type);
-        });
+    hashFiles(task, task.paths, [&](const QString& path, const QByteArray& fresh) {
+        const QByteArray stored = manager.checksum(path, language, type);
+        ++(stored.isNull() ? added : stored != fresh ? changed : unchanged);
+        manager.insert(path, language, fresh, type);
+    });
     writeStore(manager, task);
-    printRecord(task.isJson, {{"new", added, "%1 new, "}, {"changed", changed, "%1 changed, "},
-                                 {"unchanged", unchanged, "%1 unchanged\n"}});
+    printRecord({{"new", added, "%1 new, "}, {"changed", changed, "%1 changed, "},
+        {"unchanged", unchanged, "%1 unchanged\n"}});
 }
 
 /** Tells of a difference; people learn the language and type only where they are not the usual ones. */
-void report(Task& task, const QString& status, const Manager::ChecksumKey& key)
+void report(const QString& status, const Manager::ChecksumKey& key)
 {
-    task.exitCode = std::max(task.exitCode, 1);
+    raiseExitCode(1);
     const QString language = codeOf(key.language);
     const QString type = typeName(key.type);
     const bool isUsual = key.language == NoLanguage && key.type == Manager::DefaultChecksum;
-    printRecord(task.isJson,
-        {{"status", status, "%1  ", -7}, {"filePath", key.filePath, "%1"}, {"language", language},
-            {"type", type},
-            {nullptr, isUsual ? QString() : u"  (%1, %2)"_s.arg(language, type), "%1\n"}});
+    printRecord({{"status", status, "%1  ", -7}, {"filePath", key.filePath, "%1"},
+        {"language", language}, {"type", type},
+        {nullptr, isUsual ? QString() : u"  (%1, %2)"_s.arg(language, type), "%1\n"}});
 }
 
 /** Tells how many files have which status. */
-void reportTotal(Task& task, const QMap<QString, int>& counts)
+void reportTotal(const Task& task, const QMap<QString, int>& counts)
 {
     int total = 0;
     QStringList parts;
@@ -189,9 +181,7 @@ void reportTotal(Task& task, const QMap<QString, int>& counts)
         }
     }
     object.insert(u"files"_s, total);
-    if (total == 0) {
-        task.exitCode = std::max(task.exitCode, 1);
-    }
+    raiseExitCode(total == 0 ? 1 : 0);
     if (task.isJson) {
         printJson(object);
     } else {
@@ -208,7 +198,7 @@ void verify(Task& task)
     const auto count = [&](const QString& status, const Manager::ChecksumKey& key) {
         ++counts[status];
         if (status != u"asStored"_s) {
-            report(task, status, key);
+            report(status, key);
         }
     };
     QMap<QString, QVector<Entry>> present; // by cleaned path
@@ -231,7 +221,7 @@ void verify(Task& task)
                    [&path](const QString& file) { return liesBelow(file, {path}); });
     };
     paths.erase(std::remove_if(paths.begin(), paths.end(), isReported), paths.end());
-    hashFiles(task, collectFiles(task, paths), [&](const QString& path, const QByteArray& fresh) {
+    hashFiles(task, paths, [&](const QString& path, const QByteArray& fresh) {
         const QVector<Entry> entries = present.value(path);
         if (entries.isEmpty()) {
             const auto type = task.type.value_or(Manager::DefaultChecksum);
@@ -244,16 +234,10 @@ void verify(Task& task)
     reportTotal(task, counts);
 }
 
-void refuseUnknownPaths(Task& task)
-{
-    printError(u"nothing is stored of that"_s);
-    task.exitCode = 1;
-}
-
 void list(Task& task)
 {
     const QVector<Entry> entries = wantedEntries(task, openStore(task, false));
-    Listing listing(task.isJson);
+    Listing listing;
     for (const Entry& entry : entries) {
         listing.add({{"checksum", QString::fromUtf8(entry.checksum.constData()), ""},
             {"language", codeOf(entry.key.language), ""}, {"type", typeName(entry.key.type), ""},
@@ -261,7 +245,7 @@ void list(Task& task)
     }
     listing.finish();
     if (entries.isEmpty() && !task.paths.isEmpty()) {
-        refuseUnknownPaths(task);
+        printError(u"nothing is stored of that"_s, 1);
     }
 }
 
@@ -275,14 +259,14 @@ void remove(Task& task)
     Manager manager = openStore(task, false);
     const QVector<Entry> entries = wantedEntries(task, manager);
     if (entries.isEmpty()) {
-        refuseUnknownPaths(task);
+        printError(u"nothing is stored of that"_s, 1);
         return;
     }
     for (const Entry& entry : entries) {
         manager.remove(entry.key.filePath, entry.key.language);
     }
     writeStore(manager, task);
-    printRecord(task.isJson, {{"removed", entries.size(), "%1 removed\n"}});
+    printRecord({{"removed", entries.size(), "%1 removed\n"}});
 }
 
 struct Action
@@ -328,7 +312,7 @@ Task taskOf(const CommandLine& commandLine)
     return task;
 }
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
     const QStringList words = commandLine.positionalArguments();
     if (words.isEmpty()) {
@@ -340,7 +324,6 @@ int run(const CommandLine& commandLine)
     }
     Task task = taskOf(commandLine);
     action.run(task);
-    return task.exitCode;
 }
 
 } // namespace

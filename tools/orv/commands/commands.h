@@ -10,8 +10,8 @@
 
 #include <QHash>
 
-// The commands of orv, one source file each. They return the exit code: 0 done, 1 for a negative
-// finding such as an unknown code. Wrong use and unreadable input are thrown as Failure, which is 2.
+// The commands of orv, one source file each. The exit code is 1 for a negative finding, such as an
+// unknown code; wrong use and unreadable input are thrown as Failure, which is 2.
 extern const Command checkCommand;
 extern const Command checksumCommand;
 extern const Command genreCommand;

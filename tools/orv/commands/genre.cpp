@@ -2,8 +2,6 @@
 
 #include <core/types/radiogenre.h>
 
-#include <QJsonArray>
-
 #include <algorithm>
 
 namespace {
@@ -42,7 +40,7 @@ QList<Genre> genresOf(const Vocabulary& vocabulary, const QString& word)
 }
 
 /** The words that stand for a genre, in order. */
-QJsonArray wordsOf(const Vocabulary& vocabulary, Genre genre)
+QStringList wordsOf(const Vocabulary& vocabulary, Genre genre)
 {
     QStringList words;
     if (vocabulary.codes == nullptr) {
@@ -55,7 +53,7 @@ QJsonArray wordsOf(const Vocabulary& vocabulary, Genre genre)
             words += QString::number(code);
         }
     }
-    return QJsonArray::fromStringList(words);
+    return words;
 }
 
 void addAll(Listing& listing)
@@ -69,11 +67,10 @@ void addAll(Listing& listing)
     }
 }
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
-    int exitCode = 0;
     bool isAsked = false;
-    Listing listing(commandLine.isSet(u"json"_s));
+    Listing listing;
     for (const Vocabulary& vocabulary : vocabularies) {
         const QString name = QLatin1String(vocabulary.name);
         const QStringList words = commandLine.values(name);
@@ -85,8 +82,7 @@ int run(const CommandLine& commandLine)
                     {"value", genre, "VALUE"}, {"genre", genreName(genre), "GENRE"}});
             }
             if (genres.isEmpty()) {
-                printError(u"unknown for --%1: \"%2\""_s.arg(name, word));
-                exitCode = 1;
+                printError(u"unknown for --%1: \"%2\""_s.arg(name, word), 1);
             }
         }
     }
@@ -94,7 +90,6 @@ int run(const CommandLine& commandLine)
         addAll(listing);
     }
     listing.finish();
-    return exitCode;
 }
 
 } // namespace

@@ -87,34 +87,28 @@ std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
         throw Failure{u"%1 exists; --force overwrites it"_s.arg(fileName)};
     }
     // A file appears whole or not at all; a device is written to.
-    std::unique_ptr<QFileDevice> file;
-    if (info.exists() && !info.isFile()) {
-        file = std::make_unique<QFile>(fileName);
-    } else {
-        file = std::make_unique<QSaveFile>(fileName);
-    }
+    const bool isDevice = info.exists() && !info.isFile();
+    std::unique_ptr<QFileDevice> file(
+        isDevice ? static_cast<QFileDevice*>(new QFile(fileName)) : new QSaveFile(fileName));
     if (!file->open(QIODevice::WriteOnly)) {
         throw Failure{u"%1: %2"_s.arg(fileName, file->errorString())};
     }
     return file;
 }
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
     QString inputName = commandLine.fileName();
     QFile input;
     openInput(input, inputName);
     const auto output = openOutput(commandLine);
     const QString reason = decompress(input, inputName, *output);
-    if (!reason.isEmpty()) {
-        printError(u"%1: %2"_s.arg(inputName, reason));
-        return 1; // a QSaveFile that is not committed leaves no file
-    }
     auto* const file = qobject_cast<QSaveFile*>(output.get());
-    if (file != nullptr ? !file->commit() : !output->flush()) {
+    if (!reason.isEmpty()) { // a QSaveFile that is not committed leaves no file
+        printError(u"%1: %2"_s.arg(inputName, reason), 1);
+    } else if (file != nullptr ? !file->commit() : !output->flush()) {
         throw Failure{u"cannot write the output: %1"_s.arg(output->errorString())};
     }
-    return 0;
 }
 
 } // namespace

@@ -7,7 +7,7 @@
 
 namespace {
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
     if (commandLine.positionalArguments().size() < 2) {
         throw Failure{u"a file and a path are needed (orv help json)"_s};
@@ -26,12 +26,11 @@ int run(const CommandLine& commandLine)
     }
     const QJsonValue value = JsonPath(readJson(fileName)).value(path, defaultValue);
     if (value.isUndefined()) {
-        printError(u"\"%1\" has no value at \"%2\""_s.arg(fileName, path));
-        return 1;
+        printError(u"\"%1\" has no value at \"%2\""_s.arg(fileName, path), 1);
+        return;
     }
     const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
     print(QString::fromUtf8(array.mid(1, array.size() - 2)) + u'\n');
-    return 0;
 }
 
 } // namespace

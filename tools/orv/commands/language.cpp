@@ -20,13 +20,12 @@ QStringList namesOf(Language language)
     return names + QStringList{QString::number(language), languageName(language)};
 }
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
     const QStringList arguments = commandLine.positionalArguments();
     const QStringList words = arguments.isEmpty() ? QStringList{QString()} : arguments;
     const QVector<Language> languages = allLanguages();
-    int exitCode = 0;
-    Listing listing(commandLine.isSet(u"json"_s));
+    Listing listing;
     for (const QString& word : words) {
         bool isKnown = false;
         for (const Language language : languages) {
@@ -44,12 +43,10 @@ int run(const CommandLine& commandLine)
                 {"recognizer", !isInvalidRecognizerLanguage(language), "RECOGNIZER"}});
         }
         if (!isKnown) {
-            printError(unknownLanguage(word));
-            exitCode = 1;
+            printError(unknownLanguage(word), 1);
         }
     }
     listing.finish();
-    return exitCode;
 }
 
 } // namespace

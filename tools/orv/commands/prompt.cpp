@@ -3,22 +3,20 @@
 
 #include <core/parsers/sentencetokenizer.h>
 
-#include <QJsonArray>
-
 namespace {
 
 /** What is spoken of a prompt, in its own language where it names one. */
-QJsonArray sentencesOf(const PromptData& prompt, Language language)
+QStringList sentencesOf(const PromptData& prompt, Language language)
 {
     if (prompt.mode == PromptFile || prompt.mode == PromptAudio) {
-        return QJsonArray();
+        return {};
     }
-    return QJsonArray::fromStringList(SentenceTokenizer::split(
-        prompt.text, prompt.language == InvalidLanguage ? language : prompt.language));
+    return SentenceTokenizer::split(
+        prompt.text, prompt.language == InvalidLanguage ? language : prompt.language);
 }
 
 /** The prompt on a line, then what else is known of it on indented ones. */
-Record recordOf(int line, const PromptData& prompt, const QJsonValue& sentences)
+Record recordOf(int line, const PromptData& prompt)
 {
     static const char* const modes[] = {"file", "audio", "text", "offboard"};
     const bool isConverted = prompt.isMp3ToWavConversionNeeded();
@@ -27,11 +25,10 @@ Record recordOf(int line, const PromptData& prompt, const QJsonValue& sentences)
         {"language", orNull(codeOf(prompt.language)), "      language  %1\n"},
         {"genre", prompt.genre}, {nullptr, orNull(prompt.genre), "      genre     %1\n"},
         {"mp3ToWavConversion", isConverted},
-        {nullptr, orNull(isConverted ? u"MP3 to WAV"_s : QString()), "      convert   %1\n"},
-        {"sentences", sentences, "      > %1\n"}};
+        {nullptr, isConverted ? u"MP3 to WAV"_s : QVariant(), "      convert   %1\n"}};
 }
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
     const QVector<PromptContext> contexts = contextsOf(commandLine);
     if (contexts.size() > 1) {
@@ -45,11 +42,12 @@ int run(const CommandLine& commandLine)
     QString line;
     while (reader.readLine(line)) {
         const PromptData prompt = PromptData::parse(line, contexts[0]);
-        const QJsonValue sentences = wantsSentences ? QJsonValue(sentencesOf(prompt, language))
-                                                    : QJsonValue(QJsonValue::Undefined);
-        printRecord(commandLine.isSet(u"json"_s), recordOf(reader.lineNumber(), prompt, sentences));
+        Record record = recordOf(reader.lineNumber(), prompt);
+        if (wantsSentences) {
+            record += {"sentences", sentencesOf(prompt, language), "      > %1\n"};
+        }
+        printRecord(record);
     }
-    return 0;
 }
 
 } // namespace

@@ -3,11 +3,9 @@
 
 #include <core/parsers/sentencetokenizer.h>
 
-#include <QJsonArray>
-
 namespace {
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
     if (!commandLine.isSet(u"language"_s)) {
         throw Failure{u"the option --language is missing"_s};
@@ -16,12 +14,9 @@ int run(const CommandLine& commandLine)
     LineReader reader(commandLine.fileName());
     QString line;
     while (reader.readLine(line)) {
-        const QStringList sentences = SentenceTokenizer::split(line, language);
-        printRecord(commandLine.isSet(u"json"_s),
-            {{"line", reader.lineNumber()},
-                {"sentences", QJsonArray::fromStringList(sentences), "%1\n"}});
+        printRecord({{"line", reader.lineNumber()},
+            {"sentences", SentenceTokenizer::split(line, language), "%1\n"}});
     }
-    return 0;
 }
 
 } // namespace

@@ -2,25 +2,22 @@
 
 namespace {
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
     const QHash<QString, QString> sounds = loadSounds(commandLine, true);
     QStringList known = sounds.keys();
     known.sort();
     const QStringList words = commandLine.positionalArguments();
     const QStringList ids = words.isEmpty() ? known : words;
-    int exitCode = 0;
-    Listing listing(commandLine.isSet(u"json"_s));
+    Listing listing;
     for (const QString& id : ids) {
         if (sounds.contains(id)) {
             listing.add({{"id", id, ""}, {"path", sounds[id], ""}});
         } else {
-            printError(unknown("sound", id, known));
-            exitCode = 1;
+            printError(unknown("sound", id, known), 1);
         }
     }
     listing.finish();
-    return exitCode;
 }
 
 } // namespace

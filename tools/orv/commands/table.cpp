@@ -3,8 +3,7 @@
 #include "shell/input.h"
 
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonObject>
+#include <QMap>
 #include <QRegularExpression>
 
 namespace {
@@ -48,29 +47,35 @@ void printRows(bool isJson, const EcoFile& table, const QStringList& columns)
 {
     const EcoFile::Header& header = table.header();
     const auto orDash = [](const QString& text) { return text.isEmpty() ? u"-"_s : text; };
-    printRecord(
-        isJson, {{"version", header.version()}, {"encoding", header.encoding()},
-                    {nullptr, orDash(header.version()), "version %1, "},
-                    {nullptr, orDash(header.encoding()), "encoding %1, "},
-                    {"separator", QString(QLatin1Char(header.separator())), "separator \"%1\"\n"},
-                    {"columns", QJsonArray::fromStringList(columns)}});
+    printRecord({{"version", header.version()}, {"encoding", header.encoding()},
+        {nullptr, orDash(header.version()), "version %1, "},
+        {nullptr, orDash(header.encoding()), "encoding %1, "},
+        {"separator", QString(QLatin1Char(header.separator())), "separator \"%1\"\n"},
+        {"columns", columns}});
     if (table.rows().isEmpty() && !isJson) {
         print((QStringList(u"ENTRY"_s) + columns).join(u"  "_s) + u'\n');
     }
-    Listing listing(isJson);
+    QMap<QString, QByteArray> headings; // by column
+    for (const QString& column : columns) {
+        headings[column] = column.toUtf8();
+    }
+    Listing listing;
     for (const EcoFile::Row& row : table.rows()) {
-        QJsonObject fields;
+        QVariantMap fields;
         Record record{{"entryId", row.entryId(), "ENTRY"}};
         for (const QString& column : columns) {
-            fields.insert(column, row[column]);
-            record += {nullptr, row[column], column.toUtf8()};
+            if (isJson) {
+                fields[column] = row[column];
+            } else {
+                record += {nullptr, row[column], headings[column].constData()};
+            }
         }
         listing.add(record + Record{{"fields", fields}});
     }
     listing.finish();
 }
 
-int run(const CommandLine& commandLine)
+void run(const CommandLine& commandLine)
 {
     const bool isCsv = commandLine.isSet(u"csv"_s);
     const bool isJson = commandLine.isSet(u"json"_s);
@@ -100,7 +105,6 @@ int run(const CommandLine& commandLine)
         printRows(isJson, table, columns);
     }
     reportDropped(fileName, droppedLines);
-    return 0;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "shell/commandline.h"
 
+#include "shell/listing.h"
 #include "shell/output.h"
 #include "text.h"
 
@@ -126,6 +127,7 @@ bool CommandLine::read(const QStringList& words)
         throw Failure{
             u"too many arguments: \"%1\""_s.arg(positionalArguments().at(command.mostArguments))};
     }
+    writeJson(optionsOf(command).contains(u"--json"_s) && isSet(u"json"_s));
     showLog(isSet(u"verbose"_s));
     return true;
 }

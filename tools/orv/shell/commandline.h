@@ -38,7 +38,7 @@ struct Command
     QVector<Argument> arguments;
     QVector<Option> options;
     QStringList examples; ///< words behind the command's name
-    int (*run)(const CommandLine& commandLine);
+    void (*run)(const CommandLine& commandLine);
     int mostArguments = 1 << 30;
 };
 

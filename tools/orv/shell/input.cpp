@@ -82,14 +82,14 @@ bool decodeUtf8(const QByteArray& bytes, QString& text)
            || text.toUtf8() == bytes.mid(bytes.startsWith(byteOrderMark) ? 3 : 0);
 }
 
-QFileInfoList filesAt(const QString& path, int& exitCode)
+QFileInfoList filesAt(const QString& path)
 {
     const QFileInfo argument(path);
     if (argument.isFile()) {
         return {argument};
     }
     if (!argument.isDir()) {
-        refuse(exitCode, path + (argument.exists() ? u": no regular file"_s : u": no such file"_s));
+        printError(path + (argument.exists() ? u": no regular file"_s : u": no such file"_s), 2);
         return {};
     }
     const std::unique_ptr<DIR, int (*)(DIR*)> folder(
@@ -102,20 +102,20 @@ QFileInfoList filesAt(const QString& path, int& exitCode)
         const QString entryPath =
             QDir::cleanPath(path + u'/' + (isText ? name : escaped(entry->d_name)));
         if (!isText) {
-            refuse(exitCode, entryPath + u": the name is not valid UTF-8"_s);
+            printError(entryPath + u": the name is not valid UTF-8"_s, 2);
         } else if (name != u"."_s && name != u".."_s) {
             paths += entryPath; // within "." without "./"
         }
     }
     if (folder == nullptr || errno != 0) {
-        refuse(exitCode, path + u": the folder cannot be read"_s);
+        printError(path + u": the folder cannot be read"_s, 2);
     }
     paths.sort();
     QFileInfoList files;
     for (const QString& entryPath : qAsConst(paths)) {
         const QFileInfo entry(entryPath);
         if (!entry.isDir() || !entry.isSymLink()) {
-            files += filesAt(entryPath, exitCode);
+            files += filesAt(entryPath);
         }
     }
     return files;

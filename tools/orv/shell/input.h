@@ -29,9 +29,9 @@ bool decodeUtf8(const QByteArray& bytes, QString& text);
 
 /**
  * The file @p path; for a folder, the files in it and in the folders within it, by name, hidden ones
- * included, without following links to folders. Tells of what cannot be used, as refuse().
+ * included, without following links to folders. What cannot be used is an error (exit code 2).
  */
-QFileInfoList filesAt(const QString& path, int& exitCode);
+QFileInfoList filesAt(const QString& path);
 
 /** Reads lines, and shows how far it is. */
 class LineReader

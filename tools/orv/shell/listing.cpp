@@ -3,33 +3,34 @@
 #include "shell/output.h"
 #include "text.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QVariant>
 
 #include <algorithm>
 #include <cwchar>
 
 namespace {
 
-QString textOf(const QJsonValue& value)
+bool isJson = false;
+
+/** The elements of a list, or the text of any other value. */
+QStringList textsOf(const QVariant& value)
 {
-    return value.isString()   ? onOneLine(value.toString())
-           : value.isDouble() ? QString::number(value.toInt())
-           : value.isBool()   ? QLatin1String(value.toBool() ? "yes" : "no")
-                              : onOneLine(value.toVariant().toStringList().join(u", "_s));
+    const int type = value.userType();
+    return type == QMetaType::QStringList ? value.toStringList()
+           : type == QMetaType::Bool      ? QStringList(value.toBool() ? u"yes"_s : u"no"_s)
+                                          : QStringList(value.toString());
 }
 
-QJsonObject objectOf(const Record& record)
+void printAsJson(const Record& record)
 {
     QJsonObject object;
     for (const Field& field : record) {
         if (field.name != nullptr) {
-            object.insert(QLatin1String(field.name), field.value);
+            object.insert(QLatin1String(field.name), QJsonValue::fromVariant(field.value));
         }
     }
-    return object;
+    printJson(object);
 }
 
 /** How many columns of a terminal @p text takes: two for a wide character, none for an accent. */
@@ -46,9 +47,14 @@ int displayWidth(const QString& text)
 
 } // namespace
 
-QJsonValue orNull(const QString& text)
+QVariant orNull(const QString& text)
 {
-    return text.isEmpty() ? QJsonValue() : QJsonValue(text);
+    return text.isEmpty() ? QVariant() : QVariant(text);
+}
+
+void writeJson(bool isWanted)
+{
+    isJson = isWanted;
 }
 
 void printJson(const QJsonObject& object)
@@ -56,47 +62,37 @@ void printJson(const QJsonObject& object)
     print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)) + u'\n');
 }
 
-void printRecord(bool isJson, const Record& record)
+void printRecord(const Record& record)
 {
     if (isJson) {
-        printJson(objectOf(record));
-        return;
+        return printAsJson(record);
     }
-    QString text;
+    QString shown;
     for (const Field& field : record) {
-        const auto append = [&](const QJsonValue& value) {
-            text += QString::fromUtf8(field.shown).arg(textOf(value), field.width);
-        };
-        if (field.value.isArray() && !field.shown.isNull()) {
-            const QJsonArray values = field.value.toArray();
-            std::for_each(values.begin(), values.end(), append);
-        } else if (!field.value.isNull() && !field.value.isUndefined() && !field.shown.isNull()) {
-            append(field.value);
+        const bool isShown = field.shown != nullptr && field.value.isValid();
+        const QStringList texts = isShown ? textsOf(field.value) : QStringList();
+        for (const QString& text : texts) {
+            shown += QString::fromUtf8(field.shown).arg(onOneLine(text), field.width);
         }
     }
-    print(text);
+    print(shown);
 }
-
-Listing::Listing(bool isJson)
-    : isJson(isJson)
-{}
 
 void Listing::add(const Record& record)
 {
     if (isJson) {
-        printJson(objectOf(record));
-        return;
+        return printAsJson(record);
     }
     QStringList headings;
     QStringList cells;
     for (const Field& field : record) {
-        if (!field.shown.isNull()) {
+        if (field.shown != nullptr) {
             headings += QString::fromUtf8(field.shown);
-            const QString text = textOf(field.value);
+            const QString text = onOneLine(textsOf(field.value).join(u", "_s));
             cells += text.isEmpty() ? u"-"_s : text;
         }
     }
-    if (rows.isEmpty() && !headings.join(QString()).isEmpty()) {
+    if (rows.isEmpty() && !headings.value(0).isEmpty()) {
         rows += headings;
     }
     rows += cells;

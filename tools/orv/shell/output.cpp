@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <cstdio>
 
 #include <unistd.h>
@@ -41,15 +42,16 @@ void finishOutput()
     }
 }
 
-void printError(const QString& reason)
+int raiseExitCode(int least)
 {
-    writeError(QCoreApplication::applicationName(), onOneLine(reason));
+    static int exitCode = 0;
+    return exitCode = std::max(exitCode, least);
 }
 
-void refuse(int& exitCode, const QString& reason)
+void printError(const QString& reason, int leastExitCode)
 {
-    printError(reason);
-    exitCode = 2;
+    writeError(QCoreApplication::applicationName(), onOneLine(reason));
+    raiseExitCode(leastExitCode);
 }
 
 QString coloured(const QString& text, int colour)

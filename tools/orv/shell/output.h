@@ -14,11 +14,11 @@ void print(const QString& text);
 /** Writes what standard output still buffers. @throw Failure when that cannot be written */
 void finishOutput();
 
-/** One line on standard error, behind the program's name. */
-void printError(const QString& reason);
+/** Raises the program's exit code, which starts at 0, to @p least. @return the exit code */
+int raiseExitCode(int least);
 
-/** The same for an input that cannot be used, while others can: sets @p exitCode to 2. */
-void refuse(int& exitCode, const QString& reason);
+/** Writes one line to standard error, after the program's name, and raises the exit code. */
+void printError(const QString& reason, int leastExitCode = 0);
 
 /** @p text in a colour of terminals, where output goes to one and NO_COLOR is not set. */
 QString coloured(const QString& text, int colour);
