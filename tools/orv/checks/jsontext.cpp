@@ -2,7 +2,8 @@
 
 #include <QHash>
 #include <QJsonArray>
-#include <QRegularExpression>
+
+#include <cctype>
 
 namespace {
 
@@ -12,6 +13,11 @@ struct Level
     bool isObject;
     QHash<QString, int> lines; ///< of the members, by their keys
 };
+
+QString keyOf(const QByteArray& text)
+{
+    return QJsonDocument::fromJson('[' + text + ']').array().at(0).toString();
+}
 
 } // namespace
 
@@ -25,36 +31,35 @@ JsonText::JsonText(const QByteArray& content, Findings& findings)
             u"nothing is loaded: "_s + error.errorString()};
         return;
     }
-    static const QRegularExpression piece(uR"("(?:[^"\\]++|\\.)*+"|[][{}:,]|[^][{}:,"\s]++)"_s,
-        QRegularExpression::DotMatchesEverythingOption);
     QVector<Level> levels;
-    QChar before;
-    // With a character for each byte, as places are found by bytes.
-    for (auto match = piece.globalMatch(QString::fromLatin1(content)); match.hasNext();) {
-        const QRegularExpressionMatch part = match.next();
-        const QChar first = part.captured().at(0);
-        const bool isOpening = before == u'[' || before == u'{';
-        if ((isOpening || before == u',') && first != u']' && first != u'}') {
-            const Place place = places.at(part.capturedStart());
-            if (levels.last().isObject) {
-                const QByteArray array = '[' + part.captured().toLatin1() + ']';
-                const QString key = QJsonDocument::fromJson(array).array().at(0).toString();
-                members.append({key, place});
-                int& line = levels.last().lines[key];
-                if (line > 0) {
-                    findings += {place, Rule::Overwritten,
-                        u"\"%1\" overwrites that of line %2"_s.arg(key, QString::number(line))};
-                }
-                line = place.line;
-            } else if (levels.size() == 1) {
-                elements += place;
-            }
+    bool isStart = false; // of a member or element
+    for (Size at = 0; at < content.size(); ++at) {
+        const Size begin = at;
+        const char first = content[at];
+        if (std::isspace(uchar(first)) != 0) {
+            continue;
         }
-        if (first == u'[' || first == u'{') {
-            levels += Level{first == u'{', {}};
-        } else if (first == u']' || first == u'}') {
+        while (first == '"' && content[++at] != '"') { // a valid text ends each string
+            at += content[at] == '\\' ? 1 : 0;
+        }
+        const bool isEnd = first == ']' || first == '}';
+        if (isStart && !isEnd && levels.last().isObject) {
+            members.append({keyOf(content.mid(begin, at + 1 - begin)), places.at(begin)});
+            const auto& [key, place] = members.last();
+            int& line = levels.last().lines[key];
+            if (line > 0) {
+                findings += {place, Rule::Overwritten,
+                    u"\"%1\" overwrites that of line %2"_s.arg(key, QString::number(line))};
+            }
+            line = place.line;
+        } else if (isStart && !isEnd && levels.size() == 1) {
+            elements += places.at(begin);
+        }
+        if (first == '[' || first == '{') {
+            levels += Level{first == '{', {}};
+        } else if (isEnd) {
             levels.removeLast();
         }
-        before = first;
+        isStart = first == '[' || first == '{' || first == ',';
     }
 }
