@@ -52,21 +52,16 @@ bool isSpokenWhole(const QString& prompt, PromptContext context)
     return result.mode == PromptText && result.text == prompt;
 }
 
-const QRegularExpression& attributeValue()
-{
-    static const QRegularExpression pattern(u"=\"[^\"]*\""_s);
-    return pattern;
-}
-
 /** The tags of a prompt without what authors fill in. */
 QString skeletonOf(const QString& prompt)
 {
     static const QRegularExpression tag(u"<[^<>]*>?"_s);
+    static const QRegularExpression value(u"=\"[^\"]*\""_s);
     QString skeleton;
     for (auto match = tag.globalMatch(prompt); match.hasNext();) {
         skeleton += match.next().captured();
     }
-    return skeleton.replace(attributeValue(), u"=\"\""_s).toLower();
+    return skeleton.replace(value, u"=\"\""_s).toLower();
 }
 
 /** The form that a prompt resembles most, of those with @p tag in them. */
@@ -96,15 +91,13 @@ QString nearestForm(const QString& prompt, const char* tag)
 QString withoutBlanksInValues(const QString& prompt)
 {
     static const QRegularExpression blank(u"\\s"_s, QRegularExpression::UseUnicodePropertiesOption);
-    QString joined;
-    Size from = 0;
-    for (auto match = attributeValue().globalMatch(prompt); match.hasNext();) {
-        const QRegularExpressionMatch value = match.next();
-        joined.append(prompt.constData() + from, value.capturedStart() - from);
-        joined += value.captured().remove(blank);
-        from = value.capturedEnd();
+    QStringList parts = prompt.split(u'"'); // a value has the quotes before and behind it
+    for (Size i = 1; i + 1 < parts.size(); ++i) {
+        if (parts[i - 1].endsWith(u'=')) {
+            parts[i++].remove(blank);
+        }
     }
-    return joined + prompt.mid(from);
+    return parts.join(u'"');
 }
 
 /** Words, attributes' values, blanks and marks, from the first tag on. */
@@ -154,14 +147,6 @@ Difference differenceFrom(const QString& form, const QString& prompt)
     return {prompt.indexOf(u'<'), QString()};
 }
 
-/** The text in front of the markup and behind it, without which a prompt means the same. */
-struct Outside
-{
-    QString before;
-    QString behind;
-    Size behindBegin; ///< where the text behind begins, with its blanks
-};
-
 QVector<Size> positionsOf(QChar character, const QString& text)
 {
     QVector<Size> positions;
@@ -171,7 +156,9 @@ QVector<Size> positionsOf(QChar character, const QString& text)
     return positions;
 }
 
-Outside outsideOf(const QString& prompt, PromptContext context, const PromptData& meaning)
+/** Where the markup begins and ends, without what a prompt means the same without. */
+std::pair<Size, Size> extentOf(
+    const QString& prompt, PromptContext context, const PromptData& meaning)
 {
     const auto meansTheSame = [context, &meaning](QString part) {
         if (meaning.mode == PromptFile) { // no part may become a sound that stood beside the file
@@ -191,27 +178,22 @@ Outside outsideOf(const QString& prompt, PromptContext context, const PromptData
     const QVector<Size> closing = positionsOf(u'>', prompt);
     const auto end = std::partition_point(closing.begin(), closing.end(),
         [&](Size at) { return at < begin || !meansTheSame(prompt.mid(begin, at + 1 - begin)); });
-    const Size behind = end == closing.end() ? prompt.size() : *end + 1;
-    return {prompt.left(begin).trimmed(), prompt.mid(behind).trimmed(), behind};
+    return {begin, end == closing.end() ? prompt.size() : *end + 1};
 }
 
 /** Where a text holds what starts as an inline tag, but is none; or -1. */
 Size brokenInlineTag(const QString& text)
 {
     const QString opening = u"\\!\\"_s;
-    const QLatin1Char closing('\\');
+    const auto isBlank = [](QChar character) { return character.isSpace(); };
     Size end = 0;
     for (Size at = 0; (at = text.indexOf(opening, end)) >= 0;) {
         const Size begin = at + opening.size();
-        end = begin;
-        while (end < text.size() && !text[end].isSpace()) {
-            ++end;
-        }
-        // As far as a tag may reach.
-        const QStringView tag = QStringView(text).mid(begin, end - begin);
+        end = Size(std::find_if(text.begin() + begin, text.end(), isBlank) - text.begin());
+        const QString tag = text.mid(begin, end - begin); // as far as a tag may reach
         const auto equals = tag.indexOf(u'=', 1);
         const bool isAssignment = equals > 0 && equals < tag.size() - 2;
-        if (end == text.size() || !tag.endsWith(closing) || tag.contains(opening)
+        if (end == text.size() || !tag.endsWith(u'\\') || tag.contains(opening)
             || !(isAssignment || tag == u"rst\\"_s)) {
             return at;
         }
@@ -355,20 +337,22 @@ private:
     void checkMarkup()
     {
         const bool areLanguagesKnown = checkLanguages();
-        Outside outside = outsideOf(markup, options.context, meaning);
+        const auto [begin, end] = extentOf(markup, options.context, meaning);
+        QString before = markup.left(begin).trimmed();
         if (meaning.mode == PromptOffboard && !areLanguagesKnown) {
             // The tag of an unknown language means nothing, and so seems to be outside.
-            const Size tag = outside.before.lastIndexOf(u"<tts "_s);
-            outside.before = outside.before.left(tag).trimmed();
+            before = before.left(before.lastIndexOf(u"<tts "_s)).trimmed();
         }
-        const auto report = [this](const QString& part, Size from) {
-            if (!part.isEmpty()) {
-                add(markup.indexOf(part, from), Rule::OutsideMarkup,
-                    u"dropped, because it is outside the tags: \"%1\""_s.arg(part));
-            }
-        };
-        report(outside.before, 0);
-        report(outside.behind, outside.behindBegin);
+        checkOutside(before, 0);
+        checkOutside(markup.mid(end).trimmed(), end);
+    }
+
+    void checkOutside(const QString& part, Size from)
+    {
+        if (!part.isEmpty()) {
+            add(markup.indexOf(part, from), Rule::OutsideMarkup,
+                u"dropped, because it is outside the tags: \"%1\""_s.arg(part));
+        }
     }
 
     /** Checks the codes of languages. @return whether all are known */
