@@ -4,10 +4,7 @@
 
 #include <tuple>
 
-namespace {
-
-// In the order of their values.
-constexpr RuleText rules[] = {
+const RuleText ruleTexts[] = {
     {"bare-sound-id", "warning", "a sound's id is read aloud instead of played"},
     {"blank-in-path", "warning", "a blank in a path or language breaks the tag"},
     {"broken-inline-tag", "warning", "an inline tag is read aloud"},
@@ -38,20 +35,6 @@ constexpr RuleText rules[] = {
     {"lone-quote", "warning", "a quote without a partner is lost"},
     {"not-a-table", "error", "no line declares a column"},
 };
-
-static_assert(sizeof rules / sizeof *rules == int(Rule::RuleCount), "a row for each rule");
-
-} // namespace
-
-const RuleText& textOf(Rule rule)
-{
-    return rules[int(rule)];
-}
-
-QStringList ruleNames()
-{
-    return namesOf(rules);
-}
 
 bool Finding::operator<(const Finding& other) const
 {

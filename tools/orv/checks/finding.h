@@ -51,10 +51,8 @@ struct RuleText
     const char* text;     ///< one line of at most 54 characters
 };
 
-const RuleText& textOf(Rule rule);
-
-/** The names of all rules. */
-QStringList ruleNames();
+/** By the values of Rule. */
+extern const RuleText ruleTexts[int(Rule::RuleCount)];
 
 /** A mistake that the library passes over in silence. */
 struct Finding

@@ -2,6 +2,20 @@
 
 #include "text.h"
 
+namespace {
+
+QStringList textsOfAll(QString (*textOf)(const Language&))
+{
+    QStringList texts;
+    const QVector<Language> languages = allLanguages();
+    for (const Language language : languages) {
+        texts += textOf(language);
+    }
+    return texts;
+}
+
+} // namespace
+
 QVector<Language> allLanguages()
 {
     constexpr int valueCount = 256; // languages have the values of one byte
@@ -14,29 +28,20 @@ QVector<Language> allLanguages()
     return languages;
 }
 
-QString codeOf(Language language)
+QString codeOf(const Language& language)
 {
     return QString::fromLatin1(convertLanguageIdToIso(language));
 }
 
 QStringList languageCodes()
 {
-    QStringList codes;
-    const QVector<Language> languages = allLanguages();
-    for (const Language language : languages) {
-        codes += codeOf(language);
-    }
-    return codes;
+    return textsOfAll(codeOf);
 }
 
 QString unknownLanguage(const QString& code)
 {
     constexpr int slip = 3; // characters; further away it is another name
-    QStringList names;
-    const QVector<Language> languages = allLanguages();
-    for (const Language language : languages) {
-        names += languageName(language);
-    }
+    const QStringList names = textsOfAll(languageName);
     const QStringList codes = languageCodes();
     const QString name = nearest(code, names, slip);
     return name.isNull()

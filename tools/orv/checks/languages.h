@@ -9,7 +9,7 @@
 QVector<Language> allLanguages();
 
 /** The ISO code; empty for a value that belongs to no language. */
-QString codeOf(Language language);
+QString codeOf(const Language& language);
 
 /** The ISO codes of all languages. */
 QStringList languageCodes();

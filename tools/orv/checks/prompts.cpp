@@ -5,7 +5,7 @@
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <limits>
+#include <map>
 #include <utility>
 
 namespace {
@@ -69,23 +69,17 @@ QString nearestForm(const QString& prompt, const char* tag)
 {
     constexpr int enough = 200; // no form is longer
     const QString skeleton = skeletonOf(prompt).left(enough);
-    // First by the start of a form, as the end may be what is missing.
-    std::pair<int, int> least(std::numeric_limits<int>::max(), 0);
-    QString nearest;
+    // First by the start of a form, as the end may be what is missing; the first of equals wins.
+    std::map<std::pair<int, int>, QString> formsByDistance;
     for (const char* text : forms) {
         const QString form = QLatin1String(text);
-        if (!form.contains(QLatin1String(tag))) {
-            continue;
-        }
-        const QVector<int> distances = editDistances(skeleton, skeletonOf(form));
-        const std::pair<int, int> distance(
-            *std::min_element(distances.begin(), distances.end()), distances.last());
-        if (distance < least) {
-            least = distance;
-            nearest = form;
+        if (form.contains(QLatin1String(tag))) {
+            const QVector<int> distances = editDistances(skeleton, skeletonOf(form));
+            const int least = *std::min_element(distances.begin(), distances.end());
+            formsByDistance.insert({{least, distances.last()}, form});
         }
     }
-    return nearest;
+    return formsByDistance.begin()->second;
 }
 
 QString withoutBlanksInValues(const QString& prompt)

@@ -99,7 +99,7 @@ void check(Task& task, QString fileName)
     const QByteArray content = readInput(fileName);
     const Findings findings = findAll(task, content);
     for (const Finding& finding : findings) {
-        const QString rule = QLatin1String(textOf(finding.rule).name);
+        const QString rule = QLatin1String(ruleTexts[int(finding.rule)].name);
         if (task.allowed.contains(rule) || task.baseline.extract({fileName, rule, finding.text})) {
             ++task.accepted;
         } else {
@@ -140,7 +140,7 @@ void show(const Task& task, const CommandLine& commandLine)
         return;
     }
     for (const auto& [file, finding] : task.findings) {
-        const auto& [name, severity, summary] = textOf(finding.rule);
+        const auto& [name, severity, summary] = ruleTexts[int(finding.rule)];
         const int colour = *severity == 'e' ? red : *severity == 'w' ? yellow : cyan;
         printRecord({{"file", file, "%1:"}, {"line", finding.place.line, "%1:"},
             {"column", finding.place.column, "%1: "}, {"severity", QLatin1String(severity)},
@@ -163,8 +163,9 @@ Task taskOf(const CommandLine& commandLine)
         throw Failure{u"either --json or --sarif"_s};
     }
     for (const QString& rule : qAsConst(task.allowed)) {
-        if (!ruleNames().contains(rule)) {
-            throw Failure{unknown("rule", rule, ruleNames()) + u" (orv help check lists them)"_s};
+        if (!namesOf(ruleTexts).contains(rule)) {
+            throw Failure{
+                unknown("rule", rule, namesOf(ruleTexts)) + u" (orv help check lists them)"_s};
         }
     }
     if (commandLine.isSet(u"baseline"_s)) {
@@ -214,8 +215,7 @@ QString helpText()
         text += u"  %1  %2\n"_s.arg(QLatin1String(kind.name), -8).arg(QLatin1String(kind.text));
     }
     text += u"\nRules:\n"_s;
-    for (int i = 0; i < int(Rule::RuleCount); ++i) {
-        const RuleText& rule = textOf(Rule(i));
+    for (const RuleText& rule : ruleTexts) {
         text += u"  %1  %2\n"_s.arg(QLatin1String(rule.name), -17).arg(QLatin1String(rule.text));
     }
     return text.trimmed();
@@ -235,7 +235,7 @@ const Command checkCommand = {"check",
             "for below it, others in the working folder.",
             "DIR"},
         {"allow", "Accepts the findings of a rule; may be given several times.", "RULE", "",
-            ruleNames},
+            [] { return namesOf(ruleTexts); }},
         {"baseline",
             "Accepts the findings that an earlier run wrote into FILE with --json, wherever "
             "their lines are now.",

@@ -15,7 +15,7 @@ QJsonObject textObject(const QString& text)
 
 QJsonObject resultOf(const QString& file, const Finding& finding)
 {
-    const RuleText& rule = textOf(finding.rule);
+    const RuleText& rule = ruleTexts[int(finding.rule)];
     // Names are relative references: a colon or a percent sign in them must not mean something else.
     const QString uri = QString::fromLatin1(QUrl::toPercentEncoding(file, "/"));
     return {{u"ruleId"_s, QLatin1String(rule.name)}, {u"ruleIndex"_s, int(finding.rule)},
@@ -31,8 +31,7 @@ QJsonObject resultOf(const QString& file, const Finding& finding)
 QJsonObject sarifOf(const QVector<FileFinding>& findings)
 {
     QJsonArray rules;
-    for (int i = 0; i < int(Rule::RuleCount); ++i) {
-        const RuleText& rule = textOf(Rule(i));
+    for (const RuleText& rule : ruleTexts) {
         rules.append(QJsonObject{{u"id"_s, QLatin1String(rule.name)},
             {u"shortDescription"_s, textObject(QLatin1String(rule.text))},
             {u"defaultConfiguration"_s, QJsonObject{{u"level"_s, QLatin1String(rule.severity)}}}});

@@ -7,7 +7,6 @@
 #include <QCoreApplication>
 
 #include <algorithm>
-#include <utility>
 
 namespace {
 
@@ -38,20 +37,19 @@ QStringList optionsOf(const Command& command)
 QStringList spelledOut(const Command& command, const QStringList& words)
 {
     QStringList result;
-    QString open;
-    bool isFirst = false; // of the words behind the option
+    QString several; // the option that takes the words up to the next option
     for (const QString& word : words) {
-        if (word.startsWith(u"--"_s)) {
-            const QString name = word.section(u'=', 0, 0);
-            isFirst = name == word;
-            open.clear();
-            for (const Option& option : command.options) {
-                if (name == dashed(option) && QString::fromUtf8(option.value).endsWith(u'…')) {
-                    open = name;
-                }
+        const bool isValue = !word.startsWith(u"--"_s);
+        if (!isValue) {
+            several.clear();
+        } else if (!several.isEmpty() && result.last() != several) {
+            result += several;
+        }
+        for (const Option& option : command.options) {
+            const bool takesSeveral = QString::fromUtf8(option.value).endsWith(u'…');
+            if (takesSeveral && !isValue && word.section(u'=', 0, 0) == dashed(option)) {
+                several = dashed(option);
             }
-        } else if (!std::exchange(isFirst, false) && !open.isEmpty()) {
-            result += open;
         }
         result += word;
     }
