@@ -31,9 +31,7 @@ void run(QStringList words)
 {
     const QVector<Command> commands{checkCommand, checksumCommand, genreCommand, inflateCommand,
         jsonCommand, languageCommand, promptCommand, sentencesCommand, soundCommand, tableCommand};
-    if (words.isEmpty()) {
-        throw Failure{u"no command given (orv help lists them)"_s};
-    }
+    failIf(words.isEmpty(), u"no command given (orv help lists them)"_s);
     const QString name = words.takeFirst();
     const bool isHelp = name == u"help"_s;
     if (name == u"complete"_s) { // asked by the completion scripts

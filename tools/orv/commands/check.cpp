@@ -156,17 +156,13 @@ Task taskOf(const CommandLine& commandLine)
         contextsOf(commandLine), {}, commandLine.values(u"allow"_s), {}};
     task.options.brand = commandLine.value(u"brand"_s);
     task.options.root = commandLine.value(u"root"_s);
-    if (commandLine.isSet(u"root"_s) && !QFileInfo(task.options.root).isDir()) {
-        throw Failure{u"no such folder: \"%1\""_s.arg(task.options.root)};
-    }
-    if (commandLine.isSet(u"json"_s) && commandLine.isSet(u"sarif"_s)) {
-        throw Failure{u"either --json or --sarif"_s};
-    }
+    failIf(commandLine.isSet(u"root"_s) && !QFileInfo(task.options.root).isDir(),
+        u"no such folder: \"%1\""_s.arg(task.options.root));
+    failIf(commandLine.isSet(u"json"_s) && commandLine.isSet(u"sarif"_s),
+        u"either --json or --sarif"_s);
     for (const QString& rule : qAsConst(task.allowed)) {
-        if (!namesOf(ruleTexts).contains(rule)) {
-            throw Failure{
-                unknown("rule", rule, namesOf(ruleTexts)) + u" (orv help check lists them)"_s};
-        }
+        failIf(!namesOf(ruleTexts).contains(rule),
+            unknown("rule", rule, namesOf(ruleTexts)) + u" (orv help check lists them)"_s);
     }
     if (commandLine.isSet(u"baseline"_s)) {
         task.baseline = readBaseline(commandLine.value(u"baseline"_s));
@@ -182,9 +178,7 @@ Task taskOf(const CommandLine& commandLine)
 
 void run(const CommandLine& commandLine)
 {
-    if (commandLine.positionalArguments().size() < 2) {
-        throw Failure{u"a kind and a file are needed"_s};
-    }
+    failIf(commandLine.positionalArguments().size() < 2, u"a kind and a file are needed"_s);
     Task task = taskOf(commandLine);
     const QStringList arguments = commandLine.positionalArguments().mid(1);
     for (const QString& argument : arguments) {

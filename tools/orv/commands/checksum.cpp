@@ -66,9 +66,7 @@ Manager openStore(const Task& task, bool mayBeMissing)
 void writeStore(Manager& manager, const Task& task)
 {
     manager.writePersistentData();
-    if (!Manager::isWritten()) {
-        throw Failure{u"%1: the store cannot be written"_s.arg(task.storeFile)};
-    }
+    failIf(!Manager::isWritten(), u"%1: the store cannot be written"_s.arg(task.storeFile));
 }
 
 /**
@@ -251,9 +249,7 @@ void list(Task& task)
 
 void remove(Task& task)
 {
-    if (task.type) {
-        throw Failure{u"remove always removes both types; --type is not for it"_s};
-    }
+    failIf(task.type.has_value(), u"remove always removes both types; --type is not for it"_s);
     task.language = task.language.value_or(NoLanguage);
     const StoreLock lock(task.storeFile);
     Manager manager = openStore(task, false);
@@ -304,9 +300,7 @@ Task taskOf(const CommandLine& commandLine)
     }
     task.ownFiles << QFileInfo(task.storeFile).canonicalFilePath() << lockFileOf(task.storeFile);
     for (QString& path : task.paths) {
-        if (path.isEmpty()) {
-            throw Failure{u"a path is empty"_s};
-        }
+        failIf(path.isEmpty(), u"a path is empty"_s);
         path = QDir::cleanPath(path); // one spelling, as entries are found by it
     }
     return task;
@@ -315,13 +309,9 @@ Task taskOf(const CommandLine& commandLine)
 void run(const CommandLine& commandLine)
 {
     const QStringList words = commandLine.positionalArguments();
-    if (words.isEmpty()) {
-        throw Failure{u"one of update, verify, list and remove is needed"_s};
-    }
+    failIf(words.isEmpty(), u"one of update, verify, list and remove is needed"_s);
     const Action& action = actions[placeAmong(actionNames(), "action", words[0])];
-    if (action.needsPaths && words.size() < 2) {
-        throw Failure{u"%1 needs a file or a folder"_s.arg(words[0])};
-    }
+    failIf(action.needsPaths && words.size() < 2, words[0] + u" needs a file or a folder"_s);
     Task task = taskOf(commandLine);
     action.run(task);
 }

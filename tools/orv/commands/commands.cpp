@@ -79,9 +79,7 @@ QHash<QString, QString> loadSounds(const CommandLine& commandLine, bool isNeeded
     } catch (const Failure& failure) {
         reason = failure.reason;
     }
-    if (isNeeded || isNamed || commandLine.isSet(u"brand"_s)) {
-        throw Failure{reason};
-    }
+    failIf(isNeeded || isNamed || commandLine.isSet(u"brand"_s), reason);
     printError(u"no brand sounds are known: "_s + reason);
     return sounds;
 }

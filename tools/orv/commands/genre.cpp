@@ -32,9 +32,7 @@ QList<Genre> genresOf(const Vocabulary& vocabulary, const QString& word)
     }
     bool isNumber = false;
     const int code = word.toInt(&isNumber);
-    if (!isNumber) {
-        throw Failure{u"not a number for --%1: \"%2\""_s.arg(QLatin1String(vocabulary.name), word)};
-    }
+    failIf(!isNumber, u"not a number for --%1: \"%2\""_s.arg(QLatin1String(vocabulary.name), word));
     const bool isKnown = vocabulary.codes->contains(code);
     return isKnown ? QList<Genre>{vocabulary.codes->value(code)} : QList<Genre>();
 }

@@ -51,13 +51,9 @@ QString decompress(QFile& input, const QString& inputName, QIODevice& target)
     for (QByteArray data; !(data = input.read(blockSize)).isEmpty() && !inflate.hasFailed();) {
         inflate << data;
         progress.advance(data.size());
-        if (output.hasFailed) {
-            throw Failure{u"cannot write the output"_s};
-        }
+        failIf(output.hasFailed, u"cannot write the output"_s);
     }
-    if (input.error() != QFileDevice::NoError) {
-        throw Failure{u"%1: %2"_s.arg(inputName, input.errorString())};
-    }
+    failIf(input.error() != QFileDevice::NoError, u"%1: %2"_s.arg(inputName, input.errorString()));
     if (inflate.hasFailed()) {
         return u"the compressed data is corrupt"_s;
     }
@@ -80,12 +76,9 @@ std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
         }
         return file;
     }
-    if (fileName.isEmpty()) {
-        throw Failure{u"the name of a file is empty"_s};
-    }
-    if (info.exists() && !commandLine.isSet(u"force"_s)) {
-        throw Failure{u"%1 exists; --force overwrites it"_s.arg(fileName)};
-    }
+    failIf(fileName.isEmpty(), u"the name of a file is empty"_s);
+    failIf(info.exists() && !commandLine.isSet(u"force"_s),
+        u"%1 exists; --force overwrites it"_s.arg(fileName));
     // A file appears whole or not at all; a device is written to.
     const bool isDevice = info.exists() && !info.isFile();
     std::unique_ptr<QFileDevice> file(

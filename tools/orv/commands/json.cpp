@@ -9,9 +9,8 @@ namespace {
 
 void run(const CommandLine& commandLine)
 {
-    if (commandLine.positionalArguments().size() < 2) {
-        throw Failure{u"a file and a path are needed (orv help json)"_s};
-    }
+    failIf(commandLine.positionalArguments().size() < 2,
+        u"a file and a path are needed (orv help json)"_s);
     QString fileName = commandLine.fileName();
     const QString path = commandLine.positionalArguments().at(1);
     // Qt reads and writes arrays and objects only, so a value goes wrapped in an array.
@@ -19,9 +18,7 @@ void run(const CommandLine& commandLine)
     if (commandLine.isSet(u"default"_s)) {
         const QString text = commandLine.value(u"default"_s);
         const QJsonArray array = QJsonDocument::fromJson('[' + text.toUtf8() + ']').array();
-        if (array.size() != 1) {
-            throw Failure{u"the default is not a JSON value: \"%1\""_s.arg(text)};
-        }
+        failIf(array.size() != 1, u"the default is not a JSON value: \"%1\""_s.arg(text));
         defaultValue = array.at(0);
     }
     const QJsonValue value = JsonPath(readJson(fileName)).value(path, defaultValue);

@@ -31,9 +31,7 @@ Record recordOf(int line, const PromptData& prompt)
 void run(const CommandLine& commandLine)
 {
     const QVector<PromptContext> contexts = contextsOf(commandLine);
-    if (contexts.size() > 1) {
-        throw Failure{u"one --context at a time; orv check takes several"_s};
-    }
+    failIf(contexts.size() > 1, u"one --context at a time; orv check takes several"_s);
     const bool wantsSentences = commandLine.isSet(u"language"_s);
     const Language language = wantsSentences ? languageOf(commandLine) : InvalidLanguage;
 

@@ -7,9 +7,7 @@ namespace {
 
 void run(const CommandLine& commandLine)
 {
-    if (!commandLine.isSet(u"language"_s)) {
-        throw Failure{u"the option --language is missing"_s};
-    }
+    failIf(!commandLine.isSet(u"language"_s), u"the option --language is missing"_s);
     const Language language = languageOf(commandLine);
     LineReader reader(commandLine.fileName());
     QString line;

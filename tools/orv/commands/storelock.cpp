@@ -37,17 +37,14 @@ StoreLock::StoreLock(const QString& storeFile)
     : file(lockFileOf(storeFile))
     , lock(file)
 {
-    if (file.isNull()) {
-        throw Failure{u"\"%1\": no such folder"_s.arg(storeFile)};
-    }
+    failIf(file.isNull(), u"\"%1\": no such folder"_s.arg(storeFile));
     // Hashing takes its time: a lock ends with its process, and not by its age.
     lock.setStaleLockTime(0);
     if (lock.tryLock(waitingTime)) {
         return;
     }
-    if (lock.error() != QLockFile::LockFailedError) {
-        throw Failure{u"\"%1\" cannot be locked: cannot write \"%2\""_s.arg(storeFile, file)};
-    }
+    failIf(lock.error() != QLockFile::LockFailedError,
+        u"\"%1\" cannot be locked: cannot write \"%2\""_s.arg(storeFile, file));
     throw Failure{u"\"%1\" is locked by %2; if that has ended, remove \"%3\""_s.arg(
         storeFile, holderOf(lock), file)};
 }

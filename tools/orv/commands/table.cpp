@@ -79,12 +79,8 @@ void run(const CommandLine& commandLine)
 {
     const bool isCsv = commandLine.isSet(u"csv"_s);
     const bool isJson = commandLine.isSet(u"json"_s);
-    if (commandLine.positionalArguments().isEmpty()) {
-        throw Failure{u"a table file is needed"_s};
-    }
-    if (isJson && isCsv) {
-        throw Failure{u"either --json or --csv"_s};
-    }
+    failIf(commandLine.positionalArguments().isEmpty(), u"a table file is needed"_s);
+    failIf(isJson && isCsv, u"either --json or --csv"_s);
     QString fileName = commandLine.fileName();
     QFile input;
     openInput(input, fileName);
@@ -96,9 +92,8 @@ void run(const CommandLine& commandLine)
     });
     QStringList columns = table.header().columns();
     columns.removeDuplicates(); // the last field of a name counts
-    if (columns.isEmpty() && !droppedLines.isEmpty()) {
-        throw Failure{u"%1: not a table file: no line declares a column"_s.arg(fileName)};
-    }
+    failIf(columns.isEmpty() && !droppedLines.isEmpty(),
+        u"%1: not a table file: no line declares a column"_s.arg(fileName));
     if (isCsv) {
         printCsv(table, columns);
     } else {

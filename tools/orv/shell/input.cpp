@@ -30,9 +30,8 @@ QString escaped(const char* name)
 qint64 openInput(QFile& file, QString& name)
 {
     bool isOpen = false;
-    if (name.isEmpty()) { // from a variable that is not set: waiting for input would puzzle
-        throw Failure{u"the name of a file is empty"_s};
-    }
+    // An empty name comes from a variable that is not set: waiting for input would puzzle.
+    failIf(name.isEmpty(), u"the name of a file is empty"_s);
     if (name == u"-"_s) {
         name = u"standard input"_s;
         if (isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1) {
@@ -55,9 +54,7 @@ QByteArray readInput(QString& name)
     QFile file;
     openInput(file, name);
     QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        throw Failure{u"%1: %2"_s.arg(name, file.errorString())};
-    }
+    failIf(file.error() != QFileDevice::NoError, u"%1: %2"_s.arg(name, file.errorString()));
     return content;
 }
 
@@ -139,9 +136,8 @@ bool LineReader::readBytes(QByteArray& line)
 {
     line = device.readLine();
     if (line.isEmpty()) {
-        if (file.error() != QFileDevice::NoError) {
-            throw Failure{u"%1:%2: %3"_s.arg(name, QString::number(number), file.errorString())};
-        }
+        failIf(file.error() != QFileDevice::NoError,
+            u"%1:%2: %3"_s.arg(name, QString::number(number), file.errorString()));
         return false;
     }
     ++number;

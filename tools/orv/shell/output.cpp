@@ -22,6 +22,13 @@ void writeError(const QString& start, const QString& text)
 
 } // namespace
 
+void failIf(bool isWrong, const QString& reason)
+{
+    if (isWrong) {
+        throw Failure{reason};
+    }
+}
+
 void print(const QString& text)
 {
     Progress::clear();
@@ -37,9 +44,7 @@ void finishOutput()
     // systems report a full disk only when a file is closed; a copy keeps the stream open.
     const bool isFlushed = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
     const int copy = dup(STDOUT_FILENO);
-    if (!isFlushed || (copy >= 0 && close(copy) != 0)) {
-        throw Failure{u"cannot write to standard output"_s};
-    }
+    failIf(!isFlushed || (copy >= 0 && close(copy) != 0), u"cannot write to standard output"_s);
 }
 
 int raiseExitCode(int least)

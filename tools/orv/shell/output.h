@@ -8,6 +8,9 @@ struct Failure
     QString reason;
 };
 
+/** @throw Failure with @p reason when something @p isWrong */
+void failIf(bool isWrong, const QString& reason);
+
 /** Writes to standard output, as UTF-8. @throw Failure when that cannot be written */
 void print(const QString& text);
 
