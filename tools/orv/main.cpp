@@ -20,10 +20,10 @@ QString usage(const QVector<Command>& commands)
                     .arg(QLatin1String(command.summary));
     }
     return text
-           + u"\norv help COMMAND tells more.\n"
+           + u"\norv help COMMAND shows the help of a command.\n"
              "\nExit codes:\n"
              "  0  done\n"
-             "  1  a negative finding\n"
+             "  1  a negative result, such as a finding or an unknown code\n"
              "  2  wrong use or unreadable input\n"_s;
 }
 

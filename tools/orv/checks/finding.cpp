@@ -4,7 +4,7 @@
 
 #include <tuple>
 
-const RuleText ruleTexts[] = {
+constexpr RuleText ruleTexts[] = {
     {"bare-sound-id", "warning", "a sound's id is read aloud instead of played"},
     {"blank-in-path", "warning", "a blank in a path or language breaks the tag"},
     {"broken-inline-tag", "warning", "an inline tag is read aloud"},
@@ -35,6 +35,8 @@ const RuleText ruleTexts[] = {
     {"lone-quote", "warning", "a quote without a partner is lost"},
     {"not-a-table", "error", "no line declares a column"},
 };
+
+static_assert(ruleTexts[int(Rule::RuleCount) - 1].name != nullptr, "a row for each rule");
 
 bool Finding::operator<(const Finding& other) const
 {

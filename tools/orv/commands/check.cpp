@@ -26,8 +26,8 @@ struct Kind
 
 constexpr Kind kinds[] = {
     {"prompts", checkPrompts, ".txt",
-        "prompt markup, one prompt per line, with the off-board markup\n"
-        "            of files it names",
+        "prompt markup, one prompt per line, and the files of off-board\n"
+        "            markup that it names",
         true},
     {"settings", checkSettings, ".json", "the JSON file of an application's settings"},
     {"sounds", checkSounds, ".json", "a JSON table of brand sounds"},
@@ -201,10 +201,10 @@ void run(const CommandLine& commandLine)
 QString helpText()
 {
     QString text =
-        u"Finds mistakes that the library passes over in silence: what it reads aloud as\n"
-        "it stands, drops, skips or overwrites. A finding is one line,\n"
-        "FILE:LINE:COLUMN: SEVERITY: TEXT [RULE]. Exit code: 0 without a finding, 1 with\n"
-        "any, 2 when a file cannot be read.\n\nKinds:\n"_s;
+        u"Finds mistakes that the library does not report: markup that it reads aloud, and\n"
+        "what it drops, skips or overwrites. Each finding is one line:\n"
+        "FILE:LINE:COLUMN: SEVERITY: TEXT [RULE]. Exit code: 0 if there are no findings,\n"
+        "1 if there are any, 2 if a file cannot be read.\n\nKinds:\n"_s;
     for (const Kind& kind : kinds) {
         text += u"  %1  %2\n"_s.arg(QLatin1String(kind.name), -8).arg(QLatin1String(kind.text));
     }
@@ -221,18 +221,18 @@ const Command checkCommand = {"check",
     "finds mistakes in prompts, sounds, tables, stores and settings", helpText(),
     {{"kind", "KIND", "What the files hold.", [] { return namesOf(kinds); }},
         {"file", "FILE…",
-            "A file; - for standard input; or a folder: the files in it and below, *.txt "
-            "for prompts, *.eco for tables, *.json for the others."}},
+            "A file, - for standard input, or a folder. In a folder and the folders below "
+            "it, the files *.txt are prompts, *.eco are tables, *.json are of the other kinds."}},
     {contextOption, brandOption, soundsOption,
         {"root",
-            "The folder that stands for the target's root folder: absolute paths are looked "
-            "for below it, others in the working folder.",
+            "The folder that stands for the target's root folder. Absolute paths are looked "
+            "up in it, other paths in the working folder.",
             "DIR"},
-        {"allow", "Accepts the findings of a rule; may be given several times.", "RULE", "",
+        {"allow", "Accepts all findings of a rule. The option can be repeated.", "RULE", "",
             [] { return namesOf(ruleTexts); }},
         {"baseline",
-            "Accepts the findings that an earlier run wrote into FILE with --json, wherever "
-            "their lines are now.",
+            "Accepts the findings that an earlier run wrote into FILE with --json, even if "
+            "their lines have moved.",
             "FILE"},
         jsonOption, {"sarif", "Writes all findings as SARIF 2.1.0."}},
     {u"prompts examples/prompts/mistakes.txt"_s,

@@ -249,7 +249,7 @@ void list(Task& task)
 
 void remove(Task& task)
 {
-    failIf(task.type.has_value(), u"remove always removes both types; --type is not for it"_s);
+    failIf(task.type.has_value(), u"remove always removes both types, so it takes no --type"_s);
     task.language = task.language.value_or(NoLanguage);
     const StoreLock lock(task.storeFile);
     Manager manager = openStore(task, false);
@@ -320,27 +320,28 @@ void run(const CommandLine& commandLine)
 
 const Command checksumCommand = {"checksum",
     "keeps checksums of speech data: update, verify, list, remove",
-    u"Keeps checksums of speech data files.\n\nActions:\n"
-    "  update  stores the checksums that the files have now\n"
-    "  verify  shows the files that are new, changed or missing; without PATH, all\n"
-    "          that are stored; without --language and --type, in all languages and\n"
-    "          types. It ends with a count. Exit code: 0 when all is as stored, 1 for\n"
-    "          any difference or no files, 2 when a file cannot be read.\n"
-    "  list    shows what is stored\n"
-    "  remove  forgets what is stored of the files, both types"_s,
+    u"Keeps checksums of speech data files in a store.\n\nActions:\n"
+    "  update  stores the present checksums of the files\n"
+    "  verify  shows which files are new, changed or missing, and then the number of\n"
+    "          files. Without PATH, it compares all stored files. Exit code: 0 if all\n"
+    "          files are as stored, 1 if a file differs or there are no files, 2 if a\n"
+    "          file cannot be read.\n"
+    "  list    shows the stored checksums\n"
+    "  remove  removes the stored checksums of the files"_s,
     {{"action", "ACTION", "update, verify, list or remove.", actionNames},
         {"path", "[PATH…]",
-            "Files, or folders with all files in them; stored without \"./\" and the like."}},
-    {languageOption("The language of the files. Without it, update and remove take 00_00 "
-                    "(none), the others all."),
+            "A file, or a folder with all files in it. Paths are stored without \"./\" and "
+            "\"//\"."}},
+    {languageOption("The language of the files. Without it, update and remove use 00_00 "
+                    "(none); verify and list use all languages."),
         {"type",
-            "The kind of checksum: default or alternate. Without it, update takes default, "
-            "the others both.",
+            "The type of checksum: default or alternate. Without it, update uses default; "
+            "verify and list use both. remove always removes both.",
             "TYPE", "", typeNames},
         {"store",
-            "The store; without it the one that ORV_SPEECH_CHECKSUM_FILE names, or "
-            "/mnt/share/speech/checksum.json. A lock file beside it, FILE.lock, keeps two "
-            "processes from changing it at once.",
+            "The file of the store. Without it, ORV_SPEECH_CHECKSUM_FILE names the file; "
+            "otherwise it is /mnt/share/speech/checksum.json. A process that changes the "
+            "store locks it with the file FILE.lock.",
             "FILE"},
         jsonOption},
     {u"update --language de_DE speech/de_DE"_s, u"verify"_s}, run};

@@ -28,16 +28,17 @@ QStringList contextNames();
 
 // What several commands have.
 constexpr Option brandOption = {
-    "brand", "The car brand whose sounds are played; TYX without it.", "NAME", "TYX"};
+    "brand", "The car brand whose sounds are played. The default is TYX.", "NAME", "TYX"};
 constexpr Option contextOption = {"context",
-    "The caller's situation: general (without it), brandsound, a4a or a number.", "NAME|N",
+    "The caller's situation: general (the default), brandsound, a4a or a number.", "NAME|N",
     "general", contextNames};
 constexpr Option jsonOption = {"json", "Writes JSON objects, one per line."};
 constexpr Option soundsOption = {"sounds",
-    "The table of brand sounds; without it share/tts/common.json beside the program's bin folder.",
+    "The table of brand sounds. The default is share/tts/common.json beside the program's bin "
+    "folder.",
     "FILE"};
 constexpr Argument inputArgument = {
-    "file", "[FILE]", "The file to read; - or none for standard input."};
+    "file", "[FILE]", "The file to read. Without it, or if it is -, standard input is read."};
 
 /** The option "language", with what it is for. */
 constexpr Option languageOption(const char* text)

@@ -93,9 +93,9 @@ void run(const CommandLine& commandLine)
 } // namespace
 
 const Command genreCommand = {"genre", "shows radio genres, and what broadcasters call them",
-    u"Shows the genres that programme types and satellite-radio categories stand "
-    "for;\nwithout any, all genres with what stands for them. An option takes "
-    "one or more\nwords."_s,
+    u"Shows the genres of the given programme types and satellite-radio categories.\n"
+    "Without any, it shows all genres with their programme types and categories. Each\n"
+    "option takes one or more values."_s,
     {},
     {{"rds", "Programme types of RDS and DAB, 0 to 31.", "N…"},
         {"rbds", "Programme types of RBDS, 0 to 31.", "N…"},

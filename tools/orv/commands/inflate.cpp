@@ -107,11 +107,11 @@ void run(const CommandLine& commandLine)
 } // namespace
 
 const Command inflateCommand = {"inflate", "decompresses zlib and gzip streams",
-    u"Decompresses a zlib or gzip stream to standard output or into a file. "
-    "Bytes that\nfollow the stream, such as a second one, are left and counted; "
-    "the exit code is\nthen 1."_s,
+    u"Decompresses a zlib or gzip stream to standard output or into a file. If other\n"
+    "bytes follow the stream, such as a second stream, they are ignored, their number\n"
+    "is reported, and the exit code is 1."_s,
     {inputArgument},
-    {{"o", "The file to write; it appears only if the data is whole and nothing follows it.",
+    {{"o", "The file to write. It appears only if the stream is complete and nothing follows it.",
          "FILE"},
         {"force", "Overwrites the file if it exists."}},
     {u"-o voice.dat voice.dat.gz"_s, u"voice.dat.gz | head"_s}, run, 1};

@@ -53,8 +53,7 @@ void run(const CommandLine& commandLine)
 
 const Command languageCommand = {"language",
     "shows languages, their codes and what the engines support",
-    u"Shows languages: all of them, or those that the given codes, values or "
-    "names\nstand for."_s,
+    u"Shows all languages, or those with the given codes, values or names."_s,
     {{"code", "[CODE…]",
         "A code of any family, such as de_DE or deu-DEU, a value, or a name such as German.",
         languageCodes}},

@@ -52,9 +52,9 @@ void run(const CommandLine& commandLine)
 
 const Command promptCommand = {"prompt",
     "shows what prompts ask for: audio, files, text, off-board speech",
-    u"Shows what prompts ask for, one prompt per line of the file. MP3 files that\n"
+    u"Shows what prompts ask for. Each line of the file is one prompt. MP3 files that\n"
     "exist are marked for conversion to WAV."_s,
     {inputArgument},
     {contextOption, brandOption, soundsOption,
-        languageOption("Also cuts spoken text into sentences of this language."), jsonOption},
+        languageOption("Also splits spoken text into sentences of this language."), jsonOption},
     {u"--context a4a prompts.txt"_s, u"--language de_DE --json prompts.txt"_s}, run, 1};

@@ -20,7 +20,7 @@ void run(const CommandLine& commandLine)
 } // namespace
 
 const Command sentencesCommand = {"sentences",
-    "cuts texts into sentences, with inline tags carried on",
-    u"Cuts texts into sentences, one text per line of the file."_s, {inputArgument},
+    "splits texts into sentences, and repeats inline tags",
+    u"Splits texts into sentences. Each line of the file is one text."_s, {inputArgument},
     {languageOption("The language of the texts, such as de_DE. Required."), jsonOption},
     {u"--language ja_JP texts.txt"_s}, run, 1};

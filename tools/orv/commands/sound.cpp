@@ -23,7 +23,6 @@ void run(const CommandLine& commandLine)
 } // namespace
 
 const Command soundCommand = {"sound", "shows the files of brand sounds",
-    u"Shows the audio files of brand sounds: all of them, or those of the given "
-    "ids."_s,
+    u"Shows the audio files of all brand sounds, or of those with the given ids."_s,
     {{"id", "[ID…]", "The id of a sound."}}, {brandOption, soundsOption, jsonOption},
     {u"--brand Nova welcome"_s}, run};

@@ -105,8 +105,8 @@ void run(const CommandLine& commandLine)
 } // namespace
 
 const Command tableCommand = {"table", "shows the header and rows of table files",
-    u"Shows an \"#ECO\" table file: its header and its rows. Lines that the "
-    "library\ndrops are named on standard error."_s,
-    {{"file", "FILE", "A table file; - for standard input."}},
+    u"Shows the header and the rows of an \"#ECO\" table file. Lines that the library\n"
+    "drops are listed on standard error."_s,
+    {{"file", "FILE", "A table file, or - for standard input."}},
     {jsonOption, {"csv", "Writes the column names and the rows as comma-separated values."}},
     {u"stations.eco"_s, u"--csv stations.eco > stations.csv"_s}, run, 1};
