@@ -10,11 +10,6 @@
 
 namespace {
 
-bool isDeclared(const EcoFile& file)
-{
-    return !file.header().version().isEmpty() || !file.header().encoding().isEmpty();
-}
-
 bool hasLoneQuote(const QString& line)
 {
     return line.count(u'"') % 2 != 0;
@@ -41,12 +36,6 @@ QString problemOfColumn(const EcoFile::Header& before, const EcoFile& after)
         return u"a column below the first row, which does not have it"_s;
     }
     return QString();
-}
-
-/** Whether a line that declares a column is named as it should be. */
-bool isNamed(const QString& line)
-{
-    return line.section(u' ', 0, 0) == u"#Column"_s;
 }
 
 /** What is wrong with a separator; or an empty text. */
@@ -80,7 +69,7 @@ QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
             u"declares no column: \"#Column NAME\" is needed, with single blanks"_s},
         {u"#Separator"_s, probe.header().separator() != other,
             u"declares no separator: \"#Separator HEX\" is needed, such as 3B"_s},
-        {u"#ECO"_s, isDeclared(probe),
+        {u"#ECO"_s, !probe.header().version().isEmpty() || !probe.header().encoding().isEmpty(),
             u"declares no version: \"#ECO VERSION ENCODING\" is needed, with single blanks"_s},
     };
     static const QRegularExpression blank(u"\\s"_s);
@@ -136,13 +125,11 @@ EcoFile readTable(
         const auto begin = std::find_if(line.cbegin(), line.cend(), isText) - line.cbegin();
         const Place place{number, Size(begin) + 1};
         line = line.trimmed();
-        if (line.startsWith(u'#')) {
-            file.parseHeaderLine(line);
-            see({place, line, true, false}, file);
-        } else if (!line.isEmpty()) {
-            const auto rowCount = file.rows().size();
-            file.parseDataLine(line);
-            see({place, line, false, file.rows().size() == rowCount}, file);
+        const auto rowCount = file.rows().size();
+        const bool isRow = !line.startsWith(u'#');
+        if (!line.isEmpty()) {
+            isRow ? file.parseDataLine(line) : file.parseHeaderLine(line);
+            see({place, line, isRow && file.rows().size() == rowCount}, file);
         }
     }
     return file;
@@ -158,9 +145,9 @@ Findings checkTable(const QByteArray& content, const CheckOptions&)
     buffer.setData(content);
     buffer.open(QIODevice::ReadOnly);
     const EcoFile file = readTable(buffer, [&](const TableLine& line, const EcoFile& after) {
-        if (line.isDeclaration) {
-            const bool isColumn =
-                after.header().columns().size() > before.columns().size() && isNamed(line.text);
+        if (line.text.startsWith(u'#')) {
+            const bool isColumn = after.header().columns().size() > before.columns().size()
+                                  && line.text.startsWith(u"#Column "_s);
             const QString problem = isColumn ? problemOfColumn(before, after)
                                              : problemOfDeclaration(line.text, after.header());
             if (!problem.isEmpty()) {

@@ -10,8 +10,7 @@
 struct TableLine
 {
     Place place;
-    QString text;
-    bool isDeclaration;
+    QString text;   ///< a declaration or a comment if it starts with "#", else a row
     bool isDropped; ///< a row that the library does not take
 };
 
