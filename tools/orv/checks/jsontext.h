@@ -33,7 +33,7 @@ Findings checkElements(const QByteArray& content, const char* whenNoObject, Chec
         findings +=
             {{}, Rule::NotLoaded, u"nothing is loaded: an array is needed, not an object"_s};
     }
-    for (Size i = 0; i < text.elements.size() && text.document.isArray(); ++i) {
+    for (Size i = 0; i < text.elements.size(); ++i) {
         const QJsonValue element = text.document[i];
         if (element.isObject()) {
             check(element.toObject(), text.elements[i], findings);

@@ -113,18 +113,13 @@ bool CommandLine::read(const QStringList& words)
     if (!parse(QStringList(QCoreApplication::applicationName()) + spelledOut(command, words))) {
         throw Failure{misuse(words)};
     }
-    if (isSet(u"help"_s)) {
-        print(help());
+    if (isSet(u"help"_s) || isSet(u"version"_s)) {
+        const QString version = u"orv %1\n"_s.arg(QCoreApplication::applicationVersion());
+        print(isSet(u"help"_s) ? help() : version);
         return false;
     }
-    if (isSet(u"version"_s)) {
-        print(u"orv %1\n"_s.arg(QCoreApplication::applicationVersion()));
-        return false;
-    }
-    if (positionalArguments().size() > command.mostArguments) {
-        throw Failure{
-            u"too many arguments: \"%1\""_s.arg(positionalArguments().at(command.mostArguments))};
-    }
+    failIf(positionalArguments().size() > command.mostArguments,
+        u"too many arguments: \"%1\""_s.arg(positionalArguments().value(command.mostArguments)));
     writeJson(optionsOf(command).contains(u"--json"_s) && isSet(u"json"_s));
     showLog(isSet(u"verbose"_s));
     return true;
@@ -146,13 +141,12 @@ int placeAmong(const QStringList& choices, const char* what, const QString& word
 
 const Command& commandOf(const QVector<Command>& commands, const QString& name)
 {
-    for (const Command& command : commands) {
-        if (name == QLatin1String(command.name)) {
-            return command;
-        }
+    const auto place = namesOf(commands).indexOf(name);
+    if (place < 0) {
+        throw Failure{
+            unknown("command", name, completions(commands, {})) + u" (orv help lists them)"_s};
     }
-    throw Failure{
-        unknown("command", name, completions(commands, {})) + u" (orv help lists them)"_s};
+    return commands[place];
 }
 
 QStringList completions(const QVector<Command>& commands, const QStringList& words)
