@@ -13,13 +13,12 @@ namespace {
 
 bool isJson = false;
 
-/** The elements of a list, or the text of any other value. */
-QStringList textsOf(const QVariant& value)
+QString textOf(const QVariant& value)
 {
     const int type = value.userType();
-    return type == QMetaType::QStringList ? value.toStringList()
-           : type == QMetaType::Bool      ? QStringList(value.toBool() ? u"yes"_s : u"no"_s)
-                                          : QStringList(value.toString());
+    return type == QMetaType::Bool          ? QLatin1String(value.toBool() ? "yes" : "no")
+           : type == QMetaType::QStringList ? onOneLine(value.toStringList().join(u", "_s))
+                                            : onOneLine(value.toString());
 }
 
 void printAsJson(const Record& record)
@@ -68,11 +67,14 @@ void printRecord(const Record& record)
         return printAsJson(record);
     }
     QString shown;
-    for (const Field& field : record) {
-        const bool isShown = field.shown != nullptr && field.value.isValid();
-        const QStringList texts = isShown ? textsOf(field.value) : QStringList();
+    for (const auto& [name, value, around, width] : record) {
+        if (around == nullptr || !value.isValid()) {
+            continue;
+        }
+        const bool isList = value.userType() == QMetaType::QStringList;
+        const QStringList texts = isList ? value.toStringList() : QStringList(textOf(value));
         for (const QString& text : texts) {
-            shown += QString::fromUtf8(field.shown).arg(onOneLine(text), field.width);
+            shown += QString::fromUtf8(around).arg(onOneLine(text), width);
         }
     }
     print(shown);
@@ -86,13 +88,15 @@ void Listing::add(const Record& record)
     QStringList headings;
     QStringList cells;
     for (const Field& field : record) {
-        if (field.shown != nullptr) {
+        if (field.shown != nullptr && rows.isEmpty()) {
             headings += QString::fromUtf8(field.shown);
-            const QString text = onOneLine(textsOf(field.value).join(u", "_s));
+        }
+        if (field.shown != nullptr) {
+            const QString text = textOf(field.value);
             cells += text.isEmpty() ? u"-"_s : text;
         }
     }
-    if (rows.isEmpty() && !headings.value(0).isEmpty()) {
+    if (!headings.value(0).isEmpty()) {
         rows += headings;
     }
     rows += cells;
