@@ -196,19 +196,22 @@ Size brokenInlineTag(const QString& text)
 }
 
 /** Checks prompts, and the files of off-board markup that they name. */
-class PromptCheck
+struct PromptCheck
 {
-public:
-    explicit PromptCheck(const CheckOptions& options)
-        : options(options)
-    {}
+    const CheckOptions& options;
+    Findings findings = {};
+    int line = 0;
+    QString markup = {}; ///< what is checked: the line, or the content of a file that it names
+    PromptData meaning = {};
+    QString inFile = {}; ///< what a text about a named file starts with
+    Size fileColumn = 0;
 
     Findings run(const QByteArray& content)
     {
         LineReader reader(content);
         QByteArray bytes;
         while (reader.readBytes(bytes)) {
-            line = reader.lineNumber();
+            line = reader.lineNumber;
             if (decodeUtf8(bytes, markup)) {
                 checkPrompt();
             } else {
@@ -218,7 +221,6 @@ public:
         return findings;
     }
 
-private:
     /** @p index is where it begins in the markup that is checked. */
     void add(Size index, Rule rule, const QString& text)
     {
@@ -307,8 +309,7 @@ private:
         if (!content.contains("<offboard")) {
             return; // a file of another kind
         }
-        const QByteArray bytes =
-            content.constData(); // up to the first NUL, as the library reads it
+        const QByteArray bytes = content.constData(); // as the library reads it
         if (bytes.size() < content.size()) {
             add(0, Rule::NulInFile, u"lost from the first NUL on"_s);
         }
@@ -321,9 +322,9 @@ private:
             checkMarkup();
             checkSpokenText();
         } else {
+            const QString form = nearestForm(markup, "<offboard");
             add(0, Rule::NoOffboardMarkup,
-                u"no off-board markup is found; the nearest form is "_s
-                    + nearestForm(markup, "<offboard"));
+                u"no off-board markup is found; the nearest form is "_s + form);
         }
     }
 
@@ -435,19 +436,11 @@ private:
     {
         return std::max<Size>(markup.indexOf(meaning.text), 0);
     }
-
-    const CheckOptions& options;
-    Findings findings;
-    int line = 0;
-    QString markup; ///< what is checked: the line, or the content of a file that it names
-    PromptData meaning;
-    QString inFile; ///< what a text about a named file starts with
-    Size fileColumn = 0;
 };
 
 } // namespace
 
 Findings checkPrompts(const QByteArray& content, const CheckOptions& options)
 {
-    return PromptCheck(options).run(content);
+    return PromptCheck{options}.run(content);
 }

@@ -101,7 +101,7 @@ void checkEncoding(Findings& findings, const QByteArray& content)
     while (reader.readBytes(line)) {
         QString text;
         if (!decodeUtf8(line, text)) {
-            findings += {{reader.lineNumber(), 1}, Rule::NotUtf8, u"not valid UTF-8"_s};
+            findings += {{reader.lineNumber, 1}, Rule::NotUtf8, u"not valid UTF-8"_s};
         }
     }
 }

@@ -3,6 +3,7 @@
 #include "commands/sarif.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <map>
 #include <set>
@@ -60,7 +61,7 @@ std::multiset<Key> readBaseline(const QString& fileName)
         const QJsonObject object = QJsonDocument::fromJson(line).object();
         if (!object.contains(u"rule"_s)) {
             throw Failure{u"%1:%2: not a finding that orv check --json wrote"_s.arg(
-                fileName, QString::number(reader.lineNumber()))};
+                fileName, QString::number(reader.lineNumber))};
         }
         keys.insert({object.value(u"file"_s).toString(), object.value(u"rule"_s).toString(),
             object.value(u"reason"_s).toString()});
@@ -115,13 +116,8 @@ QStringList filesFor(const Kind& kind, const QString& argument)
         return {argument};
     }
     const QLatin1String suffix(kind.suffix);
-    QStringList names;
-    const QFileInfoList files = filesAt(argument);
-    for (const QFileInfo& file : files) {
-        if (file.filePath().endsWith(suffix)) {
-            names += file.filePath();
-        }
-    }
+    const QStringList files = filesAt(argument);
+    const QStringList names = files.filter(QRegularExpression(u"\\%1\\z"_s.arg(suffix)));
     const auto others = files.size() - names.size();
     if (others > 0) {
         printError(

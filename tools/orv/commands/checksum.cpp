@@ -28,12 +28,6 @@ struct Task
     bool isJson;
     QString storeFile;
     QStringList ownFiles = {}; ///< canonical paths: the store and its lock
-
-    bool wants(const Manager::ChecksumKey& key) const
-    {
-        return key.language == language.value_or(key.language)
-               && key.type == type.value_or(key.type);
-    }
 };
 
 QStringList typeNames()
@@ -76,22 +70,21 @@ void writeStore(Manager& manager, const Task& task)
 template <typename Function>
 void hashFiles(const Task& task, const QStringList& paths, Function take)
 {
-    QFileInfoList files;
+    QStringList files;
     qint64 total = 0;
     for (const QString& path : paths) {
-        const QFileInfoList found = filesAt(path);
-        for (const QFileInfo& file : found) {
-            if (file.filePath().contains(u';')) {
-                printError(file.filePath() + u": a path with \";\" cannot be stored"_s, 2);
-            } else if (!task.ownFiles.contains(file.canonicalFilePath())) {
+        const QStringList found = filesAt(path);
+        for (const QString& file : found) {
+            if (file.contains(u';')) {
+                printError(file + u": a path with \";\" cannot be stored"_s, 2);
+            } else if (!task.ownFiles.contains(QFileInfo(file).canonicalFilePath())) {
                 files += file;
-                total += file.size();
+                total += QFileInfo(file).size();
             }
         }
     }
     Progress progress(total);
-    for (const QFileInfo& file : qAsConst(files)) {
-        const QString path = file.filePath();
+    for (const QString& path : qAsConst(files)) {
         bool isRead = false;
         const QByteArray checksum = Manager::generateChecksum(path, isRead);
         if (isRead) {
@@ -102,7 +95,7 @@ void hashFiles(const Task& task, const QStringList& paths, Function take)
             const QString reason = isOpen ? u"cannot be read to its end"_s : unread.errorString();
             printError(path + u": "_s + reason, 2);
         }
-        progress.advance(file.size());
+        progress.advance(QFileInfo(path).size());
     }
 }
 
@@ -125,8 +118,9 @@ QVector<Entry> wantedEntries(const Task& task, const Manager& manager)
     QVector<Entry> wanted;
     const QList<Entry> entries = manager.entries();
     for (const Entry& entry : entries) {
-        if (task.wants(entry.key)
-            && (task.paths.isEmpty() || liesBelow(entry.key.filePath, task.paths))) {
+        const auto& [path, language, type] = entry.key;
+        if (language == task.language.value_or(language) && type == task.type.value_or(type)
+            && (task.paths.isEmpty() || liesBelow(path, task.paths))) {
             wanted += entry;
         }
     }
@@ -279,11 +273,6 @@ constexpr Action actions[] = {
     {"remove", true, remove},
 };
 
-QStringList actionNames()
-{
-    return namesOf(actions);
-}
-
 Task taskOf(const CommandLine& commandLine)
 {
     Task task{commandLine.positionalArguments().mid(1), {}, {}, commandLine.isSet(u"json"_s),
@@ -310,7 +299,7 @@ void run(const CommandLine& commandLine)
 {
     const QStringList words = commandLine.positionalArguments();
     failIf(words.isEmpty(), u"one of update, verify, list and remove is needed"_s);
-    const Action& action = actions[placeAmong(actionNames(), "action", words[0])];
+    const Action& action = actions[placeAmong(namesOf(actions), "action", words[0])];
     failIf(action.needsPaths && words.size() < 2, words[0] + u" needs a file or a folder"_s);
     Task task = taskOf(commandLine);
     action.run(task);
@@ -328,7 +317,7 @@ const Command checksumCommand = {"checksum",
     "          file cannot be read.\n"
     "  list    shows the stored checksums\n"
     "  remove  removes the stored checksums of the files"_s,
-    {{"action", "ACTION", "update, verify, list or remove.", actionNames},
+    {{"action", "ACTION", "update, verify, list or remove.", [] { return namesOf(actions); }},
         {"path", "[PATH…]",
             "A file, or a folder with all files in it. Paths are stored without \"./\" and "
             "\"//\"."}},

@@ -40,7 +40,7 @@ void run(const CommandLine& commandLine)
     QString line;
     while (reader.readLine(line)) {
         const PromptData prompt = PromptData::parse(line, contexts[0]);
-        Record record = recordOf(reader.lineNumber(), prompt);
+        Record record = recordOf(reader.lineNumber, prompt);
         if (wantsSentences) {
             record += {"sentences", sentencesOf(prompt, language), "      > %1\n"};
         }

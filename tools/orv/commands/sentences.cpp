@@ -12,7 +12,7 @@ void run(const CommandLine& commandLine)
     LineReader reader(commandLine.fileName());
     QString line;
     while (reader.readLine(line)) {
-        printRecord({{"line", reader.lineNumber()},
+        printRecord({{"line", reader.lineNumber},
             {"sentences", SentenceTokenizer::split(line, language), "%1\n"}});
     }
 }

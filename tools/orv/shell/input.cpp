@@ -3,6 +3,7 @@
 #include "shell/output.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cerrno>
@@ -79,11 +80,11 @@ bool decodeUtf8(const QByteArray& bytes, QString& text)
            || text.toUtf8() == bytes.mid(bytes.startsWith(byteOrderMark) ? 3 : 0);
 }
 
-QFileInfoList filesAt(const QString& path)
+QStringList filesAt(const QString& path)
 {
     const QFileInfo argument(path);
     if (argument.isFile()) {
-        return {argument};
+        return {path};
     }
     if (!argument.isDir()) {
         printError(path + (argument.exists() ? u": no regular file"_s : u": no such file"_s), 2);
@@ -108,7 +109,7 @@ QFileInfoList filesAt(const QString& path)
         printError(path + u": the folder cannot be read"_s, 2);
     }
     paths.sort();
-    QFileInfoList files;
+    QStringList files;
     for (const QString& entryPath : qAsConst(paths)) {
         const QFileInfo entry(entryPath);
         if (!entry.isDir() || !entry.isSymLink()) {
@@ -137,10 +138,10 @@ bool LineReader::readBytes(QByteArray& line)
     line = device.readLine();
     if (line.isEmpty()) {
         failIf(file.error() != QFileDevice::NoError,
-            u"%1:%2: %3"_s.arg(name, QString::number(number), file.errorString()));
+            u"%1:%2: %3"_s.arg(name, QString::number(lineNumber), file.errorString()));
         return false;
     }
-    ++number;
+    ++lineNumber;
     progress.advance(line.size());
     if (line.endsWith('\n')) {
         line.chop(line.endsWith("\r\n") ? 2 : 1);
@@ -155,14 +156,9 @@ bool LineReader::readLine(QString& line)
         return false;
     }
     if (!decodeUtf8(bytes, line)) {
-        throw Failure{u"%1:%2: not valid UTF-8"_s.arg(name, QString::number(number))};
+        throw Failure{u"%1:%2: not valid UTF-8"_s.arg(name, QString::number(lineNumber))};
     }
     return true;
-}
-
-int LineReader::lineNumber() const
-{
-    return number;
 }
 
 PlaceFinder::PlaceFinder(const QByteArray& text)

@@ -5,7 +5,6 @@
 
 #include <QBuffer>
 #include <QFile>
-#include <QFileInfo>
 #include <QJsonDocument>
 #include <QString>
 
@@ -31,7 +30,7 @@ bool decodeUtf8(const QByteArray& bytes, QString& text);
  * The file @p path; for a folder, the files in it and in the folders within it, by name, hidden ones
  * included, without following links to folders. What cannot be used is an error (exit code 2).
  */
-QFileInfoList filesAt(const QString& path);
+QStringList filesAt(const QString& path);
 
 /** Reads lines, and shows how far it is. */
 class LineReader
@@ -48,8 +47,7 @@ public:
     /** The same as text. @throw Failure also for a line that is not valid UTF-8 */
     bool readLine(QString& line);
 
-    /** The number of the line last read, from 1. */
-    int lineNumber() const;
+    int lineNumber = 0; ///< of the line last read, from 1
 
 private:
     QString name;
@@ -57,7 +55,6 @@ private:
     QBuffer buffer;
     QIODevice& device;
     Progress progress;
-    int number = 0;
 };
 
 /** A place in a text: the line, and the column in UTF-16 code units; both from 1. */
