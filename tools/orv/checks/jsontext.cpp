@@ -44,8 +44,11 @@ JsonText::JsonText(const QByteArray& content, Findings& findings)
         }
         const bool isEnd = first == ']' || first == '}';
         if (isStart && !isEnd && levels.last().isObject) {
-            members.append({keyOf(content.mid(begin, at + 1 - begin)), places.at(begin)});
-            const auto& [key, place] = members.last();
+            const QString key = keyOf(content.mid(begin, at + 1 - begin));
+            const Place place = places.at(begin);
+            if (document.isObject()) {
+                members.append({key, place});
+            }
             int& line = levels.last().lines[key];
             if (line > 0) {
                 findings += {place, Rule::Overwritten,

@@ -19,8 +19,8 @@ struct JsonText
     JsonText(const QByteArray& content, Findings& findings);
 
     QJsonDocument document;  ///< null when the text cannot be read
-    QVector<Member> members; ///< of all objects, in the order of the text
-    QVector<Place> elements; ///< of the outermost array
+    QVector<Member> members; ///< of an object and all objects in it, in the order of the text
+    QVector<Place> elements; ///< of an array, the outermost one
 };
 
 /** Reads JSON as JsonText does, and calls @p check with each object of the outermost array. */

@@ -117,19 +117,15 @@ EcoFile readTable(
     QTextStream stream(&device);
     QString line;
     for (int number = 1; stream.readLineInto(&line); ++number) {
-        if (device.pos() > seen) { // the stream reads block by block
-            progress.advance(device.pos() - seen);
-            seen = device.pos();
-        }
-        const auto isText = [](QChar character) { return !character.isSpace(); };
-        const auto begin = std::find_if(line.cbegin(), line.cend(), isText) - line.cbegin();
-        const Place place{number, Size(begin) + 1};
-        line = line.trimmed();
+        progress.advance(device.pos() - seen); // nothing, for most lines: the stream reads blocks
+        seen = device.pos();
+        const QString text = line.trimmed();
         const auto rowCount = file.rows().size();
-        const bool isRow = !line.startsWith(u'#');
-        if (!line.isEmpty()) {
-            isRow ? file.parseDataLine(line) : file.parseHeaderLine(line);
-            see({place, line, isRow && file.rows().size() == rowCount}, file);
+        const bool isRow = !text.startsWith(u'#');
+        if (!text.isEmpty()) {
+            isRow ? file.parseDataLine(text) : file.parseHeaderLine(text);
+            const Place place{number, line.indexOf(text) + 1};
+            see({place, text, isRow && file.rows().size() == rowCount}, file);
         }
     }
     return file;
