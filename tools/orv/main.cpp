@@ -34,7 +34,7 @@ void run(QStringList words)
     failIf(words.isEmpty(), u"no command given (orv help lists them)"_s);
     const QString name = words.takeFirst();
     const bool isHelp = name == u"help"_s;
-    if (name == u"complete"_s) { // asked by the completion scripts
+    if (name == u"complete"_s) { // called by the completion scripts
         print(completions(commands, words).join(u'\n') + u'\n');
     } else if (isHelp && !words.isEmpty()) {
         print(CommandLine(commandOf(commands, words[0])).help());
@@ -58,8 +58,8 @@ int main(int argc, char** argv)
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(u"orv"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVCORE_VERSION_STRING));
-    // Arguments and file names are UTF-8 in every locale, also in the plain one of build machines.
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // which knows no other locales
+    // Arguments and file names are UTF-8 in every locale, even in "C".
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // which always uses UTF-8
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 #endif
     std::setlocale(LC_CTYPE, "C.UTF-8"); // for the widths of characters

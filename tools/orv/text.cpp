@@ -8,7 +8,7 @@ QString onOneLine(QString text)
 {
     constexpr ushort symbols = 0x2400; // U+2400 is the symbol for U+0000, and so on
     for (Size i = 0; i < text.size(); ++i) {
-        if (text.at(i) < u' ') { // rarely, so most texts need no copy
+        if (text.at(i) < u' ') { // rare, so most texts are not copied
             text[i] = QChar(symbols + text.at(i).unicode());
         }
     }
@@ -23,7 +23,7 @@ QString counted(qint64 count, const char* thing)
 
 QVector<int> editDistances(const QString& a, const QString& b)
 {
-    QVector<int> row(b.size() + 1); // for a growing start of a
+    QVector<int> row(b.size() + 1); // the distances of a start of a, which grows
     std::iota(row.begin(), row.end(), 0);
     for (int i = 0; i < a.size(); ++i) {
         int diagonal = row[0];

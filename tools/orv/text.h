@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <QVector>
 
-/** Of texts and lists: 64 bits wide with Qt 6, but an int with Qt 5. */
+/** The size of texts and lists: an int with Qt 5, 64 bits with Qt 6. */
 using Size = QString::size_type;
 
 /** u"…"_s is a QString. */
@@ -13,7 +13,7 @@ inline QString operator""_s(const char16_t* text, std::size_t size)
     return QString::fromUtf16(text, Size(size));
 }
 
-/** The names in the rows of a table. */
+/** The member "name" of each row of a table. */
 template <typename Rows>
 QStringList namesOf(const Rows& rows)
 {
@@ -31,16 +31,13 @@ QString onOneLine(QString text);
 QString counted(qint64 count, const char* thing);
 
 /**
- * How many characters to insert, delete or replace to turn @p a into each start of @p b, from the
- * empty one to all of @p b.
+ * How many insertions, deletions and replacements of characters turn @p a into each start of @p b,
+ * from the empty one to all of @p b.
  */
 QVector<int> editDistances(const QString& a, const QString& b);
 
-/**
- * The candidate that is nearest to @p word without regard to case, at less than @p limit; null when
- * there is none.
- */
+/** The candidate with the least distance from @p word in any case, below @p limit; null if none. */
 QString nearest(const QString& word, const QStringList& candidates, int limit);
 
-/** `unknown WHAT: "WORD"`, with `, did you mean "…"?` where a candidate is near. */
+/** `unknown WHAT: "WORD"`, with `, did you mean "…"?` if a candidate is similar. */
 QString unknown(const char* what, const QString& word, const QStringList& candidates);

@@ -8,7 +8,7 @@
 #include <QStringList>
 #include <QVector>
 
-/** What may be found, in the order of the table of rules. */
+/** The rules, in the order of ruleTexts. */
 enum class Rule
 {
     BareSoundId,
@@ -43,7 +43,7 @@ enum class Rule
     RuleCount,
 };
 
-/** A rule as users know it. */
+/** How a rule is presented to users. */
 struct RuleText
 {
     const char* name;     ///< short and stable
@@ -54,26 +54,26 @@ struct RuleText
 /** By the values of Rule. */
 extern const RuleText ruleTexts[int(Rule::RuleCount)];
 
-/** A mistake that the library passes over in silence. */
+/** A mistake that the library does not report. */
 struct Finding
 {
     Place place;
     Rule rule;
     QString text;
 
-    /** In the order of their places. */
+    /** Orders by place first. */
     bool operator<(const Finding& other) const;
 };
 
 using Findings = QVector<Finding>;
 
-/** What the checks go by, beside the file. */
+/** The settings of a check. */
 struct CheckOptions
 {
     PromptContext context = GeneralContext;
     QString brand;
-    QStringList soundIds; ///< of the brand sounds that are loaded
-    QString root; ///< the folder that stands for the target's root folder; empty for this machine's
+    QStringList soundIds; ///< of the loaded brand sounds
+    QString root; ///< the folder that stands for the target's root folder; empty for the real one
 
     /** Where a file of the target is on this machine. */
     QString onThisMachine(const QString& path) const;
@@ -82,8 +82,8 @@ struct CheckOptions
     bool isFile(const QString& path) const;
 };
 
-// Each judges the content of one file by what the library makes of it; prompts with the brand sounds
-// that are loaded.
+// Each checks the content of one file by comparing it with what the library reads from it.
+// checkPrompts() uses the loaded brand sounds.
 Findings checkPrompts(const QByteArray& content, const CheckOptions& options);
 Findings checkSounds(const QByteArray& content, const CheckOptions& options);
 Findings checkTable(const QByteArray& content, const CheckOptions& options);

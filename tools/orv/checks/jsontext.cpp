@@ -39,7 +39,7 @@ JsonText::JsonText(const QByteArray& content, Findings& findings)
         if (std::isspace(uchar(first)) != 0) {
             continue;
         }
-        while (first == '"' && content[++at] != '"') { // a valid text ends each string
+        while (first == '"' && content[++at] != '"') { // in a valid text, each string ends
             at += content[at] == '\\' ? 1 : 0;
         }
         const bool isEnd = first == ']' || first == '}';

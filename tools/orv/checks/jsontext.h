@@ -18,12 +18,12 @@ struct JsonText
     /** Reports a text that cannot be read, and members that overwrite others of the same object. */
     JsonText(const QByteArray& content, Findings& findings);
 
-    QJsonDocument document;  ///< null when the text cannot be read
-    QVector<Member> members; ///< of an object and all objects in it, in the order of the text
-    QVector<Place> elements; ///< of an array, the outermost one
+    QJsonDocument document;  ///< null if the text cannot be read
+    QVector<Member> members; ///< of an outermost object and all objects in it
+    QVector<Place> elements; ///< of an outermost array
 };
 
-/** Reads JSON as JsonText does, and calls @p check with each object of the outermost array. */
+/** Reads JSON text, and calls @p check with each object of the outermost array. */
 template <typename Check>
 Findings checkElements(const QByteArray& content, const char* whenNoObject, Check check)
 {

@@ -40,7 +40,7 @@ QStringList languageCodes()
 
 QString unknownLanguage(const QString& code)
 {
-    constexpr int slip = 3; // characters; further away it is another name
+    constexpr int slip = 3; // characters; a more distant name is a different one
     const QStringList names = textsOfAll(languageName);
     const QStringList codes = languageCodes();
     const QString name = nearest(code, names, slip);

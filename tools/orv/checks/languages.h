@@ -14,5 +14,5 @@ QString codeOf(const Language& language);
 /** The ISO codes of all languages. */
 QStringList languageCodes();
 
-/** The message for a code that is unknown; it suggests a code for a near code or name. */
+/** The message for an unknown code; suggests the code for a similar code or name. */
 QString unknownLanguage(const QString& code);

@@ -26,15 +26,15 @@ constexpr const char* forms[] = {
 };
 
 /**
- * What the library makes of a prompt, without reading a file that it names: which folder stands for
- * the target's root is this program's choice.
+ * Parses a prompt with the library, but without reading a file that the prompt names: this program
+ * decides which folder stands for the target's root.
  */
 PromptData parsed(QString prompt, PromptContext context)
 {
     if (context != A4AContext) {
         return PromptData::parse(prompt, context);
     }
-    // There are no files below a device.
+    // No file can exist below a device.
     const QString attribute = u"path=\""_s;
     const QString nowhere = u"/dev/null/"_s;
     PromptData result = PromptData::parse(prompt.replace(attribute, attribute + nowhere), context);
@@ -52,7 +52,7 @@ bool isSpokenWhole(const QString& prompt, PromptContext context)
     return result.mode == PromptText && result.text == prompt;
 }
 
-/** The tags of a prompt without what authors fill in. */
+/** The tags of a prompt without the text and values that authors fill in. */
 QString skeletonOf(const QString& prompt)
 {
     static const QRegularExpression tag(u"<[^<>]*>?"_s);
@@ -64,12 +64,12 @@ QString skeletonOf(const QString& prompt)
     return skeleton.replace(value, u"=\"\""_s).toLower();
 }
 
-/** The form that a prompt resembles most, of those with @p tag in them. */
+/** The form that is most similar to a prompt, among those that contain @p tag. */
 QString nearestForm(const QString& prompt, const char* tag)
 {
     constexpr int enough = 200; // no form is longer
     const QString skeleton = skeletonOf(prompt).left(enough);
-    // First by the start of a form, as the end may be what is missing; the first of equals wins.
+    // The start of a form counts first, because its end may be missing. The first of equals wins.
     std::map<std::pair<int, int>, QString> formsByDistance;
     for (const char* text : forms) {
         const QString form = QLatin1String(text);
@@ -85,7 +85,7 @@ QString nearestForm(const QString& prompt, const char* tag)
 QString withoutBlanksInValues(const QString& prompt)
 {
     static const QRegularExpression blank(u"\\s"_s, QRegularExpression::UseUnicodePropertiesOption);
-    QStringList parts = prompt.split(u'"'); // a value has the quotes before and behind it
+    QStringList parts = prompt.split(u'"'); // values have a quote on both sides
     for (Size i = 1; i + 1 < parts.size(); ++i) {
         if (parts[i - 1].endsWith(u'=')) {
             parts[i++].remove(blank);
@@ -94,7 +94,7 @@ QString withoutBlanksInValues(const QString& prompt)
     return parts.join(u'"');
 }
 
-/** Words, attributes' values, blanks and marks, from the first tag on. */
+/** The words, attribute values, blanks and other characters from the first tag on. */
 QRegularExpressionMatchIterator piecesOf(const QString& markup)
 {
     static const QRegularExpression piece(u"\"[^\"]*\"|\\w+|\\s+|."_s);
@@ -150,12 +150,12 @@ QVector<Size> positionsOf(QChar character, const QString& text)
     return positions;
 }
 
-/** Where the markup begins and ends, without what a prompt means the same without. */
+/** Where the markup begins and ends; the text around it does not change what the prompt means. */
 std::pair<Size, Size> extentOf(
     const QString& prompt, PromptContext context, const PromptData& meaning)
 {
     const auto meansTheSame = [context, &meaning](QString part) {
-        if (meaning.mode == PromptFile) { // no part may become a sound that stood beside the file
+        if (meaning.mode == PromptFile) { // a part must not become a sound beside the file
             part.replace(u"<text "_s, u"<- "_s);
         }
         const PromptData other = parsed(part, context);
@@ -163,8 +163,8 @@ std::pair<Size, Size> extentOf(
         return !isWhole && other.text == meaning.text && other.mode == meaning.mode
                && other.language == meaning.language && other.genre == meaning.genre;
     };
-    // A part means the same as long as it holds the markup, so halving finds where that starts and
-    // ends. A prompt of many brackets is not parsed for each of them.
+    // A part means the same as long as it contains the markup, so binary search finds the start and
+    // the end of the markup without parsing the prompt once for each bracket.
     const QVector<Size> opening = positionsOf(u'<', prompt);
     const auto behindBegin = std::partition_point(
         opening.begin(), opening.end(), [&](Size at) { return meansTheSame(prompt.mid(at)); });
@@ -175,7 +175,7 @@ std::pair<Size, Size> extentOf(
     return {begin, end == closing.end() ? prompt.size() : *end + 1};
 }
 
-/** Where a text holds what starts as an inline tag, but is none; or -1. */
+/** Where a text has the start of an inline tag without being one; or -1. */
 Size brokenInlineTag(const QString& text)
 {
     const QString opening = u"\\!\\"_s;
@@ -184,7 +184,7 @@ Size brokenInlineTag(const QString& text)
     for (Size at = 0; (at = text.indexOf(opening, end)) >= 0;) {
         const Size begin = at + opening.size();
         end = Size(std::find_if(text.begin() + begin, text.end(), isBlank) - text.begin());
-        const QString tag = text.mid(begin, end - begin); // as far as a tag may reach
+        const QString tag = text.mid(begin, end - begin); // up to the blank that ends a tag
         const auto equals = tag.indexOf(u'=', 1);
         const bool isAssignment = equals > 0 && equals < tag.size() - 2;
         if (end == text.size() || !tag.endsWith(u'\\') || tag.contains(opening)
@@ -201,9 +201,9 @@ struct PromptCheck
     const CheckOptions& options;
     Findings findings = {};
     int line = 0;
-    QString markup = {}; ///< what is checked: the line, or the content of a file that it names
+    QString markup = {}; ///< the line, or the content of a file that it names
     PromptData meaning = {};
-    QString inFile = {}; ///< what a text about a named file starts with
+    QString inFile = {}; ///< the start of messages about a named file
     Size fileColumn = 0;
 
     Findings run(const QByteArray& content)
@@ -221,7 +221,7 @@ struct PromptCheck
         return findings;
     }
 
-    /** @p index is where it begins in the markup that is checked. */
+    /** @p index is its position in the markup. */
     void add(Size index, Rule rule, const QString& text)
     {
         const Size column = inFile.isEmpty() ? index + 1 : fileColumn;
@@ -273,7 +273,7 @@ struct PromptCheck
                 u"\"<\" will be read aloud: it does not start a tag"_s);
         } else if (!isSpokenWhole(withoutBlanksInValues(markup), context)) {
             const Size end =
-                blankInValue.match(markup).capturedEnd(); // or a blank of other scripts
+                blankInValue.match(markup).capturedEnd(); // none for a blank that is not ASCII
             add(end > 0 ? end - 1 : markup.indexOf(u'<'), Rule::BlankInPath,
                 start + u"a path or language holds a blank"_s);
         } else if (isGeneral || (context != A4AContext && !isSpokenWhole(markup, A4AContext))) {
@@ -307,7 +307,7 @@ struct PromptCheck
         }
         const QByteArray content = file.readAll();
         if (!content.contains("<offboard")) {
-            return; // a file of another kind
+            return; // not a file of off-board markup
         }
         const QByteArray bytes = content.constData(); // as the library reads it
         if (bytes.size() < content.size()) {
@@ -328,14 +328,14 @@ struct PromptCheck
         }
     }
 
-    /** Checks markup that is understood. */
+    /** Checks markup that the library parses. */
     void checkMarkup()
     {
         const bool areLanguagesKnown = checkLanguages();
         const auto [begin, end] = extentOf(markup, options.context, meaning);
         QString before = markup.left(begin).trimmed();
         if (meaning.mode == PromptOffboard && !areLanguagesKnown) {
-            // The tag of an unknown language means nothing, and so seems to be outside.
+            // The tag of an unknown language has no effect, so it seems to be outside.
             before = before.left(before.lastIndexOf(u"<tts "_s)).trimmed();
         }
         checkOutside(before, 0);
@@ -350,10 +350,10 @@ struct PromptCheck
         }
     }
 
-    /** Checks the codes of languages. @return whether all are known */
+    /** Checks the language codes. @return whether all are known */
     bool checkLanguages()
     {
-        // Off-board text may have markup of its own, with languages of its own.
+        // Off-board text may contain markup of the service, with other language codes.
         static const QRegularExpression boardTag(
             uR"~(<(audio|file|text|phonetic) language="([^"]*)")~"_s);
         static const QRegularExpression offboardTag(uR"~(<(tts) lang="([^"]*)"/>)~"_s);
@@ -363,7 +363,7 @@ struct PromptCheck
         while (match.hasNext()) {
             const QRegularExpressionMatch tag = match.next();
             const QString code = tag.captured(2);
-            // A brand sound is named by text with a language, whatever the language is.
+            // The markup of a brand sound needs a language, but any language will do.
             const bool mayName =
                 tag.captured(1) == u"text"_s
                 && (meaning.mode == PromptAudio || options.context == BrandSoundContext);
@@ -378,10 +378,10 @@ struct PromptCheck
         return areKnown;
     }
 
-    /** Checks what is spoken of markup that is understood. */
+    /** Checks the spoken text of markup that the library parses. */
     void checkSpokenText()
     {
-        // An off-board service has tags of its own, but not those of this library.
+        // An off-board service has its own tags, but not the tags of this library.
         static const QRegularExpression anyTag(u"</?[a-z]"_s);
         static const QRegularExpression offboardTag(u"</?(offboard|tts)\\b"_s);
         const bool isOffboard = meaning.mode == PromptOffboard;
@@ -398,7 +398,7 @@ struct PromptCheck
         checkInlineTags();
     }
 
-    /** Checks a text that this machine speaks for sounds and entities. */
+    /** Checks text that is spoken on board for sounds and entities. */
     void checkSpokenWords()
     {
         static const QRegularExpression entity(

@@ -2,7 +2,7 @@
 
 Findings checkSounds(const QByteArray& content, const CheckOptions& options)
 {
-    QHash<QString, int> lines; // by the ids that are entered
+    QHash<QString, int> lines; // by id
     const auto check = [&](const QJsonObject& sound, const Place& place, Findings& findings) {
         for (const QString& name : {u"id"_s, u"value"_s}) {
             if (!sound.contains(name)) {

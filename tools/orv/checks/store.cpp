@@ -9,7 +9,7 @@ namespace {
 
 using Manager = SpeechChecksumManager;
 
-/** What keeps an entry from being found; or an empty text. */
+/** Why the library cannot find an entry; empty if it can. */
 QString problemOf(const QJsonObject& entry, const Manager::ChecksumKey& key)
 {
     if (key.filePath.isEmpty()) {
@@ -37,9 +37,9 @@ QString problemOf(const QJsonObject& entry, const Manager::ChecksumKey& key)
 
 Findings checkStore(const QByteArray& content, const CheckOptions&)
 {
-    QHash<QString, int> lines; // by the keys of the entries
+    QHash<QString, int> lines; // of the entries, by key
     const auto check = [&](const QJsonObject& entry, const Place& place, Findings& findings) {
-        // As the library reads them, whatever their types are.
+        // The library converts members of other types too.
         const QVariantMap members = entry.toVariantMap();
         const Manager::ChecksumKey key(members[u"filePath"_s].toString(),
             Language(members[u"language"_s].toInt()),

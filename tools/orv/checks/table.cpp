@@ -25,7 +25,7 @@ QString whyDropped(const QString& line, const EcoFile& file)
            + QLatin1String(hasLoneQuote(line) ? ", with a quote that has no partner" : "");
 }
 
-/** What is wrong with a column; or an empty text. */
+/** What is wrong with a column; empty if nothing. */
 QString problemOfColumn(const EcoFile::Header& before, const EcoFile& after)
 {
     const QString column = after.header().columns().last();
@@ -38,7 +38,7 @@ QString problemOfColumn(const EcoFile::Header& before, const EcoFile& after)
     return QString();
 }
 
-/** What is wrong with a separator; or an empty text. */
+/** What is wrong with a separator; empty if nothing. */
 QString problemOfSeparator(const QString& line, const EcoFile::Header& header)
 {
     const int code = line.section(u' ', 1).toInt(nullptr, 16);
@@ -50,10 +50,10 @@ QString problemOfSeparator(const QString& line, const EcoFile::Header& header)
         .arg(QLatin1Char(header.separator()));
 }
 
-/** What is wrong with a line that starts with "#"; an empty text also for a comment. */
+/** What is wrong with a line that starts with "#"; empty if nothing, or for a comment. */
 QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
 {
-    // Another separator comes first, to see whether the line sets one.
+    // Sets another separator first, to see whether the line changes it.
     EcoFile probe;
     const char other = header.separator() == 'x' ? 'y' : 'x';
     probe.parseHeaderLine(u"#Separator %1"_s.arg(uchar(other), 0, 16));
@@ -82,7 +82,7 @@ QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
         if (!declaration.isMade && word.compare(name, Qt::CaseInsensitive) == 0) {
             return declaration.whenNot;
         }
-        // A slip of the pen, but not in "#ECO": little depends on the version.
+        // A misspelt declaration; not of "#ECO", because the version has no effect.
         if (!declaration.isMade && name.size() > 4
             && editDistances(word.toLower(), name.toLower()).constLast() == 1) {
             return u"a comment, did you mean \"%1\"?"_s.arg(name);
@@ -117,7 +117,7 @@ EcoFile readTable(
     QTextStream stream(&device);
     QString line;
     for (int number = 1; stream.readLineInto(&line); ++number) {
-        progress.advance(device.pos() - seen); // nothing, for most lines: the stream reads blocks
+        progress.advance(device.pos() - seen); // 0 for most lines: the stream reads blocks
         seen = device.pos();
         const QString text = line.trimmed();
         const auto rowCount = file.rows().size();
@@ -135,7 +135,7 @@ Findings checkTable(const QByteArray& content, const CheckOptions&)
 {
     Findings findings;
     checkEncoding(findings, content);
-    EcoFile::Header before; // not the rows: they would be copied at every line with "#"
+    EcoFile::Header before; // without the rows, which would be copied for each declaration
     bool hasDropped = false;
     QBuffer buffer;
     buffer.setData(content);

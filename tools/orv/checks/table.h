@@ -11,9 +11,9 @@ struct TableLine
 {
     Place place;
     QString text;   ///< a declaration or a comment if it starts with "#", else a row
-    bool isDropped; ///< a row that the library does not take
+    bool isDropped; ///< whether the library drops it, which is a row
 };
 
-/** Reads as the library does, and reports each line to @p see. */
+/** Reads a table as the library does, and passes each line to @p see. */
 EcoFile readTable(
     QIODevice& device, const std::function<void(const TableLine&, const EcoFile&)>& see);

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Colours of terminals, by their codes.
+// Codes of terminal colours.
 constexpr int red = 31;
 constexpr int yellow = 33;
 constexpr int cyan = 36;
@@ -20,7 +20,7 @@ struct Kind
 {
     const char* name;
     Findings (*check)(const QByteArray& content, const CheckOptions& options);
-    const char* suffix; ///< of the files that are checked in a folder
+    const char* suffix; ///< of the files to check in a folder
     const char* text;
     bool usesSounds = false;
 };
@@ -36,10 +36,10 @@ constexpr Kind kinds[] = {
     {"table", checkTable, ".eco", "an \"#ECO\" table file"},
 };
 
-/** What makes two findings the same, wherever their lines have moved to: file, rule and text. */
+/** Identifies a finding even if its line moves: file, rule and text. */
 using Key = std::tuple<QString, QString, QString>;
 
-/** What a run of the command works on. */
+/** The arguments and results of a run. */
 struct Task
 {
     const Kind& kind;
@@ -51,7 +51,7 @@ struct Task
     QVector<FileFinding> findings = {};
 };
 
-/** The findings that --json once wrote into a file. @throw Failure */
+/** The findings that an earlier run wrote to a file with --json. @throw Failure */
 std::multiset<Key> readBaseline(const QString& fileName)
 {
     std::multiset<Key> keys;
@@ -69,7 +69,7 @@ std::multiset<Key> readBaseline(const QString& fileName)
     return keys;
 }
 
-/** The findings in all contexts; those that are not of all contexts name theirs. */
+/** The findings in all contexts. A finding of only some contexts names them. */
 Findings findAll(Task& task, const QByteArray& content)
 {
     std::map<Finding, QStringList> contextsByFinding;
@@ -94,7 +94,7 @@ Findings findAll(Task& task, const QByteArray& content)
     return all;
 }
 
-/** Checks one file, and keeps what is not accepted. @throw Failure when the file cannot be read */
+/** Checks one file, and keeps the findings that are not accepted. @throw Failure */
 void check(Task& task, QString fileName)
 {
     const QByteArray content = readInput(fileName);
@@ -109,7 +109,7 @@ void check(Task& task, QString fileName)
     }
 }
 
-/** The files that an argument stands for. */
+/** The files to check for an argument. */
 QStringList filesFor(const Kind& kind, const QString& argument)
 {
     if (argument.isEmpty() || !QFileInfo(argument).isDir()) {
@@ -182,7 +182,7 @@ void run(const CommandLine& commandLine)
         for (const QString& file : files) {
             try {
                 check(task, file);
-            } catch (const Failure& failure) { // the other files are checked all the same
+            } catch (const Failure& failure) { // the other files are still checked
                 printError(failure.reason, 2);
             }
         }

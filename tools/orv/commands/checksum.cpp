@@ -19,11 +19,11 @@ using Entry = Manager::Entry;
 
 constexpr char storeVariable[] = "ORV_SPEECH_CHECKSUM_FILE";
 
-/** What an action works on. */
+/** The arguments of an action. */
 struct Task
 {
     QStringList paths;
-    std::optional<Language> language; ///< empty for all
+    std::optional<Language> language; ///< none for all
     std::optional<Manager::ChecksumType> type;
     bool isJson;
     QString storeFile;
@@ -40,7 +40,7 @@ QString typeName(Manager::ChecksumType type)
     return typeNames().value(type, QString::number(type));
 }
 
-/** Points the library at the store, and refuses a broken one, which must not be overwritten. */
+/** Opens the store with the library. @throw Failure for a broken one, which must not be lost */
 Manager openStore(const Task& task, bool mayBeMissing)
 {
     qputenv(storeVariable, task.storeFile.toUtf8());
@@ -64,8 +64,8 @@ void writeStore(Manager& manager, const Task& task)
 }
 
 /**
- * Passes each of the files among @p paths and in the folders among them, without the store itself,
- * with its fresh checksum to @p take.
+ * Calls @p take with the path and the present checksum of each file of @p paths and of the folders
+ * among them, except the store itself.
  */
 template <typename Function>
 void hashFiles(const Task& task, const QStringList& paths, Function take)
@@ -99,7 +99,7 @@ void hashFiles(const Task& task, const QStringList& paths, Function take)
     }
 }
 
-/** Whether a stored path, in any spelling, is one of @p roots or lies below one. */
+/** Whether a stored path, in any spelling, is one of @p roots or below one. */
 bool liesBelow(const QString& storedPath, const QStringList& roots)
 {
     const QString path = QDir::cleanPath(storedPath);
@@ -112,7 +112,7 @@ bool liesBelow(const QString& storedPath, const QStringList& roots)
     });
 }
 
-/** What the task asks for of the stored entries. */
+/** The stored entries that the task selects. */
 QVector<Entry> wantedEntries(const Task& task, const Manager& manager)
 {
     QVector<Entry> wanted;
@@ -146,7 +146,7 @@ void update(Task& task)
         {"unchanged", unchanged, "%1 unchanged\n"}});
 }
 
-/** Tells of a difference; people learn the language and type only where they are not the usual ones. */
+/** Prints a difference. The text has the language and type only if they are not the defaults. */
 void report(const QString& status, const Manager::ChecksumKey& key)
 {
     raiseExitCode(1);
@@ -158,7 +158,7 @@ void report(const QString& status, const Manager::ChecksumKey& key)
         {nullptr, isUsual ? QString() : u"  (%1, %2)"_s.arg(language, type), "%1\n"}});
 }
 
-/** Tells how many files have which status. */
+/** Prints how many files have which status. */
 void reportTotal(const Task& task, const QMap<QString, int>& counts)
 {
     int total = 0;
@@ -193,7 +193,7 @@ void verify(Task& task)
             report(status, key);
         }
     };
-    QMap<QString, QVector<Entry>> present; // by cleaned path
+    QMap<QString, QVector<Entry>> present; // by clean path
     QStringList missing;
     const QVector<Entry> stored = wantedEntries(task, manager);
     for (const Entry& entry : stored) {
@@ -205,7 +205,7 @@ void verify(Task& task)
             count(u"missing"_s, entry.key);
         }
     }
-    // Folders may hold further files. A path that is missing as a whole was reported above.
+    // Folders may contain new files. Missing paths with stored files were reported above.
     QStringList paths = task.paths.isEmpty() ? present.keys() : task.paths;
     const auto isReported = [&missing](const QString& path) {
         return !QFileInfo::exists(path)
@@ -290,7 +290,7 @@ Task taskOf(const CommandLine& commandLine)
     task.ownFiles << QFileInfo(task.storeFile).canonicalFilePath() << lockFileOf(task.storeFile);
     for (QString& path : task.paths) {
         failIf(path.isEmpty(), u"a path is empty"_s);
-        path = QDir::cleanPath(path); // one spelling, as entries are found by it
+        path = QDir::cleanPath(path); // one spelling, by which entries are found
     }
     return task;
 }

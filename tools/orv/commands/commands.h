@@ -10,8 +10,8 @@
 
 #include <QHash>
 
-// The commands of orv, one source file each. The exit code is 1 for a negative finding, such as an
-// unknown code; wrong use and unreadable input are thrown as Failure, which is 2.
+// The commands of orv, one source file each. A negative result, such as an unknown code, raises the
+// exit code to 1; wrong use and unreadable input are thrown as Failure, which raises it to 2.
 extern const Command checkCommand;
 extern const Command checksumCommand;
 extern const Command genreCommand;
@@ -23,10 +23,10 @@ extern const Command sentencesCommand;
 extern const Command soundCommand;
 extern const Command tableCommand;
 
-/** The names of the contexts that have one. */
+/** The names of contexts. */
 QStringList contextNames();
 
-// What several commands have.
+// Options and arguments of several commands.
 constexpr Option brandOption = {
     "brand", "The car brand whose sounds are played. The default is TYX.", "NAME", "TYX"};
 constexpr Option contextOption = {"context",
@@ -40,7 +40,7 @@ constexpr Option soundsOption = {"sounds",
 constexpr Argument inputArgument = {
     "file", "[FILE]", "The file to read. Without it, or if it is -, standard input is read."};
 
-/** The option "language", with what it is for. */
+/** The option "language" with a help text. */
 constexpr Option languageOption(const char* text)
 {
     return {"language", text, "ISO", "", languageCodes};
@@ -49,16 +49,15 @@ constexpr Option languageOption(const char* text)
 /** The language of the option "language". @throw Failure for an unknown ISO code */
 Language languageOf(const CommandLine& commandLine);
 
-/** The name that the option "context" has for a value. */
+/** The name of a context; its number if it has none. */
 QString nameOf(PromptContext context);
 
 /** The contexts of the option "context", each once. @throw Failure for an unknown name */
 QVector<PromptContext> contextsOf(const CommandLine& commandLine);
 
 /**
- * Loads the brand sounds that the options name. A missing table is a remark on standard error, or a
- * failure where the command cannot do without it or an option asked for it.
+ * Loads the brand sounds that the options select. Writes a message if there are none.
  *
- * @throw Failure
+ * @throw Failure if there are none although the command or an option needs them
  */
 QHash<QString, QString> loadSounds(const CommandLine& commandLine, bool isNeeded);

@@ -8,7 +8,7 @@ namespace {
 
 using Genre = RadioStation::Genre;
 
-/** One way of broadcasters to name genres. */
+/** The names that one kind of broadcaster gives to genres. */
 struct Vocabulary
 {
     const char* name;
@@ -22,7 +22,7 @@ const Vocabulary vocabularies[] = {
     {"satellite", "SATELLITE", nullptr},
 };
 
-/** The genres that a word stands for, ascending. @throw Failure where a number is needed */
+/** The genres that a word stands for, ascending. @throw Failure if a number is needed */
 QList<Genre> genresOf(const Vocabulary& vocabulary, const QString& word)
 {
     if (vocabulary.codes == nullptr) {

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int blockSize = 64 * 1024;
 
-/** Passes on what is written, and remembers a failure, which Inflate does not check. */
+/** Passes data on, and remembers write errors, which Inflate ignores. */
 class Output : public QIODevice
 {
 public:
@@ -42,7 +42,7 @@ private:
     QIODevice& target;
 };
 
-/** @return an empty text, or what is wrong with the data @throw Failure */
+/** @return what is wrong with the data; empty if nothing @throw Failure */
 QString decompress(QFile& input, const QString& inputName, QIODevice& target)
 {
     Output output(target);
@@ -79,7 +79,7 @@ std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
     failIf(fileName.isEmpty(), u"the name of a file is empty"_s);
     failIf(info.exists() && !commandLine.isSet(u"force"_s),
         u"%1 exists; --force overwrites it"_s.arg(fileName));
-    // A file appears whole or not at all; a device is written to.
+    // A file is replaced when it is complete; a device is written directly.
     const bool isDevice = info.exists() && !info.isFile();
     std::unique_ptr<QFileDevice> file(
         isDevice ? static_cast<QFileDevice*>(new QFile(fileName)) : new QSaveFile(fileName));
@@ -97,7 +97,7 @@ void run(const CommandLine& commandLine)
     const auto output = openOutput(commandLine);
     const QString reason = decompress(input, inputName, *output);
     auto* const file = qobject_cast<QSaveFile*>(output.get());
-    if (!reason.isEmpty()) { // a QSaveFile that is not committed leaves no file
+    if (!reason.isEmpty()) { // an uncommitted QSaveFile leaves no file
         printError(u"%1: %2"_s.arg(inputName, reason), 1);
     } else if (file != nullptr ? !file->commit() : !output->flush()) {
         throw Failure{u"cannot write the output: %1"_s.arg(output->errorString())};

@@ -13,7 +13,7 @@ void run(const CommandLine& commandLine)
         u"a file and a path are needed (orv help json)"_s);
     QString fileName = commandLine.fileName();
     const QString path = commandLine.positionalArguments().at(1);
-    // Qt reads and writes arrays and objects only, so a value goes wrapped in an array.
+    // Qt reads and writes only arrays and objects, so values are wrapped in an array.
     QJsonValue defaultValue = QJsonValue::Undefined;
     if (commandLine.isSet(u"default"_s)) {
         const QString text = commandLine.value(u"default"_s);

@@ -9,7 +9,7 @@ QString groupName(Language language)
     return group == NoLanguageGroup ? QString() : QLatin1String(names[group]);
 }
 
-/** The codes of all families, empty where the language has none; then its value and its name. */
+/** The codes of all families, empty if the language has none; then its value and its name. */
 QStringList namesOf(Language language)
 {
     QStringList names;

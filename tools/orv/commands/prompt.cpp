@@ -5,7 +5,7 @@
 
 namespace {
 
-/** What is spoken of a prompt, in its own language where it names one. */
+/** The spoken sentences of a prompt, in its own language if it sets one. */
 QStringList sentencesOf(const PromptData& prompt, Language language)
 {
     if (prompt.mode == PromptFile || prompt.mode == PromptAudio) {
@@ -15,7 +15,7 @@ QStringList sentencesOf(const PromptData& prompt, Language language)
         prompt.text, prompt.language == InvalidLanguage ? language : prompt.language);
 }
 
-/** The prompt on a line, then what else is known of it on indented ones. */
+/** For people, one line for the prompt and indented lines for the rest. */
 Record recordOf(int line, const PromptData& prompt)
 {
     static const char* const modes[] = {"file", "audio", "text", "offboard"};

@@ -16,7 +16,7 @@ QJsonObject textObject(const QString& text)
 QJsonObject resultOf(const QString& file, const Finding& finding)
 {
     const RuleText& rule = ruleTexts[int(finding.rule)];
-    // Names are relative references: a colon or a percent sign in them must not mean something else.
+    // Names are relative references, in which a colon or a percent sign must be escaped.
     const QString uri = QString::fromLatin1(QUrl::toPercentEncoding(file, "/"));
     return {{u"ruleId"_s, QLatin1String(rule.name)}, {u"ruleIndex"_s, int(finding.rule)},
         {u"level"_s, QLatin1String(rule.severity)}, {u"message"_s, textObject(finding.text)},

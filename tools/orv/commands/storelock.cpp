@@ -9,7 +9,7 @@
 namespace {
 
 constexpr int waitingTime = 3000; // milliseconds
-constexpr int mostLinks = 40;     // as many as the system follows
+constexpr int mostLinks = 40;     // the limit of the system
 
 QString holderOf(const QLockFile& lock)
 {
@@ -38,7 +38,7 @@ StoreLock::StoreLock(const QString& storeFile)
     , lock(file)
 {
     failIf(file.isNull(), u"\"%1\": no such folder"_s.arg(storeFile));
-    // Hashing takes its time: a lock ends with its process, and not by its age.
+    // Hashing may take long: a lock ends with its process, not at a certain age.
     lock.setStaleLockTime(0);
     if (lock.tryLock(waitingTime)) {
         return;

@@ -4,16 +4,16 @@
 #include <QString>
 
 /**
- * The lock of a checksum store, which may not exist yet. It lies beside the file itself, so that all
- * links to the file mean one lock; null when there is no such folder.
+ * The path of the lock file of a checksum store, which may not exist yet. It is beside the file
+ * itself, so all links to the file share one lock. Null if there is no such folder.
  */
 QString lockFileOf(const QString& storeFile);
 
-/** Keeps other processes that take the lock from changing a store while it lives. */
+/** While it exists, no other process can lock the store. */
 class StoreLock
 {
 public:
-    /** Waits a few seconds. @throw Failure when another process holds the lock for longer */
+    /** Waits a few seconds. @throw Failure if another process holds the lock for longer */
     explicit StoreLock(const QString& storeFile);
 
 private:

@@ -91,7 +91,7 @@ void run(const CommandLine& commandLine)
         }
     });
     QStringList columns = table.header().columns();
-    columns.removeDuplicates(); // the last field of a name counts
+    columns.removeDuplicates(); // the last field of a column counts
     failIf(columns.isEmpty() && !droppedLines.isEmpty(),
         u"%1: not a table file: no line declares a column"_s.arg(fileName));
     if (isCsv) {

@@ -33,11 +33,11 @@ QStringList optionsOf(const Command& command)
     return words;
 }
 
-/** The words with each option that takes several before each of them, as in "--rds 1 --rds 2". */
+/** Repeats an option before each of its values: "--rds 1 2" becomes "--rds 1 --rds 2". */
 QStringList spelledOut(const Command& command, const QStringList& words)
 {
     QStringList result;
-    QString several; // the option that takes the words up to the next option
+    QString several; // the option whose values are the words up to the next option
     for (const QString& word : words) {
         const bool isValue = !word.startsWith(u"--"_s);
         if (!isValue) {
@@ -82,7 +82,7 @@ CommandLine::CommandLine(const Command& command)
 QString CommandLine::help() const
 {
     const QString name = u"orv %1 "_s.arg(QLatin1String(command.name));
-    QString help = helpText(); // it names the program by its path, without the command
+    QString help = helpText(); // starts with the path of the program, without the command
     help.replace(0, help.indexOf(u"[options]"_s), u"Usage: "_s + name);
     help += u"\nExamples:\n"_s;
     for (const QString& example : command.examples) {
@@ -91,7 +91,7 @@ QString CommandLine::help() const
     return help;
 }
 
-/** What Qt says of wrong use, in the form of the other messages. */
+/** The message of Qt for wrong use, in the style of the other messages. */
 QString CommandLine::misuse(const QStringList& words) const
 {
     const QString name = unknownOptionNames().value(0);
@@ -166,7 +166,8 @@ QStringList completions(const QVector<Command>& commands, const QStringList& wor
         if (option.value != nullptr && !before.isEmpty() && before.last() == name) {
             return filesOr(option.choices);
         }
-        if (option.choices != nullptr && last.startsWith(name + u'=')) { // all in one word
+        if (option.choices != nullptr
+            && last.startsWith(name + u'=')) { // option and value in one word
             return (name + u'=' + option.choices().join(u'\n' + name + u'=')).split(u'\n');
         }
     }

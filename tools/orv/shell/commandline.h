@@ -7,16 +7,16 @@
 
 class CommandLine;
 
-/** Lists the words that an option or an argument takes; nullptr where any word or file may stand. */
+/** Lists the values of an option or argument; nullptr if it can be any word or file. */
 using Choices = QStringList (*)();
 
 /** An option of a command. */
 struct Option
 {
-    const char* name; ///< without its dashes; one letter has one dash
+    const char* name; ///< without dashes; a name of one letter is written with one dash
     const char* text;
-    const char* value = nullptr; ///< what the help calls its value; nullptr for a switch
-    const char* otherwise = "";  ///< the value without the option
+    const char* value = nullptr; ///< the name of its value in the help; nullptr for a switch
+    const char* otherwise = "";  ///< the default value
     Choices choices = nullptr;
 };
 
@@ -24,42 +24,42 @@ struct Option
 struct Argument
 {
     const char* name;
-    const char* syntax; ///< as the usage line shows it
+    const char* syntax; ///< in the usage line
     const char* text;
     Choices choices = nullptr;
 };
 
-/** A command, as the program, its help and the completion of shells know it. */
+/** A command, for the program, its help and the completion of shells. */
 struct Command
 {
     const char* name;
     const char* summary; ///< one line of at most 66 characters
-    QString text;        ///< what the help says before the options
+    QString text;        ///< the help before the options
     QVector<Argument> arguments;
     QVector<Option> options;
-    QStringList examples; ///< words behind the command's name
+    QStringList examples; ///< the words after the command's name
     void (*run)(const CommandLine& commandLine);
     int mostArguments = 1 << 30;
 };
 
-/** The words behind the name of a command; --help, --version and --verbose belong to each. */
+/** The words after the name of a command. Each command has --help, --version and --verbose. */
 class CommandLine : public QCommandLineParser
 {
 public:
     explicit CommandLine(const Command& command);
 
-    /** What --help prints. */
+    /** The output of --help. */
     QString help() const;
 
     /**
      * Reads the words; answers --help and --version.
      *
-     * @return whether the command is to be run
+     * @return whether to run the command
      * @throw Failure for wrong use
      */
     bool read(const QStringList& words);
 
-    /** The first argument, else "-", which stands for standard input. */
+    /** The first argument, or else "-" for standard input. */
     QString fileName() const;
 
 private:
@@ -68,14 +68,14 @@ private:
     const Command& command;
 };
 
-/** The place of @p word among @p choices. @throw Failure where it is none of them */
+/** The place of @p word among @p choices. @throw Failure if it is not among them */
 int placeAmong(const QStringList& choices, const char* what, const QString& word);
 
-/** The command of that name. @throw Failure where there is none */
+/** The command of that name. @throw Failure if there is none */
 const Command& commandOf(const QVector<Command>& commands, const QString& name);
 
 /**
- * What may stand for the last of the words behind "orv", one word a line; ":files" for the name of a
- * file. The scripts for the completion of shells ask this.
+ * The completions of the last of the words after "orv"; ":files" for file names. The completion
+ * scripts of the shells call this.
  */
 QStringList completions(const QVector<Command>& commands, const QStringList& words);

@@ -31,14 +31,14 @@ QString escaped(const char* name)
 qint64 openInput(QFile& file, QString& name)
 {
     bool isOpen = false;
-    // An empty name comes from a variable that is not set: waiting for input would puzzle.
+    // An empty name usually comes from an unset variable; reading standard input would only wait.
     failIf(name.isEmpty(), u"the name of a file is empty"_s);
     if (name == u"-"_s) {
         name = u"standard input"_s;
         if (isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1) {
             printError(u"reading what you type; Ctrl-D on an empty line ends it"_s);
         }
-        // By its descriptor: reading through the stream would stop lines at a NUL.
+        // With the descriptor: reading from the stream would end lines at a NUL.
         isOpen = file.open(STDIN_FILENO, QIODevice::ReadOnly);
     } else {
         file.setFileName(name);
@@ -75,7 +75,7 @@ QJsonDocument readJson(QString& name)
 bool decodeUtf8(const QByteArray& bytes, QString& text)
 {
     text = QString::fromUtf8(bytes.constData(), bytes.size());
-    // What is not valid becomes such a character, which then is not among the bytes.
+    // Invalid bytes become replacement characters, which the bytes do not contain.
     return !text.contains(QChar(QChar::ReplacementCharacter))
            || text.toUtf8() == bytes.mid(bytes.startsWith(byteOrderMark) ? 3 : 0);
 }
@@ -95,14 +95,14 @@ QStringList filesAt(const QString& path)
     QStringList paths;
     const dirent* entry = nullptr;
     while (folder != nullptr && (errno = 0, entry = readdir(folder.get())) != nullptr) {
-        QString name; // Qt leaves out names that are not valid UTF-8
+        QString name; // Qt would skip names that are not valid UTF-8
         const bool isText = decodeUtf8(entry->d_name, name);
         const QString entryPath =
             QDir::cleanPath(path + u'/' + (isText ? name : escaped(entry->d_name)));
         if (!isText) {
             printError(entryPath + u": the name is not valid UTF-8"_s, 2);
         } else if (name != u"."_s && name != u".."_s) {
-            paths += entryPath; // within "." without "./"
+            paths += entryPath; // in ".", without "./"
         }
     }
     if (folder == nullptr || errno != 0) {
@@ -172,7 +172,7 @@ Place PlaceFinder::at(Size offset)
         const auto byte = uchar(text[reached]);
         if (byte == '\n') {
             place = {place.line + 1, 1};
-        } else if (byte < 0x80 || byte >= 0xC0) { // no further byte of a character
+        } else if (byte < 0x80 || byte >= 0xC0) { // not a continuation byte
             place.column += byte >= 0xF0 ? 2 : 1;
         }
     }

@@ -9,30 +9,30 @@
 #include <QString>
 
 /**
- * Opens a file, or standard input for "-", which is then called so in @p name. Says so when the
- * program waits for what somebody types.
+ * Opens a file. The @p name "-" opens standard input, and becomes "standard input". A message tells
+ * users when the program waits for what they type.
  *
- * @return its size in bytes; 0 where that is unknown
- * @throw Failure when it cannot be opened
+ * @return its size in bytes; 0 if that is unknown
+ * @throw Failure if it cannot be opened
  */
 qint64 openInput(QFile& file, QString& name);
 
-/** The whole content; @p name as for openInput(). @throw Failure */
+/** The whole content. @p name is as for openInput(). @throw Failure */
 QByteArray readInput(QString& name);
 
-/** The array or object of a JSON file; @p name as for openInput(). @throw Failure */
+/** The array or object of a JSON file. @p name is as for openInput(). @throw Failure */
 QJsonDocument readJson(QString& name);
 
-/** @return false when @p bytes are not valid UTF-8. A byte order mark is left out. */
+/** Decodes @p bytes without a byte order mark. @return false if they are not valid UTF-8 */
 bool decodeUtf8(const QByteArray& bytes, QString& text);
 
 /**
- * The file @p path; for a folder, the files in it and in the folders within it, by name, hidden ones
- * included, without following links to folders. What cannot be used is an error (exit code 2).
+ * The file @p path; for a folder, all files in it and in its folders, also hidden ones, sorted by
+ * name. Links to folders are not followed. Paths that cannot be used are errors (exit code 2).
  */
 QStringList filesAt(const QString& path);
 
-/** Reads lines, and shows how far it is. */
+/** Reads lines, and shows the progress. */
 class LineReader
 {
 public:
@@ -41,10 +41,10 @@ public:
 
     explicit LineReader(const QByteArray& content);
 
-    /** The next line as it stands, without its line break. @return false at the end @throw Failure */
+    /** Reads the next line, without its line break. @return false at the end @throw Failure */
     bool readBytes(QByteArray& line);
 
-    /** The same as text. @throw Failure also for a line that is not valid UTF-8 */
+    /** The same as text. @throw Failure also if the line is not valid UTF-8 */
     bool readLine(QString& line);
 
     int lineNumber = 0; ///< of the line last read, from 1
@@ -57,20 +57,20 @@ private:
     Progress progress;
 };
 
-/** A place in a text: the line, and the column in UTF-16 code units; both from 1. */
+/** A line, and a column in UTF-16 code units; both from 1. */
 struct Place
 {
     int line = 1;
     Size column = 1;
 };
 
-/** Tells the places of growing offsets in a UTF-8 text. */
+/** Finds the places of growing offsets in a UTF-8 text. */
 class PlaceFinder
 {
 public:
     explicit PlaceFinder(const QByteArray& text);
 
-    /** @p offset is not less than the one before. */
+    /** @p offset must not be less than the one before. */
     Place at(Size offset);
 
 private:

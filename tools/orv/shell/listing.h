@@ -6,14 +6,14 @@
 
 class QJsonObject;
 
-/** One fact, as a member of a JSON object and as people see it. */
+/** A value, with its name in JSON and its presentation for people. */
 struct Field
 {
-    const char* name;            ///< of the member; nullptr for a field that JSON does not have
-    QVariant value;              ///< invalid for null
-    const char* shown = nullptr; ///< the text around "%1", the value; or the heading of a column;
-                                 ///< nullptr for a field that only JSON has
-    int width = 0;               ///< of the value in characters; negative to align it at the left
+    const char* name;            ///< in JSON; nullptr if JSON does not have the field
+    QVariant value;              ///< an invalid one is null
+    const char* shown = nullptr; ///< the text around the value, "%1"; or the heading of a column;
+                                 ///< nullptr if only JSON has the field
+    int width = 0;               ///< at least, in characters; negative to align at the left
 };
 
 using Record = QVector<Field>;
@@ -28,8 +28,8 @@ void writeJson(bool isWanted);
 void printJson(const QJsonObject& object);
 
 /**
- * Writes a JSON object, or the texts of the fields one behind the other: for a list, one for each
- * element; none for a value that is null. @throw Failure
+ * Writes a JSON object, or the texts of the fields one after the other: for a list, one for each
+ * element; for null, none. @throw Failure
  */
 void printRecord(const Record& record);
 
@@ -37,10 +37,10 @@ void printRecord(const Record& record);
 class Listing
 {
 public:
-    /** All have the same fields. In a table, null shows as "-", and lists have commas. */
+    /** All records must have the same fields. A table shows null as "-", and lists with commas. */
     void add(const Record& record);
 
-    /** Prints the table, unless there are no rows. To be called once, after the last row. */
+    /** Prints the table if it has rows. Call it once, after the last row. */
     void finish() const;
 
 private:

@@ -12,7 +12,7 @@
 
 namespace {
 
-/** A line on standard error, in the order of events also where all output goes to one place. */
+/** Writes a line to standard error. It keeps its place among output that goes to the same file. */
 void writeError(const QString& start, const QString& text)
 {
     std::fflush(stdout);
@@ -40,8 +40,8 @@ void print(const QString& text)
 
 void finishOutput()
 {
-    // A remark may have flushed the output before and failed; the stream remembers that. Some file
-    // systems report a full disk only when a file is closed; a copy keeps the stream open.
+    // An earlier flush may have failed, which ferror() remembers. Some file systems report a full
+    // disk only when a file is closed; closing a copy keeps the stream open.
     const bool isFlushed = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
     const int copy = dup(STDOUT_FILENO);
     failIf(!isFlushed || (copy >= 0 && close(copy) != 0), u"cannot write to standard output"_s);

@@ -8,13 +8,13 @@ struct Failure
     QString reason;
 };
 
-/** @throw Failure with @p reason when something @p isWrong */
+/** @throw Failure with @p reason if @p isWrong */
 void failIf(bool isWrong, const QString& reason);
 
-/** Writes to standard output, as UTF-8. @throw Failure when that cannot be written */
+/** Writes to standard output, as UTF-8. @throw Failure if that fails */
 void print(const QString& text);
 
-/** Writes what standard output still buffers. @throw Failure when that cannot be written */
+/** Flushes standard output. @throw Failure if that fails */
 void finishOutput();
 
 /** Raises the program's exit code, which starts at 0, to @p least. @return the exit code */
@@ -23,7 +23,7 @@ int raiseExitCode(int least);
 /** Writes one line to standard error, after the program's name, and raises the exit code. */
 void printError(const QString& reason, int leastExitCode = 0);
 
-/** @p text in a colour of terminals, where output goes to one and NO_COLOR is not set. */
+/** @p text in a colour if standard output is a terminal and NO_COLOR is not set. */
 QString coloured(const QString& text, int colour);
 
 /** Shows the library's log lines on standard error, or drops them. */

@@ -14,7 +14,7 @@ constexpr qint64 quietTime = 1000; // milliseconds
 constexpr qint64 drawInterval = 100;
 constexpr int widestBar = 40;
 
-bool isDrawn = false; // some bar: there is one terminal
+bool isDrawn = false; // the bar of any object: there is only one terminal
 
 int terminalWidth()
 {

@@ -4,21 +4,21 @@
 
 /**
  * A bar on standard error with the rate and the remaining time, for work that takes longer than a
- * second; only on a terminal, and never wider than that.
+ * second. It appears only on a terminal, and is never wider than that.
  *
  * Output removes the bar first; the next advance() draws it again.
  */
 class Progress
 {
 public:
-    explicit Progress(qint64 totalBytes); ///< without any, there is no bar
+    explicit Progress(qint64 totalBytes); ///< 0 for no bar
     ~Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
     void advance(qint64 bytes);
 
-    /** Removes the bar that is on the terminal, if there is one. */
+    /** Removes the bar from the terminal, if there is one. */
     static void clear();
 
 private:
