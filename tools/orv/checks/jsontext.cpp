@@ -14,9 +14,17 @@ struct Level
     QHash<QString, int> lines; ///< of the members, by their keys
 };
 
-QString keyOf(const QByteArray& text)
+/** Reads a key; reports it if a member of the same object has it already. */
+QString readKey(const QByteArray& text, const Place& place, Level& object, Findings& findings)
 {
-    return QJsonDocument::fromJson('[' + text + ']').array().at(0).toString();
+    const QString key = QJsonDocument::fromJson('[' + text + ']').array().at(0).toString();
+    int& line = object.lines[key];
+    if (line > 0) {
+        findings += {place, Rule::Overwritten,
+            u"\"%1\" overwrites that of line %2"_s.arg(key, QString::number(line))};
+    }
+    line = place.line;
+    return key;
 }
 
 } // namespace
@@ -44,17 +52,12 @@ JsonText::JsonText(const QByteArray& content, Findings& findings)
         }
         const bool isEnd = first == ']' || first == '}';
         if (isStart && !isEnd && levels.last().isObject) {
-            const QString key = keyOf(content.mid(begin, at + 1 - begin));
             const Place place = places.at(begin);
+            const QByteArray text = content.mid(begin, at + 1 - begin);
+            const QString key = readKey(text, place, levels.last(), findings);
             if (document.isObject()) {
                 members.append({key, place});
             }
-            int& line = levels.last().lines[key];
-            if (line > 0) {
-                findings += {place, Rule::Overwritten,
-                    u"\"%1\" overwrites that of line %2"_s.arg(key, QString::number(line))};
-            }
-            line = place.line;
         } else if (isStart && !isEnd && levels.size() == 1) {
             elements += places.at(begin);
         }

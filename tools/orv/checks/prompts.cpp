@@ -101,14 +101,8 @@ QRegularExpressionMatchIterator piecesOf(const QString& markup)
     return piece.globalMatch(markup, markup.indexOf(u'<'));
 }
 
-/** Where a prompt first differs from a form, and what to write there. */
-struct Difference
-{
-    Size begin;
-    QString advice;
-};
-
-Difference differenceFrom(const QString& form, const QString& prompt)
+/** Where a prompt first differs from a form, and what to write there; empty if nothing. */
+std::pair<Size, QString> differenceFrom(const QString& form, const QString& prompt)
 {
     QRegularExpressionMatchIterator wanted = piecesOf(form);
     QRegularExpressionMatchIterator found = piecesOf(prompt);
@@ -122,7 +116,7 @@ Difference differenceFrom(const QString& form, const QString& prompt)
             continue;
         }
         if (!found.hasNext()) {
-            return {prompt.size(), u"add %1 at the end"_s.arg(form.mid(piece.capturedStart()))};
+            return {prompt.size(), u"; add %1 at the end"_s.arg(form.mid(piece.capturedStart()))};
         }
         const QRegularExpressionMatch match = found.next();
         const QString other = match.captured();
@@ -130,12 +124,12 @@ Difference differenceFrom(const QString& form, const QString& prompt)
         const bool areValues = text[0] == u'"' && other[0] == u'"' && other.size() > 1;
         if (text == u"<"_s && other != text) {
             const QString between = prompt.mid(begin, prompt.indexOf(u'<', begin) - begin);
-            return {begin, u"leave out \"%1\" between the tags"_s.arg(between)};
+            return {begin, u"; leave out \"%1\" between the tags"_s.arg(between)};
         }
         if (other != text && !areValues) {
             const bool isExtra = found.hasNext() && found.peekNext().captured() == text;
-            return {begin, isExtra ? u"leave out \"%1\""_s.arg(other)
-                                   : u"write \"%1\" where \"%2\" stands"_s.arg(text, other)};
+            return {begin, isExtra ? u"; leave out \"%1\""_s.arg(other)
+                                   : u"; write \"%1\" where \"%2\" stands"_s.arg(text, other)};
         }
     }
     return {prompt.indexOf(u'<'), QString()};
@@ -284,17 +278,13 @@ struct PromptCheck
                                  : u"> works only with --context a4a"_s));
         } else {
             const QString form = nearestForm(markup, "<");
-            const Difference difference = differenceFrom(form, markup);
-            QString text = start + u"the nearest form is "_s + form;
-            if (!difference.advice.isEmpty()) {
-                text += u"; "_s + difference.advice;
-            }
-            if (isSpokenWhole(form, context)) {
-                text += isSpokenWhole(form, GeneralContext)
-                            ? u"; it works only with --context a4a"_s
-                            : u"; it does not work with --context brandsound"_s;
-            }
-            add(difference.begin, Rule::UnknownForm, text);
+            const auto [begin, advice] = differenceFrom(form, markup);
+            const QString restriction = !isSpokenWhole(form, context) ? QString()
+                                        : isSpokenWhole(form, GeneralContext)
+                                            ? u"; it works only with --context a4a"_s
+                                            : u"; it does not work with --context brandsound"_s;
+            add(begin, Rule::UnknownForm,
+                start + u"the nearest form is "_s + form + advice + restriction);
         }
     }
 
