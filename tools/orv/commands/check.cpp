@@ -69,8 +69,8 @@ std::multiset<Key> readBaseline(const QString& fileName)
     return keys;
 }
 
-/** The findings in all contexts. A finding of only some contexts names them. */
-Findings findAll(Task& task, const QByteArray& content)
+/** The findings in all contexts, with the names of their contexts. */
+std::map<Finding, QStringList> findAll(Task& task, const QByteArray& content)
 {
     std::map<Finding, QStringList> contextsByFinding;
     for (const PromptContext context : qAsConst(task.contexts)) {
@@ -84,27 +84,23 @@ Findings findAll(Task& task, const QByteArray& content)
             }
         }
     }
-    Findings all;
-    for (const auto& [finding, names] : contextsByFinding) {
-        all += finding;
-        if (names.size() < task.contexts.size()) {
-            all.last().text += u" (in %1)"_s.arg(names.join(u", "_s));
-        }
-    }
-    return all;
+    return contextsByFinding;
 }
 
 /** Checks one file, and keeps the findings that are not accepted. @throw Failure */
 void check(Task& task, QString fileName)
 {
     const QByteArray content = readInput(fileName);
-    const Findings findings = findAll(task, content);
-    for (const Finding& finding : findings) {
+    const auto found = findAll(task, content);
+    for (const auto& [finding, contexts] : found) {
+        const bool isOfAll = contexts.size() == task.contexts.size();
+        const QString text =
+            isOfAll ? finding.text : u"%1 (in %2)"_s.arg(finding.text, contexts.join(u", "_s));
         const QString rule = QLatin1String(ruleTexts[int(finding.rule)].name);
-        if (task.allowed.contains(rule) || task.baseline.extract({fileName, rule, finding.text})) {
+        if (task.allowed.contains(rule) || task.baseline.extract({fileName, rule, text})) {
             ++task.accepted;
         } else {
-            task.findings.append({fileName, finding});
+            task.findings.append({fileName, {finding.place, finding.rule, text}});
         }
     }
 }
