@@ -1,6 +1,6 @@
 #include "commands/storelock.h"
-#include "shell/output.h"
 
+#include "shell/output.h"
 #include "text.h"
 
 #include <QDir>
