@@ -17,7 +17,7 @@ struct Level
 /** Reads a key; reports it if a member of the same object has it already. */
 QString readKey(const QByteArray& text, const Place& place, Level& object, Findings& findings)
 {
-    const QString key = QJsonDocument::fromJson('[' + text + ']').array().at(0).toString();
+    QString key = QJsonDocument::fromJson('[' + text + ']').array().at(0).toString();
     int& line = object.lines[key];
     if (line > 0) {
         findings += {place, Rule::Overwritten,

@@ -113,7 +113,7 @@ QStringList filesFor(const Kind& kind, const QString& argument)
     }
     const QLatin1String suffix(kind.suffix);
     const QStringList files = filesAt(argument);
-    const QStringList names = files.filter(QRegularExpression(u"\\%1\\z"_s.arg(suffix)));
+    QStringList names = files.filter(QRegularExpression(u"\\%1\\z"_s.arg(suffix)));
     const auto others = files.size() - names.size();
     if (others > 0) {
         printError(
