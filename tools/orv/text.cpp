@@ -7,9 +7,13 @@
 QString onOneLine(QString text)
 {
     constexpr ushort symbols = 0x2400; // U+2400 is the symbol for U+0000, and so on
-    for (Size i = 0; i < text.size(); ++i) {
-        if (text.at(i) < u' ') { // rare, so most texts are not copied
-            text[i] = QChar(symbols + text.at(i).unicode());
+    const auto isControl = [](QChar character) { return character < u' '; };
+    if (std::none_of(text.cbegin(), text.cend(), isControl)) {
+        return text; // most texts, which the loop would copy
+    }
+    for (QChar& character : text) {
+        if (isControl(character)) {
+            character = QChar(symbols + character.unicode());
         }
     }
     return text;
