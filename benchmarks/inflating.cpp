@@ -13,8 +13,7 @@ namespace {
 constexpr int plainSize = 64 * 1024 * 1024;
 constexpr int pieceSize = 4096;
 
-class NullDevice : public QIODevice
-{
+class NullDevice : public QIODevice {
 public:
     NullDevice() { open(WriteOnly | Unbuffered); }
 

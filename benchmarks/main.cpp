@@ -20,8 +20,7 @@ namespace {
 std::vector<Comparison> comparisons;
 
 /** Keeps the median of each benchmark by its name, in nanoseconds. */
-class MedianKeeper : public benchmark::BenchmarkReporter
-{
+class MedianKeeper : public benchmark::BenchmarkReporter {
 public:
     bool ReportContext(const Context&) override { return true; }
 

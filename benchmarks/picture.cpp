@@ -15,8 +15,7 @@ constexpr double width = 900;
 constexpr double margin = 20;
 
 /** The elements of a picture, in pixels from the top left. */
-class Svg
-{
+class Svg {
 public:
     void text(double x, double y, const std::string& text, const char* anchor = "start", const char* colour = black) {
         body += "<text" + at("x", x) + at("y", y) + " fill='" + colour + "' text-anchor='" + anchor + "'>" + text

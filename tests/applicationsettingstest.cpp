@@ -4,8 +4,7 @@
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
-class ApplicationSettingsTest : public QObject
-{
+class ApplicationSettingsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -86,8 +86,7 @@ QVector<QByteArray> compressed(const QByteArray& data) {
 }
 
 /** A device that keeps the size of the largest block written to it. */
-class BlockDevice : public QIODevice
-{
+class BlockDevice : public QIODevice {
 public:
     BlockDevice() { open(WriteOnly | Unbuffered); }
 
@@ -114,8 +113,7 @@ QByteArray sampleText() {
 
 } // namespace
 
-class InflateTest : public QObject
-{
+class InflateTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

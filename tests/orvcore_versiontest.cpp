@@ -2,8 +2,7 @@
 
 #include <support/helpers.h>
 
-class OrvCoreVersionTest : public QObject
-{
+class OrvCoreVersionTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -68,8 +68,7 @@ int runCase(const QByteArray& name, void (*call)()) {
 
 } // namespace
 
-class OrvGlobalInstanceTest : public QObject
-{
+class OrvGlobalInstanceTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -34,8 +34,7 @@ namespace {
 constexpr int floodSize = 10'000;
 
 /** A target of signals. */
-class Receiver : public QObject
-{
+class Receiver : public QObject {
     Q_OBJECT
 
 public Q_SLOTS:
@@ -228,8 +227,7 @@ int runCase(const QByteArray& name, void (*act)()) {
 
 } // namespace
 
-class PosixSignalsTest : public QObject
-{
+class PosixSignalsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -12,8 +12,7 @@ const QStringList sentenceFragments =
     + QString::fromUtf16(u"\u0085|\u00A0|\u1680|\u2028|\u205F|\u3000|\xD83D|\xDE00").split(QLatin1Char('|'))
     + QStringList({QString(QChar(0)), u("С"), u("Ю"), u("п")}); // as far from terminators as their table is long
 
-class ReferenceTest : public QObject
-{
+class ReferenceTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -1,8 +1,7 @@
 #include <QtTest>
 
 /** A host that does not link the library itself: what plugins that use it left behind must outlive them. */
-class UnloadingTest : public QObject
-{
+class UnloadingTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

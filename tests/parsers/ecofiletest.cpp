@@ -68,8 +68,7 @@ const struct {
 
 } // namespace
 
-class EcoFileTest : public QObject
-{
+class EcoFileTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -12,8 +12,7 @@ const struct {
     {"no such key", "a/x"}, {"no such first key", "x"}, {"key below a number", "a/b/c"}, {"empty key between", "a//b"},
     {"empty key below a number", "a/b/"}, {"another case", "A/b"}, {"a key with a slash", "k/l"}};
 
-class JsonFileTest : public QObject
-{
+class JsonFileTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -3,8 +3,7 @@
 #include <support/helpers.h>
 #include <support/logcapture.h>
 
-class SentenceTokenizerTest : public QObject
-{
+class SentenceTokenizerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -46,8 +46,7 @@ QMap<int, QString> declaredLanguages() {
 
 } // namespace
 
-class LanguageTest : public QObject
-{
+class LanguageTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

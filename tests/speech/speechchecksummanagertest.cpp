@@ -74,8 +74,7 @@ extern "C" int open64(const char* name, int flags, ...) {
     return isRefused ? -1 : reinterpret_cast<decltype(&open64)>(dlsym(RTLD_NEXT, "open64"))(name, flags, mode);
 }
 
-class SpeechChecksumManagerTest : public QObject
-{
+class SpeechChecksumManagerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

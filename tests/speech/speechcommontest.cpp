@@ -84,8 +84,7 @@ QString soundsFileName() { return QCoreApplication::applicationDirPath() + u("/.
 
 } // namespace
 
-class SpeechCommonTest : public QObject
-{
+class SpeechCommonTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

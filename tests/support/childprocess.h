@@ -8,8 +8,7 @@
  * To be used in place of its base class, which starts a process by a system call that emulators do not know, and
  * after whose failure it signals every process there is. A class of its own makes it fork.
  */
-class ChildProcess : public QProcess
-{
+class ChildProcess : public QProcess {
 public:
     void start(const QString& program, const QStringList& arguments) {
         QStringList words = QString::fromUtf8(TEST_EMULATOR).split(QLatin1Char('|')) << program;

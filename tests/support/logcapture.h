@@ -3,8 +3,7 @@
 #include <QtCore>
 
 /** Keeps the log lines of all threads from the program's own output while it lives; one at a time. */
-class LogCapture
-{
+class LogCapture {
 public:
     LogCapture();
     ~LogCapture();

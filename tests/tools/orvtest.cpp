@@ -29,8 +29,7 @@ const struct {
             {"filePath": "files", "type": 1}])"}};
 
 // Runs the program as a user does; ORV_PROGRAM is its path.
-class OrvTest : public QObject
-{
+class OrvTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

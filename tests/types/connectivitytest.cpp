@@ -10,8 +10,7 @@ const struct {
     {"usable", 2, 0, false, false}, {"no error rate", 2, -1, false, false}, {"errors", 2, 1, false, true},
     {"highest level", 98, 0, false, false}, {"not known", 99, 0, false, true}, {"beyond", 100, 0, false, false}};
 
-class ConnectivityTest : public QObject
-{
+class ConnectivityTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

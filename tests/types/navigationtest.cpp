@@ -12,8 +12,7 @@ const struct {
     {"the first of each", "9 329 257 2 258", "9 329"}, {"329 serves both", "329 258", "329 329"},
     {"without 329", "257 2 258", "257 2"}, {"the last alone", "258", "- 258"}};
 
-class NavigationTest : public QObject
-{
+class NavigationTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -41,8 +41,7 @@ template <typename Record> RadioStation converted(const Record& record) {
 
 } // namespace
 
-class RadioStationTest : public QObject
-{
+class RadioStationTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:

@@ -4,8 +4,7 @@
 
 #include <type_traits>
 
-class TelephonyTest : public QObject
-{
+class TelephonyTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
