@@ -39,9 +39,21 @@ template <typename Record, typename... Values> constexpr int fieldCount() {
     }
 }
 
+/** What a printer writes, with the quoting that streams have by default; "|1" is streamed behind. */
+template <typename Record> QString printed(const Record& record) {
+    QString text;
+    QDebug(&text) << record << "|" << 1;
+    return text;
+}
+template <typename Record>
+auto printedIfPossible(const Record& record, int) -> decltype(std::declval<QDebug&>() << record, QString()) {
+    return printed(record);
+}
+template <typename Record> QString printedIfPossible(const Record&, long) { return {}; }
+
 /**
  * The names of the fields that are unlike others, each with what is unlike: a field usually starts as zero or empty,
- * counts in comparisons, and stands behind the field before it.
+ * counts in comparisons, is printed if the record has a printer, and stands behind the field before it.
  */
 template <typename Record, auto... fields> QString unusualFields() {
     QStringList remarks;
@@ -54,6 +66,8 @@ template <typename Record, auto... fields> QString unusualFields() {
         change(record.*field);
         if (record == other) { remarks += name + u(" is ignored"); }
         if ((record == other) == (record != other)) { remarks += name + u(" is both"); }
+        const QString text = printedIfPossible(record, 0);
+        if (!text.isEmpty() && text == printedIfPossible(untouched, 0)) { remarks += name + u(" is not printed"); }
         change(other.*field);
         if (!(record == other) || record != other) { remarks += name + u(" is never equal"); }
         if (previous >= &(untouched.*field)) { remarks += name + u(" is out of order"); }
@@ -63,11 +77,4 @@ template <typename Record, auto... fields> QString unusualFields() {
     const int others = fieldCount<Record>() - int(sizeof...(fields));
     if (others > 0) { remarks += u("%1 more are not named").arg(others); }
     return remarks.join(u(", "));
-}
-
-/** What a printer writes, with the quoting that streams have by default; "|1" is streamed behind. */
-template <typename Record> QString printed(const Record& record) {
-    QString text;
-    QDebug(&text) << record << "|" << 1;
-    return text;
 }
