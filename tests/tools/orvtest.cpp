@@ -5,6 +5,9 @@
 #include <support/helpers.h>
 
 #include <cstdio>
+#include <cstdlib>
+
+#include <fcntl.h>
 
 constexpr bool isEmulated = sizeof TEST_EMULATOR > 1;
 
@@ -19,14 +22,20 @@ const struct {
     {"offboard/three.xml", "<offboard>\xFF</offboard>"}, {"spelling.json", R"([
             {"filePath": "./files/a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"},
             {"filePath": "files/./a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"}])"},
-    {"locked/store.json", "[]"}, {"gone.json", R"([{"filePath": "gone/a", "type": 1}])"}, {"two", "2"},
-    {"binary", "\x7Fxyz\n\x01\n\n\xFF;\"\n"},
+    {"locked/store.json", "[]"}, {"gone.json", R"([{"filePath": "gone/a", "type": 1}, {"filePath": "/a", "type": 1}])"},
+    {"two", "2"}, {"binary", "\x7Fxyz\n\x01\n\n\xFF;\"\n"},
     {"sounds.json", R"([{"id": "ding", "value": "%1"}, {"id": "dong", "value": "files/a"}])"},
     {"prompts/a.txt", "<text>ok</text> you\n<text></text>\n"}, {"prompts/deep/b.txt", "x <text>ok</text>"},
     {"prompts/notes.md", "x"},
     {"baseline.json", R"({"file": "prompts/a.txt", "rule": "nothing-spoken", "reason": "nothing is spoken"})"},
     {"changed.json", R"([{"filePath": "files/a", "type": 1, "checksum": "x"}, {"filePath": "gone", "type": 1},
             {"filePath": "files", "type": 1}])"}};
+
+/** A terminal: what programs show is read from it, what is written to it is typed. */
+struct Terminal : QFile {
+    Terminal() { open(posix_openpt(O_RDWR | O_NOCTTY), ReadWrite | Unbuffered, AutoCloseHandle); }
+    QString name() const { return grantpt(handle()) + unlockpt(handle()) == 0 ? u(ptsname(handle())) : QString(); }
+};
 
 // Runs the program as a user does; ORV_PROGRAM is its path.
 class OrvTest : public QObject {
@@ -46,6 +55,10 @@ private Q_SLOTS:
         lock.write(process + "\norvtest\n" + QSysInfo::machineHostName().toUtf8() + "\n");
         QVERIFY(
             lock.flush() && lock.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime));
+        // Waits at its second block, as nobody reads its output.
+        QVERIFY(writeFile(folder.filePath(u("large.z")), qCompress(QByteArray(1 << 18, 'x'), 0).mid(4)));
+        slowOutput.setStandardErrorFile(slowTerminal.name());
+        start(slowOutput, "inflate large.z");
         start(lockedOut[0], "checksum update --store link.json locked");
         start(lockedOut[1], "checksum remove --store link.json locked");
     }
@@ -231,19 +244,41 @@ private Q_SLOTS:
         }
     }
 
-    // The last, as it waits for what began first.
-    void lockedStore() {
-        // There, the holder looks like another program, so its lock counts as left over.
-        if (isEmulated) { QSKIP("an emulated process has the name of its emulator"); }
+    void remarkAndColoursOnATerminal() {
+        qputenv("TERM", "xterm");
+        qunsetenv("NO_COLOR");
+        Terminal terminal;
+        ChildProcess child;
+        child.setStandardInputFile(terminal.name());
+        child.setStandardOutputFile(terminal.name());
+        child.setStandardErrorFile(terminal.name());
+        start(child, "check prompts -");
+        QCOMPARE(terminal.readLine(), QByteArray("orv: reading what you type; Ctrl-D on an empty line ends it\r\n"));
+        terminal.write("\xFF\n<text language=\"de_DE\">a</text>b\n\x04");
+        QVERIFY(child.waitForFinished());
+        const QByteArray screen = terminal.readAll();
+        for (const char* severity : {"\033[31merror\033[0m: ", "\033[33mwarning\033[0m: ", "\033[36mnote\033[0m: "}) {
+            QVERIFY2(screen.contains(severity), screen.constData());
+        }
+    }
+
+    // The last, as it looks at what began first.
+    void waits() {
         const QString refusal = u("orv: \"link.json\" is locked by process %1 (orvtest) on %2; if that has ended, "
                                   "remove \"%3\"\n");
         const QString process = QString::number(QCoreApplication::applicationPid());
         for (ChildProcess& writer : lockedOut) {
             QVERIFY(writer.state() == QProcess::NotRunning || writer.waitForFinished());
+            // Under an emulator, the holder looks like another program, so its lock counts as left over.
+            if (isEmulated) { continue; }
             QCOMPARE(u(writer.readAllStandardError()),
                 refusal.arg(process, QSysInfo::machineHostName(), folder.filePath(u("locked/store.json.lock"))));
             QCOMPARE(writer.exitCode(), 2);
         }
+        QVERIFY(slowOutput.waitForFinished()); // for more than the second after which a bar is drawn
+        const QString bar = u("^\r\\[#{19} {21}\\]  49 %  0\\.\\d MB/s  0:\\d\\d left\033\\[K");
+        const QString screen = u(slowTerminal.readAll());
+        QVERIFY2(screen.contains(QRegularExpression(bar)) && screen.endsWith(u("\r\033[K")), qPrintable(screen));
     }
 
 private:
@@ -300,6 +335,8 @@ private:
 
     QTemporaryDir folder;
     ChildProcess lockedOut[2];
+    ChildProcess slowOutput;
+    Terminal slowTerminal;
 };
 
 QTEST_GUILESS_MAIN(OrvTest)

@@ -2,7 +2,6 @@
 
 #include "checks/finding.h"
 
-#include <QBuffer>
 #include <QRegularExpression>
 #include <QTextStream>
 
@@ -109,16 +108,17 @@ void checkEncoding(Findings& findings, const QByteArray& content)
 } // namespace
 
 EcoFile readTable(
-    QIODevice& device, const std::function<void(const TableLine&, const EcoFile&)>& see)
+    const QByteArray& content, const std::function<void(const TableLine&, const EcoFile&)>& see)
 {
     EcoFile file;
-    Progress progress(device.size());
+    Progress progress(content.size());
     qint64 seen = 0;
-    QTextStream stream(&device);
+    QTextStream stream(content);
     QString line;
     for (int number = 1; stream.readLineInto(&line); ++number) {
-        progress.advance(device.pos() - seen); // 0 for most lines: the stream reads blocks
-        seen = device.pos();
+        const qint64 position = stream.device()->pos();
+        progress.advance(position - seen); // 0 for most lines: the stream reads blocks
+        seen = position;
         const QString text = line.trimmed();
         const auto rowCount = file.rows().size();
         const bool isRow = !text.startsWith(u'#');
@@ -137,10 +137,7 @@ Findings checkTable(const QByteArray& content, const CheckOptions&)
     checkEncoding(findings, content);
     EcoFile::Header before; // without the rows, which would be copied for each declaration
     bool hasDropped = false;
-    QBuffer buffer;
-    buffer.setData(content);
-    buffer.open(QIODevice::ReadOnly);
-    const EcoFile file = readTable(buffer, [&](const TableLine& line, const EcoFile& after) {
+    const EcoFile file = readTable(content, [&](const TableLine& line, const EcoFile& after) {
         if (line.text.startsWith(u'#')) {
             const bool isColumn = after.header().columns().size() > before.columns().size()
                                   && line.text.startsWith(u"#Column "_s);

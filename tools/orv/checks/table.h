@@ -16,4 +16,4 @@ struct TableLine
 
 /** Reads a table as the library does, and passes each line to @p see. */
 EcoFile readTable(
-    QIODevice& device, const std::function<void(const TableLine&, const EcoFile&)>& see);
+    const QByteArray& content, const std::function<void(const TableLine&, const EcoFile&)>& see);

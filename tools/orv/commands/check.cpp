@@ -134,9 +134,10 @@ void show(const Task& task, const CommandLine& commandLine)
     for (const auto& [file, finding] : task.findings) {
         const auto& [name, severity, summary] = ruleTexts[int(finding.rule)];
         const int colour = *severity == 'e' ? red : *severity == 'w' ? yellow : cyan;
+        const QByteArray label = coloured(u"%1"_s, colour).toUtf8() + ": ";
         printRecord({{"file", file, "%1:"}, {"line", finding.place.line, "%1:"},
-            {"column", finding.place.column, "%1: "}, {"severity", QLatin1String(severity)},
-            {nullptr, coloured(QLatin1String(severity), colour), "%1: "},
+            {"column", finding.place.column, "%1: "},
+            {"severity", QLatin1String(severity), label.constData()},
             {"reason", finding.text, "%1 "}, {"rule", QLatin1String(name), "[%1]\n"}});
     }
 }

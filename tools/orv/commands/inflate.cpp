@@ -48,11 +48,13 @@ QString decompress(QFile& input, const QString& inputName, QIODevice& target)
     Output output(target);
     Inflate inflate(output);
     Progress progress(input.size());
-    for (QByteArray data; !(data = input.read(blockSize)).isEmpty() && !inflate.hasFailed();) {
+    QByteArray data;
+    do { // a short block is the last one; a further read would wait for a second Ctrl-D on a terminal
+        data = input.read(blockSize);
         inflate << data;
         progress.advance(data.size());
         failIf(output.hasFailed, u"cannot write the output"_s);
-    }
+    } while (data.size() == blockSize && !inflate.hasFailed());
     failIf(input.error() != QFileDevice::NoError, u"%1: %2"_s.arg(inputName, input.errorString()));
     if (inflate.hasFailed()) {
         return u"the compressed data is corrupt"_s;

@@ -2,7 +2,6 @@
 #include "commands/commands.h"
 #include "shell/input.h"
 
-#include <QFile>
 #include <QMap>
 #include <QRegularExpression>
 
@@ -82,14 +81,14 @@ void run(const CommandLine& commandLine)
     failIf(commandLine.positionalArguments().isEmpty(), u"a table file is needed"_s);
     failIf(isJson && isCsv, u"either --json or --csv"_s);
     QString fileName = commandLine.fileName();
-    QFile input;
-    openInput(input, fileName);
+    const QByteArray content = readInput(fileName);
     QStringList droppedLines;
-    const EcoFile table = readTable(input, [&droppedLines](const TableLine& line, const EcoFile&) {
-        if (line.isDropped) {
-            droppedLines += QString::number(line.place.line);
-        }
-    });
+    const EcoFile table =
+        readTable(content, [&droppedLines](const TableLine& line, const EcoFile&) {
+            if (line.isDropped) {
+                droppedLines += QString::number(line.place.line);
+            }
+        });
     QStringList columns = table.header().columns();
     columns.removeDuplicates(); // the last field of a column counts
     failIf(columns.isEmpty() && !droppedLines.isEmpty(),

@@ -14,6 +14,7 @@
 
 namespace {
 
+constexpr int blockSize = 1 << 20;
 constexpr char byteOrderMark[] = "\xEF\xBB\xBF"; // takes no column
 
 QString escaped(const char* name)
@@ -54,7 +55,12 @@ QByteArray readInput(QString& name)
 {
     QFile file;
     openInput(file, name);
-    QByteArray content = file.readAll();
+    QByteArray content;
+    QByteArray block;
+    do { // a short block is the last one; readAll() would wait for a second Ctrl-D on a terminal
+        block = file.read(blockSize);
+        content += block;
+    } while (block.size() == blockSize);
     failIf(file.error() != QFileDevice::NoError, u"%1: %2"_s.arg(name, file.errorString()));
     return content;
 }
