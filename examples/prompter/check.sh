@@ -70,7 +70,7 @@ T
 cat >"$folder/bin/play" <<'T'
 #!/bin/sh
 [ "$(head -c 1 | wc -c)" = 1 ] && >"$XDG_CACHE_HOME/playing"
-exec wait-for "$XDG_CACHE_HOME/second"
+wait-for "$XDG_CACHE_HOME/second" && exec cat >/dev/null
 T
 cat >"$folder/bin/espeak-ng" <<T
 #!/bin/sh
