@@ -150,8 +150,9 @@ private Q_SLOTS:
         const QJsonObject log = QJsonDocument::fromJson(orv("check prompts sarif prompts --sarif").output).object();
         const QJsonValue run = log[u("runs")][0];
         const QJsonValue driver = run[u("tool")][u("driver")];
-        const QJsonArray heads{log[u("version")], run[u("columnKind")], driver[u("name")]};
-        QCOMPARE(heads, (QJsonArray{u("2.1.0"), u("utf16CodeUnits"), u("orv")}));
+        const QJsonArray heads{log[u("$schema")], log[u("version")], run[u("columnKind")], driver[u("name")]};
+        const QString schema = u("https://json.schemastore.org/sarif-2.1.0.json");
+        QCOMPARE(heads, (QJsonArray{schema, u("2.1.0"), u("utf16CodeUnits"), u("orv")}));
         QSet<QString> ids;
         for (const QJsonValue& rule : driver[u("rules")].toArray()) {
             QVERIFY(!rule[u("shortDescription")][u("text")].toString().isEmpty());

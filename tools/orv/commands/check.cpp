@@ -163,8 +163,6 @@ Task taskOf(const CommandLine& commandLine)
     if (task.kind.usesSounds) {
         task.options.soundIds = loadSounds(commandLine, false).keys();
         task.options.soundIds.sort();
-    } else {
-        task.contexts = {GeneralContext};
     }
     return task;
 }

@@ -144,7 +144,7 @@ bool LineReader::readBytes(QByteArray& line)
     line = device.readLine();
     if (line.isEmpty()) {
         failIf(file.error() != QFileDevice::NoError,
-            u"%1:%2: %3"_s.arg(name, QString::number(lineNumber), file.errorString()));
+            u"%1:%2: %3"_s.arg(name, QString::number(lineNumber + 1), file.errorString()));
         return false;
     }
     ++lineNumber;
