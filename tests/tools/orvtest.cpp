@@ -19,7 +19,7 @@ const struct {
     {"table.eco", "#ECO 1 -;\n#Column id\n#Column name\nearly\n1;\nx; \"y,\"z"}, {"files/a", "a\n"},
     {"files/deep/b", "b\n"}, {"a;b", "a\n"}, {"offboard/one.xml", R"(<tts lang="de_ED"/><offboard>News</offboard>)"},
     {"offboard/two.xml", R"(<offboard>News <file path="offboard/one.xml"/>)"},
-    {"offboard/three.xml", "<offboard>\xFF</offboard>"}, {"spelling.json", R"([
+    {"offboard/three.xml", "<offboard>\xFF</offboard> x"}, {"spelling.json", R"([
             {"filePath": "./files/a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"},
             {"filePath": "files/./a", "type": 1, "checksum": "60b725f10c9c85c70d97880dfe8191b3"}])"},
     {"locked/store.json", "[]"}, {"gone.json", R"([{"filePath": "gone/a", "type": 1}, {"filePath": "/a", "type": 1}])"},

@@ -63,7 +63,6 @@ int main(int argc, char** argv)
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 #endif
     std::setlocale(LC_CTYPE, "C.UTF-8"); // for the widths of characters
-    showLog(false);
 
     try {
         run(QCoreApplication::arguments().mid(1));

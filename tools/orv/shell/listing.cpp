@@ -104,7 +104,7 @@ void Listing::add(const Record& record)
 
 void Listing::finish() const
 {
-    QVector<int> widths(rows.isEmpty() ? 0 : rows[0].size());
+    QVector<int> widths(rows.value(0).size());
     for (const QStringList& row : rows) {
         for (int i = 0; i < row.size(); ++i) {
             widths[i] = std::max(widths[i], displayWidth(row[i]));
