@@ -192,8 +192,8 @@ void run(const CommandLine& commandLine)
 QString helpText()
 {
     QString text =
-        u"Finds mistakes that the library does not report: markup that it reads aloud, and\n"
-        "what it drops, skips or overwrites. Each finding is one line:\n"
+        u"Finds mistakes in prompts and files: markup that is read aloud, and what the\n"
+        "library drops, skips or overwrites. Each finding is one line:\n"
         "FILE:LINE:COLUMN: SEVERITY: TEXT [RULE]. Exit code: 0 if there are no findings,\n"
         "1 if there are any, 2 if a file cannot be read.\n\nKinds:\n"_s;
     for (const Kind& kind : kinds) {
@@ -210,10 +210,10 @@ QString helpText()
 
 const Command checkCommand = {"check",
     "finds mistakes in prompts, sounds, tables, stores and settings", helpText(),
-    {{"kind", "KIND", "What the files hold.", [] { return namesOf(kinds); }},
+    {{"kind", "KIND", "What the files contain.", [] { return namesOf(kinds); }},
         {"file", "FILE…",
             "A file, - for standard input, or a folder. In a folder and the folders below "
-            "it, the files *.txt are prompts, *.eco are tables, *.json are of the other kinds."}},
+            "it, prompts are the files *.txt, tables *.eco, all other kinds *.json."}},
     {contextOption, brandOption, soundsOption,
         {"root",
             "The folder that stands for the target's root folder. Absolute paths are looked "

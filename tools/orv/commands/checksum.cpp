@@ -310,7 +310,7 @@ void run(const CommandLine& commandLine)
 const Command checksumCommand = {"checksum",
     "keeps checksums of speech data: update, verify, list, remove",
     u"Keeps checksums of speech data files in a store.\n\nActions:\n"
-    "  update  stores the present checksums of the files\n"
+    "  update  stores the current checksums of the files\n"
     "  verify  shows which files are new, changed or missing, and then the number of\n"
     "          files. Without PATH, it compares all stored files. Exit code: 0 if all\n"
     "          files are as stored, 1 if a file differs or there are no files, 2 if a\n"
@@ -328,9 +328,9 @@ const Command checksumCommand = {"checksum",
             "verify and list use both. remove always removes both.",
             "TYPE", "", typeNames},
         {"store",
-            "The file of the store. Without it, ORV_SPEECH_CHECKSUM_FILE names the file; "
-            "otherwise it is /mnt/share/speech/checksum.json. A process that changes the "
-            "store locks it with the file FILE.lock.",
+            "The file of the store. The default is the value of ORV_SPEECH_CHECKSUM_FILE, or "
+            "/mnt/share/speech/checksum.json if that is not set. update and remove lock the "
+            "store with the file FILE.lock.",
             "FILE"},
         jsonOption},
     {u"update --language de_DE speech/de_DE"_s, u"verify"_s}, run};

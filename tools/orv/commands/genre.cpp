@@ -94,8 +94,8 @@ void run(const CommandLine& commandLine)
 
 const Command genreCommand = {"genre", "shows radio genres, and what broadcasters call them",
     u"Shows the genres of the given programme types and satellite-radio categories.\n"
-    "Without any, it shows all genres with their programme types and categories. Each\n"
-    "option takes one or more values."_s,
+    "If none is given, it shows all genres with their programme types and\n"
+    "categories. Each option takes one or more values."_s,
     {},
     {{"rds", "Programme types of RDS and DAB, 0 to 31.", "N…"},
         {"rbds", "Programme types of RBDS, 0 to 31.", "N…"},

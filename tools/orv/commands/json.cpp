@@ -36,5 +36,5 @@ const Command jsonCommand = {"json", "shows a value of a JSON file, by its path"
     u"Shows a value of a JSON file as JSON, on one line."_s,
     {{"file", "FILE", "A JSON file, or - for standard input."},
         {"path", "PATH", "The keys that lead to the value, joined by \"/\"."}},
-    {{"default", "The value to show if the path leads to none.", "JSON"}},
+    {{"default", "The value to show if the path leads to no value.", "JSON"}},
     {u"service.json audio/volume --default 70"_s}, run, 2};

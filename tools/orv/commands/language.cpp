@@ -54,7 +54,6 @@ void run(const CommandLine& commandLine)
 const Command languageCommand = {"language",
     "shows languages, their codes and what the engines support",
     u"Shows all languages, or those with the given codes, values or names."_s,
-    {{"code", "[CODE…]",
-        "A code of any family, such as de_DE or deu-DEU, a value, or a name such as German.",
+    {{"code", "[CODE…]", "A code such as de_DE or deu-DEU, a value, or a name such as German.",
         languageCodes}},
     {jsonOption}, {u"de_DE zh_TW"_s, u"--json"_s}, run};
