@@ -23,7 +23,7 @@ const QtMessageHandler usualHandler =
     EcoFile whole;
     for (const QString& line : text.split(QLatin1Char('\n'))) {
         if (!reference::hasSameFields(line, variant)) { return false; }
-        whole.parseHeaderLine(line); // also lines that no rule is for
+        whole.parseHeaderLine(line); // any line, also one that declares nothing
         whole.parseDataLine(line);
     }
     return true;

@@ -8,7 +8,7 @@ class ApplicationSettingsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    // In this order: settings that were loaded once stay for the life of the process.
+    // One test, because the order of its steps matters: loaded settings stay until the process ends.
     void settingsAreLoadedOnce() {
         QCoreApplication::setApplicationName(u("settings of a test"));
         const QString fileName = QCoreApplication::applicationDirPath() + u("/settings of a test.json");
@@ -47,7 +47,7 @@ private Q_SLOTS:
         QVERIFY(log.takeLines().isEmpty());
     }
 
-    void defaultOnceSettingsAreGone() {
+    void defaultAfterSettingsAreDestroyed() {
         const ChildResult result = runChild({u("late")});
         QVERIFY(!result.isCrash);
         QCOMPARE(result.output, QByteArray("5"));

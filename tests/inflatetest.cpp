@@ -10,7 +10,7 @@
 
 namespace {
 
-// What zlib is to answer in place of its own results; Z_OK leaves them.
+// The results that zlib returns instead of its own; with Z_OK it returns its own.
 int answerOfInit = Z_OK;
 int answerOfInflate = Z_OK;
 int streamsInUse = 0;
@@ -21,7 +21,7 @@ template <typename Function> Function zlibs(const char* name, Function) {
 
 } // namespace
 
-// These stand before zlib's own also for the library.
+// These replace zlib's functions, also in the library.
 int inflateInit2_(z_streamp stream, int windowBits, const char* version, int size) {
     if (answerOfInit != Z_OK) { return answerOfInit; }
     ++streamsInUse;
@@ -42,7 +42,7 @@ namespace {
 
 struct Result {
     QByteArray output;
-    QString state; // finished, failed, bytes behind the end
+    QString state; // finished, failed, bytes after the end
 };
 
 Result inflated(const QByteArray& data, int pieceSize) {
@@ -55,12 +55,12 @@ Result inflated(const QByteArray& data, int pieceSize) {
 }
 
 /**
- * Reference implementation: zlib decompresses all data in one call. When that fails, the whole blocks before the failure
- * count: what came with the failing one is dropped. Gives the output, zlib's result, and whether that is a failure.
+ * Reference implementation: zlib decompresses all data in one call. If that fails, only the whole blocks before the
+ * failure count. Gives the output, zlib's result, and whether that is a failure.
  */
 std::tuple<QByteArray, int, bool> expected(QByteArray data) {
     constexpr int blockSize = 16384;
-    constexpr int mostPerByte = 1032; // is what the format allows
+    constexpr int mostPerByte = 1032; // the limit of the format
     QByteArray output(mostPerByte * (data.size() + 1), Qt::Uninitialized);
     z_stream stream = {};
     inflateInit2(&stream, 15 + 32); // zlib or gzip
@@ -78,7 +78,7 @@ std::tuple<QByteArray, int, bool> expected(QByteArray data) {
 
 /** The data as a zlib stream and as a gzip stream. */
 QVector<QByteArray> compressed(const QByteArray& data) {
-    const QByteArray zlib = qCompress(data).mid(4); // behind Qt's own header
+    const QByteArray zlib = qCompress(data).mid(4); // without Qt's header
     QByteArray trailer(8, '\0');
     qToLittleEndian(quint32(crc32(0, reinterpret_cast<const Bytef*>(data.data()), uInt(data.size()))), trailer.data());
     qToLittleEndian(quint32(data.size()), trailer.data() + 4);
@@ -119,7 +119,7 @@ class InflateTest : public QObject {
 private Q_SLOTS:
     void piecesOfAnySize() {
         LogCapture log;
-        for (const int textSize : {1, 16384, 100'000}) { // one of them fills a block
+        for (const int textSize : {1, 16384, 100'000}) { // the second fills a block
             const QByteArray text = sampleText().left(textSize);
             for (const QByteArray& data : compressed(text)) {
                 for (const int pieceSize : {1, 7, 4096, 1'000'000}) {
@@ -136,7 +136,7 @@ private Q_SLOTS:
     }
 
     void blocksAreSmall() {
-        for (const bool refuses : {false, true}) { // what the device makes of them is its own affair
+        for (const bool refuses : {false, true}) { // write errors of the device are ignored
             BlockDevice device;
             device.refuses = refuses;
             Inflate inflate(device);
@@ -146,7 +146,7 @@ private Q_SLOTS:
         }
     }
 
-    // Cut and corrupted at a hundred places, or at each one in a long run.
+    // Cuts and corrupts the data at a hundred places, or at every byte in a long run.
     void damagedData() {
         LogCapture log;
         const QByteArray text = sampleText().left(40'000);
@@ -166,7 +166,7 @@ private Q_SLOTS:
         }
     }
 
-    void answersThatZlibHardlyGives() {
+    void rareResultsOfZlib() {
         LogCapture log;
         const QString here = u("void Inflate::addData(const char*, std::size_t)");
         const QString place = u(" (src/core/inflate.cpp, %1, default)");
@@ -188,14 +188,14 @@ private Q_SLOTS:
         const QString constructor = u("Inflate::Inflate(QIODevice&)");
         const QString line = u("warning: %1 Failed to initialize inflate algorithm").arg(constructor);
         QCOMPARE(log.takeLines(), QStringList(line + place.arg(constructor)));
-        QCOMPARE(streamsInUse, 0);                                             // and there was nothing to end
-        QCOMPARE(inflated("\x78\xBB\x01\x02\x03\x04", 100).state, u("0 1 0")); // wants a dictionary
+        QCOMPARE(streamsInUse, 0);                                             // inflateEnd() was not called
+        QCOMPARE(inflated("\x78\xBB\x01\x02\x03\x04", 100).state, u("0 1 0")); // needs a dictionary
         QCOMPARE(log.takeTexts(), QStringList(u("warning: %1 inflate() failed with result code 2").arg(here)));
     }
 
-    // More than zlib counts, or on 32 bits more than an int holds.
+    // A size beyond zlib's 32-bit counter or, on a 32-bit system, beyond an int.
     void hugeBlock() {
-        // Only the first bytes are backed by memory; behind the end of the stream nothing is looked at.
+        // Only the pages that are written get memory: nothing is read after the end of the stream.
         const auto size = std::size_t(sizeof(std::size_t) > 4 ? Q_UINT64_C(0x1'0000'0001) : 0x8000'0001);
         const QByteArray data = compressed(sampleText()).last();
         void* const memory =

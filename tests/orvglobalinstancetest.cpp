@@ -8,7 +8,7 @@
 
 namespace {
 
-QByteArray deleted; // the names of the singletons, in the order of their deletion
+QByteArray deleted; // the names of the singletons in order of deletion
 
 struct Singleton : AbstractSingleton {
     explicit Singleton(char name, std::function<void()> atEnd = nullptr)
@@ -25,10 +25,10 @@ struct Singleton : AbstractSingleton {
 
 const struct {
     const char *name, *steps; // "1one" registers the instance 1 as "one", "-one" erases the name, "!" clears
-    QByteArray deleted;       // the instances, in this order; f stays, and 0 is null
+    QByteArray deleted;       // the instances in order of deletion; f is never deleted, 0 is null
 } registrations[] = {{"the newest first", "1one 2two 3three -none -two 4four !", "2431"},
-    {"a name again is newer, and the older one is left over", "fa bb aa ! cc Aa -a 0d !", "abAc"},
-    {"a name again, erased once", "fe ee -e", "e"}};
+    {"an instance that replaces another is the newest", "fa bb aa ! cc Aa -a 0d !", "abAc"},
+    {"one erase() removes a replaced name", "fe ee -e", "e"}};
 
 const struct {
     void (*call)();
@@ -42,7 +42,7 @@ const struct {
     {SingletonTracker::clear, "void SingletonTrackerPrivate::clear()"},
 };
 
-/** One case, in a process of its own. */
+/** Runs one case; only called in a child process. */
 int runCase(const QByteArray& name, void (*call)()) {
     if (name == "exit") {
         const auto print = [] { std::printf("%s ", deleted.constData()); };
@@ -77,8 +77,8 @@ private Q_SLOTS:
         QVERIFY(SingletonTracker::isEmpty());
     }
 
-    void deletes_data() { addRows(registrations); }
-    void deletes() {
+    void deletionOrder_data() { addRows(registrations); }
+    void deletionOrder() {
         const auto& row = currentRow(registrations);
         Singleton forgotten('f');
         const QList<QByteArray> steps = QByteArray(row.steps).split(' ');
@@ -96,7 +96,7 @@ private Q_SLOTS:
         QCOMPARE(deleted, row.deleted);
     }
 
-    void aNameThatGoesWithTheInstance() {
+    void nameChangedByTheDestructor() {
         char name[] = "n";
         SingletonTracker::insert("a", new Singleton('a'));
         SingletonTracker::insert(name, new Singleton('n', [&name] { *name = 'a'; }));
@@ -110,7 +110,7 @@ private Q_SLOTS:
     void lookUpsNeverCollide() {
         auto* const singleton = new Singleton('a');
         SingletonTracker::insert("a", singleton);
-        const char twin[] = {'a', '\0', 'x'}; // a name ends with its NUL
+        const char twin[] = {'a', '\0', 'x'}; // a name ends at its first NUL
         QVERIFY(isAlwaysTrue(32, 20'000, [&](int) { return SingletonTracker::at(twin) == singleton; }));
         QCOMPARE(SingletonTracker::at("A"), nullptr);
         SingletonTracker::clear();

@@ -23,7 +23,7 @@ template <typename Data> ssize_t callInterrupted(long number, int file, Data* da
 
 } // namespace
 
-// Stand in for the system's, and interrupt every second time that the number of a signal is read or written.
+// Replace the system calls: every second read or write of a signal number is interrupted.
 extern "C" ssize_t read(int file, void* data, std::size_t size) { return callInterrupted(SYS_read, file, data, size); }
 extern "C" ssize_t write(int file, const void* data, std::size_t size) {
     return callInterrupted(SYS_write, file, data, size);
@@ -42,7 +42,7 @@ public Q_SLOTS:
         if (nestsEvents) { QCoreApplication::processEvents(); }
         if (++counted == floodSize) { QCoreApplication::quit(); }
     }
-    void applicationQuit() { count(); } // has the name, but is not the bridge's
+    void applicationQuit() { count(); } // has only the name of the bridge's slot
     void miscount() { counted += 1'000'000; }
     void deleteOtherAndQuit() {
         other.reset();
@@ -55,7 +55,7 @@ public:
     std::unique_ptr<Receiver> other;
 };
 
-Receiver* receiver = nullptr; // of the case
+Receiver* receiver = nullptr; // of the running case
 
 void ask() { PosixSignals::instance.applicationQuit(); }
 void invokeHandler() { QMetaObject::invokeMethod(&PosixSignals::instance, "signalHandle"); }
@@ -73,8 +73,8 @@ int pipeEnds[2];
 void (*actBesideSignals)() = nullptr;
 
 /**
- * Makes ready for callBesideSignals(). Several notifiers wait for the data of the pipe: without GLib a hash orders them,
- * so that one of many comes before the bridge's.
+ * Prepares callBesideSignals(). Many notifiers watch the pipe: without GLib a hash orders all notifiers, and one of
+ * these comes before the bridge's.
  */
 void makeNotifiers() {
     QVERIFY(pipe(pipeEnds) == 0);
@@ -88,7 +88,7 @@ void makeNotifiers() {
     }
 }
 
-/** Calls a function in the same pass of the event loop in which a signal is due. */
+/** Has the event loop call a function in the same pass in which it delivers a signal. */
 void callBesideSignals(void (*function)()) {
     actBesideSignals = function;
     QVERIFY(write(pipeEnds[1], "x", 1) == 1);
@@ -105,27 +105,27 @@ const QByteArray caught("Signal caught when application is terminating, immediat
 const QByteArray lost("Unable to pass signal information to application, immediate termination...\n\0", 76);
 const QByteArray none = "counted 0 unwound exited";
 const QByteArray one = "counted 1 unwound exited";
-const QByteArray any; // depends on which of two events the event loop takes first
+const QByteArray any; // not compared: it depends on the order of two events
 
-/** What a child process does, in the event loop unless its name says otherwise, and how it ends. */
+/** What a child process does and how it ends. It acts in the event loop unless the name says otherwise. */
 const struct {
     const char* name;
     void (*act)();
-    QByteArray error; // behind the line of the start
+    QByteArray error; // after the line of initialize()
     QByteArray output = none;
-    int exitCode = 0; // -1: by a signal
+    int exitCode = 0; // -1: ended by a signal
 } cases[] = {
     {"one request", [] { raiseAll(SIGTERM); }, once},
     {"two requests", [] { raiseAll(SIGTERM, SIGUSR1, SIGTERM); }, once + handled + "15\n" + again, "exited", 1},
     {"request, then other signals", [] { raiseAll(SIGTERM, SIGUSR1, SIGURG); }, once},
     {"signal while quitting", [] { atQuit([] { raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, once + caught, "", 2},
-    {"signal while quitting, unheard",
+    {"signal while quitting, standard error closed",
         [] { atQuit([] { closeFrom(STDERR_FILENO), raiseAll(SIGTERM); }), raiseAll(SIGTERM); }, once, "", 1},
-    {"notifier asks, signal waits", [] { callBesideSignals(ask), raiseAll(SIGUSR1); }, quit},
-    {"notifier asks, request waits", [] { callBesideSignals(ask), raiseAll(SIGTERM); }, quit},
-    {"queued call asks, request waits", [] { raiseAll(SIGTERM), queue(ask); }, any, any},
-    {"timer asks, signal waits", [] { raiseAll(SIGUSR1), QTimer::singleShot(0, ask); }, any, any},
-    {"before the event loop: in another one",
+    {"notifier quits, signal waits", [] { callBesideSignals(ask), raiseAll(SIGUSR1); }, quit},
+    {"notifier quits, request waits", [] { callBesideSignals(ask), raiseAll(SIGTERM); }, quit},
+    {"queued call quits, request waits", [] { raiseAll(SIGTERM), queue(ask); }, any, any},
+    {"timer quits, signal waits", [] { raiseAll(SIGUSR1), QTimer::singleShot(0, ask); }, any, any},
+    {"before the event loop: request in another loop",
         [] {
             QTimer::singleShot(0, [] { raiseAll(SIGTERM); });
             const int code = QEventLoop().exec();
@@ -133,23 +133,23 @@ const struct {
             QTimer::singleShot(0, [] { QCoreApplication::exit(7); });
         },
         once, "left with 0 " + none, 7},
-    {"asks itself, request waits", [] { raiseAll(SIGTERM), ask(); }, quit},
-    {"before the event loop: asks, request waits", [] { raiseAll(SIGTERM), ask(); }, quit},
-    {"after the event loop: asks, signal waits", [] { raiseAll(SIGUSR1), ask(); }, quit},
+    {"program quits, request waits", [] { raiseAll(SIGTERM), ask(); }, quit},
+    {"before the event loop: program quits, request waits", [] { raiseAll(SIGTERM), ask(); }, quit},
+    {"after the event loop: program quits, signal waits", [] { raiseAll(SIGUSR1), ask(); }, quit},
     {"slot deletes a waiting receiver", [] { raiseAll(SIGINT, SIGHUP); }, handled + "2\n" + quit},
     {"receiver is gone", [] { receiver->other.reset(), raiseAll(SIGHUP, SIGTERM); }, handled + "1\n" + once},
     {"nested events while quitting", [] { receiver->nestsEvents = true, raiseAll(SIGUSR1, SIGTERM, SIGUSR1); },
         handled + "10\n" + once, one},
-    {"invoked while a signal waits", [] { raiseAll(SIGUSR1), invokeHandler(), raiseAll(SIGTERM); },
+    {"handler invoked while a signal waits", [] { raiseAll(SIGUSR1), invokeHandler(), raiseAll(SIGTERM); },
         handled + "10\n" + once, one},
-    {"invoked in the pass in which its notifier is due",
+    {"handler invoked in the pass that fires its notifier",
         [] {
             callBesideSignals(invokeHandler), raiseAll(SIGUSR1);
             QTimer::singleShot(20, [] { raiseAll(SIGTERM); });
         },
         handled + "10\n" + once, one},
-    {"nothing waits", [] { invokeHandler(), invokeHandler(), raiseAll(SIGTERM); }, unread + unread + once},
-    {"nothing waits, inside itself and behind another call",
+    {"invoked, nothing waits", [] { invokeHandler(), invokeHandler(), raiseAll(SIGTERM); }, unread + unread + once},
+    {"handler invoked by itself and by a queued call, nothing waits",
         [] {
             PosixSignals::instance.setup(SIGHUP, &PosixSignals::instance, "signalHandle");
             raiseAll(SIGHUP);
@@ -160,10 +160,10 @@ const struct {
     {"events are handled after quitting", [] { raiseAll(SIGTERM, SIGUSR1), ask(), atQuit([] { QTest::qWait(20); }); },
         quit},
     {"no socket", [] { closeFrom(3), raiseAll(SIGTERM); }, lost, "", 4},
-    {"no socket, unheard", [] { closeFrom(2), raiseAll(SIGTERM); }, "", "", 3},
-    {"no socket, one unread", [] { raiseAll(SIGUSR1), closeFrom(3), invokeHandler(), ask(); }, unread + quit},
-#ifndef __SANITIZE_ADDRESS__ // needs a pipe to look at an object
-    {"before the event loop: one descriptor is left, where a pair needs two",
+    {"no socket, standard error closed", [] { closeFrom(2), raiseAll(SIGTERM); }, "", "", 3},
+    {"no socket, a number is unread", [] { raiseAll(SIGUSR1), closeFrom(3), invokeHandler(), ask(); }, unread + quit},
+#ifndef __SANITIZE_ADDRESS__ // the sanitizer opens a pipe to inspect an object
+    {"before the event loop: one descriptor is left, the socket pair needs two",
         [] {
             const rlim_t end = rlim_t(dup(STDERR_FILENO)) + 2;
             const rlimit tight{end, end};
@@ -172,14 +172,14 @@ const struct {
         "critical: void PosixSignals::initialize() Creating Unix socket failed\n"
         "warning: QSocketNotifier: Invalid socket specified\n"},
 #endif
-    {"more than the socket holds",
+    {"more signals than the socket holds",
         [] {
             std::thread([] {
                 for (int i = 0; i < floodSize; ++i) { std::raise(SIGUSR1); }
             }).detach();
         },
         any, "counted 10000 unwound exited"},
-    {"changed later", // a new signal is not caught: its default action ends the process
+    {"setup() in the event loop", // a new signal is not caught: its default action ends the process
         [] {
             PosixSignals::instance.setup(SIGUSR1, receiver, "miscount");
             PosixSignals::instance.setup(SIGUSR2, receiver, "count");
@@ -195,11 +195,11 @@ const struct {
         handled + "10\n", "errno 4711 counted 1000000", -1},
 };
 
-/** One case, in a process of its own; the exit code 77 says that it ended otherwise than meant. */
+/** Runs one case; only called in a child process. Exit code 77: it did not end in time. */
 int runCase(const QByteArray& name, void (*act)()) {
     std::atexit([] { std::printf("exited"); });
     PosixSignals& bridge = PosixSignals::instance;
-    bridge.setup(SIGTERM, &bridge, "applicationQuit"); // before there is an application
+    bridge.setup(SIGTERM, &bridge, "applicationQuit"); // before the application exists
     int argc = 0;
     QCoreApplication application(argc, nullptr);
     QTimer::singleShot(10'000, [] { _exit(77); });
@@ -207,7 +207,7 @@ int runCase(const QByteArray& name, void (*act)()) {
     Receiver target;
     receiver = &target;
     receiver->other = std::make_unique<Receiver>();
-    // The end by exit() does not unwind the stack.
+    // Prints nothing if exit() ends the process, because that does not unwind the stack.
     const auto end = qScopeGuard([] { std::printf("counted %d unwound ", receiver->counted); });
     bridge.setup(SIGINT, receiver, "deleteOtherAndQuit");
     bridge.setup(SIGHUP, receiver->other.get(), "count");
@@ -244,7 +244,7 @@ private Q_SLOTS:
         QFETCH(int, index);
         QFETCH(bool, hasGlib);
         qputenv("QT_MESSAGE_PATTERN", "%{type}: %{message}");
-        qputenv("QT_HASH_SEED", "0"); // without GLib, the order of notifiers is that of a hash
+        qputenv("QT_HASH_SEED", "0"); // without GLib, a hash orders the notifiers
         hasGlib ? qunsetenv("QT_NO_GLIB") : qputenv("QT_NO_GLIB", "1");
         const auto& expected = cases[index];
         const ChildResult result = runChild({u(expected.name)});

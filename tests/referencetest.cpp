@@ -1,5 +1,5 @@
-// Compares the fast code with the patterns and rules that it stands for, on random texts. Only Qt 5 builds this: Qt 6
-// has QRegExp, in whose terms they are written, in a module for compatibility alone.
+// Compares the library with the reference implementations, on random texts. Built only with Qt 5: the references use
+// QRegExp, which Qt 6 has only in a compatibility module.
 
 #include <reference/comparisons.h>
 #include <support/logcapture.h>
@@ -10,7 +10,7 @@ const QStringList sentenceFragments =
 |\!\lang=de\ |\!\vol=8\	|\!\rate=5\ |\!\toi=x\|\!\domain=a.b\ |\!\pau=1\ |\!\x=\!\rst\ |\!\=1\ |\!\a==\ )")
         .split(QLatin1Char('|'))
     + QString::fromUtf16(u"\u0085|\u00A0|\u1680|\u2028|\u205F|\u3000|\xD83D|\xDE00").split(QLatin1Char('|'))
-    + QStringList({QString(QChar(0)), u("С"), u("Ю"), u("п")}); // as far from terminators as their table is long
+    + QStringList({QString(QChar(0)), u("С"), u("Ю"), u("п")}); // in free and used slots of the terminators' table
 
 class ReferenceTest : public QObject {
     Q_OBJECT
@@ -55,7 +55,7 @@ private Q_SLOTS:
     void tables() {
         QRandomGenerator random(1);
         for (int round = testRounds(2); round > 0; --round) {
-            const int separator = round % 2 == 0 ? "^]\\-[\""[round / 2 % 6] : round / 2 % 256; // half of them odd ones
+            const int separator = round % 2 == 0 ? "^]\\-[\""[round / 2 % 6] : round / 2 % 256; // half of them special
             const auto mark = QString(QLatin1Char(char(separator)));
             const QString line = randomText(random,
                 {mark, mark, mark, u(";"), u("\""), u("\""), u(" "), u("a"), u("b^"), u("]"), u("ä"), u("文"), u("\t")},

@@ -1,6 +1,6 @@
 #include <QtTest>
 
-/** A host that does not link the library itself: what plugins that use it left behind must outlive them. */
+/** Unloads the library like a plugin: the meta-types that it has registered must stay usable. */
 class UnloadingTest : public QObject {
     Q_OBJECT
 
@@ -11,7 +11,7 @@ private Q_SLOTS:
         for (const char* name : {"Language", "QList<Language>", "PromptData", "RadioStation"}) {
             const QMetaType type(QMetaType::type(name));
             QVERIFY(type.isValid());
-            type.destroy(type.create()); // by code of the library
+            type.destroy(type.create()); // runs code of the library
         }
     }
 };

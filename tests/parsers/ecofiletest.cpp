@@ -8,20 +8,20 @@ const struct {
     const char *name, *line;
     const char* fields; // joined by "|"
     int separator = ';';
-} lines[] = {{"quotes and blanks", "a; \"b;c\" ;;d", "a|b;c||d"}, {"empty", "a;;b;", "a||b|"},
-    {"first is empty", ";b", "b"}, {"one blank goes", "a;  b", "a| b"}, {"blanks outside", "a; \"x\" ", "a|x"},
-    {"quotes inside", "a\"b;c\"d;e", "a\"b;c\"d|e"}, {"a quote alone parts fields", "a;\"b", "a||b"},
-    {"beyond ASCII", "ä;文", "ä|文"}, {"other separators stay", "a,\"b\",;c", "a|,\"b|,;c", ','},
-    {"a quote separates", "a\"b\"c", "a\"b\"c", '"'}, {"one of three quotes does", "a\"b\"c\"d", "a\"b\"c|d", '"'},
-    {"a backslash, as the pattern has it", "a\\b", "", '\\'}, {"a byte beyond ASCII", "aäb", "a|äb", 0xE4},
-    {"white space", "a\tb", "a|b", '\t'}, {"a caret, as the pattern has it", "a^b", "", '^'},
-    {"a bracket", "a]b", "a|]b", ']'}};
+} lines[] = {{"quotes and blanks", "a; \"b;c\" ;;d", "a|b;c||d"}, {"empty fields", "a;;b;", "a||b|"},
+    {"empty first field", ";b", "b"}, {"one blank is removed", "a;  b", "a| b"},
+    {"blanks around quotes", "a; \"x\" ", "a|x"}, {"quotes inside a field", "a\"b;c\"d;e", "a\"b;c\"d|e"},
+    {"an unpaired quote splits", "a;\"b", "a||b"}, {"beyond ASCII", "ä;文", "ä|文"},
+    {"other separators stay", "a,\"b\",;c", "a|,\"b|,;c", ','}, {"quotes as separators", "a\"b\"c", "a\"b\"c", '"'},
+    {"three quotes as separators", "a\"b\"c\"d", "a\"b\"c|d", '"'}, {"backslash: an invalid pattern", "a\\b", "", '\\'},
+    {"separator beyond ASCII", "aäb", "a|äb", 0xE4}, {"tab as separator", "a\tb", "a|b", '\t'},
+    {"caret: an invalid pattern", "a^b", "", '^'}, {"bracket as separator", "a]b", "a|]b", ']'}};
 
-/** The fields of a line, for which that many columns are declared; null when the line is dropped. */
+/** The fields of a line in a table with @p count columns; none if the line is dropped. */
 QStringList fieldsOf(const QString& line, int separator, int count) {
     EcoFile file;
     for (int i = 0; i < count; ++i) { file.parseHeaderLine(u("#Column %1").arg(i)); }
-    for (const int each : {int('^'), separator}) { // a line has no fields with the former
+    for (const int each : {int('^'), separator}) { // "^" drops the lines
         file.parseHeaderLine(u("#Separator %1").arg(each, 0, 16));
         file.parseDataLine(line);
         file.parseDataLine(line);
@@ -31,7 +31,7 @@ QStringList fieldsOf(const QString& line, int separator, int count) {
     return fields;
 }
 
-/** A text in units of 2 or 4 bytes. */
+/** A text as UTF-16 or UTF-32: @p size is 2 or 4. */
 QByteArray encoded(const QString& text, int size, bool isBigEndian) {
     const QVector<uint> units = size == 4 ? text.toUcs4() : QVector<uint>(text.utf16(), text.utf16() + text.size());
     QByteArray bytes;
@@ -41,8 +41,8 @@ QByteArray encoded(const QString& text, int size, bool isBigEndian) {
     return bytes;
 }
 
-const QByteArray head = "\xEF\xBB\xBF#Column a\n";    // with a byte order mark, so that the locale does not count
-const QByteArray block(16384 - head.size() - 1, 'x'); // Qt reads such blocks
+const QByteArray head = "\xEF\xBB\xBF#Column a\n";    // the byte order mark overrides the locale
+const QByteArray block(16384 - head.size() - 1, 'x'); // with head, a byte less than Qt's block
 const QString table = QChar(QChar::ByteOrderMark) + u("#Column a\n ä😀\n");
 const struct {
     const char* name;
@@ -56,10 +56,10 @@ const struct {
     {"UTF-16, little endian", encoded(table, 2, false)}, {"UTF-16, big endian", encoded(table, 2, true)},
     {"UTF-32, little endian", encoded(table, 4, false)}, {"UTF-32, big endian", encoded(table, 4, true)}};
 
-/** Lines that declare, and what the header is then: version, encoding, separator, columns. */
+/** Declarations, and the header after each: version, encoding, separator, columns. */
 const struct {
     const char* name;
-    const char* header = "v|e|59|c"; // without it, the line has no meaning
+    const char* header = "v|e|59|c"; // the default: the line is ignored
 } declarations[] = {{"#ECO 1.0 UTF-8;", "1.0|UTF-8|59|c"}, {"#ECO 1.0 UTF-8;;", "1.0|UTF-8;|59|c"},
     {"#Separator 2C", "v|e|44|c"}, {"#Separator 0x1e4", "v|e|228|c"}, {"#Column c", "v|e|59|c,c"}, {"#ECO 1.0"},
     {"#ECO  1.0 x"}, {"#ECO 1.0 x y"}, {"#ECO"}, {"#ECOX 1 2"}, {"#eco 1 2"}, {"x#ECO 1 2"}, {"#Separator"},
@@ -99,7 +99,7 @@ private Q_SLOTS:
     void files() {
         const QTemporaryDir folder;
         const QString fileName = folder.filePath(u("table.eco"));
-        // A byte-order mark, all kinds of line ends, a row and a blank line before the columns, and no end of the last.
+        // A byte-order mark, all kinds of line ends, a row and a blank line before the columns, no final line end.
         QVERIFY(writeFile(fileName,
             "\xEF\xBB\xBF#ECO 1.0 UTF-8;\r\nearly\r\n \r\n#Column id\n#Column name\r\n\r\n 1;x \r\n2;y;z\n3;y"));
         EcoFile file;
@@ -109,14 +109,14 @@ private Q_SLOTS:
         QCOMPARE(file.rows().size(), 2);
         QCOMPARE(file.droppedLineCount(), 2);
         QCOMPARE(file.rows()[1][u("name")], u("y"));
-        QVERIFY(file.parse(fileName)); // now of four columns, which no line has
+        QVERIFY(file.parse(fileName)); // appends the columns again: no line has four fields
         QCOMPARE(file.rows().size(), 2);
         QCOMPARE(file.droppedLineCount(), 4);
         QCOMPARE(file.header().columns().size(), 4);
         file.parseDataLine(u("1;x;3;y"));
         QCOMPARE(file.rows()[2].entryId(), quint16(3));
         QCOMPARE(file.rows()[2].length(), 2);
-        QCOMPARE(file.rows()[2][u("id")], u("3")); // the later one of the columns of that name
+        QCOMPARE(file.rows()[2][u("id")], u("3")); // the last column of that name
     }
 
     void encodings_data() { addRows(encodedTables); }

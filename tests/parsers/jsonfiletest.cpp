@@ -18,7 +18,7 @@ class JsonFileTest : public QObject {
 private Q_SLOTS:
     void loadDocument_data() {
         QTest::addColumn<QByteArray>("content"); // null: no file
-        QTest::addColumn<QString>("line");       // behind the signature
+        QTest::addColumn<QString>("line");       // %1 is the signature, %2 the file
 
         QTest::newRow("object") << QByteArray("{\"a\":1}") << "debug: %1 Loaded: %2";
         QTest::newRow("array") << QByteArray("[1,2]") << "debug: %1 Loaded: %2";

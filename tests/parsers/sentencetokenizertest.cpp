@@ -11,13 +11,13 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QStringList>("sentences");
 
-        for (const QString& block : u(readData("sentences.txt")).split(u("\n\n")).mid(1)) { // behind the head
+        for (const QString& block : u(readData("sentences.txt")).split(u("\n\n")).mid(1)) { // without the comment
             const QStringList lines = block.trimmed().split(QLatin1Char('\n'));
             QTest::newRow(qUtf8Printable(lines[0])) << lines[1] << QStringList(lines.mid(2));
         }
         QTest::newRow("de_DE blanks") << " \n\t " << QStringList();
-        QTest::newRow("de_DE blanks around") << " Ja. " << QStringList{u("Ja.")};
-        QTest::newRow("en_GB blanks behind an abbreviation")
+        QTest::newRow("de_DE blanks around a sentence") << " Ja. " << QStringList{u("Ja.")};
+        QTest::newRow("en_GB blanks after an abbreviation")
             << "It takes approx.\n\n ten minutes." << QStringList{u("It takes approx. ten minutes.")};
     }
     void split() {
@@ -30,7 +30,7 @@ private Q_SLOTS:
             QStringList(u("debug: %1 (src/core/parsers/sentencetokenizer.cpp, %1, default)").arg(signature)));
     }
 
-    void silent() {
+    void writesNoLogLine() {
         LogCapture log;
         QVERIFY(SentenceTokenizer::split(QString(), German).isEmpty());
         QVERIFY(SentenceTokenizer::split(u(""), Japanese).isEmpty());
@@ -40,7 +40,7 @@ private Q_SLOTS:
         QCOMPARE(log.takeTexts(), QStringList());
     }
 
-    // These end within the test's time only when the work is linear in the text.
+    // Exceeds the test's time limit unless the work is linear in the text.
     void longTexts() {
         LogCapture log;
         for (const char* part : {"A. ", "word ", "!", "\\!\\vol=1\\ ", "\\!\\=", "12. "}) {

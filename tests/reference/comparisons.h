@@ -10,7 +10,7 @@
 
 /**
  * @file
- * Whether the library does with a text what the reference implementation does.
+ * Each function compares the library with a reference implementation, on one text.
  */
 namespace reference {
 

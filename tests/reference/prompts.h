@@ -6,12 +6,12 @@
 
 /**
  * @file
- * Reference implementation of PromptData::parse(), but for the files that hold off-board markup:
+ * Reference implementation of PromptData::parse(), without reading files of off-board markup:
  *
  *  1. The forms of markup are tried in their order by the patterns that define them; the first that matches wins.
- *     Off-board forms count in context A4AContext alone, and brand sounds alone in BrandSoundContext.
- *  2. A brand sound is found by the text of its form, or else by the whole input.
- *  3. Everything else, and any other context's input without "<", is text.
+ *     Off-board forms apply only in A4AContext. In BrandSoundContext, only brand sounds apply.
+ *  2. The id of a brand sound is the text of its form or, if that does not match, the whole input.
+ *  3. Any other input is text, and so is input without "<" outside BrandSoundContext.
  */
 namespace reference {
 

@@ -10,12 +10,12 @@
  * @file
  * Reference implementation of SentenceTokenizer::split(), rule by rule:
  *
- *  1. The text is cut behind each terminator of the language, but not inside "\!", the start of a tag. A language of
- *     words heeds the context: there only blanks or the end of the text may follow.
- *  2. Such a language rejoins a piece that starts with a letter that is not upper case, and one behind a number and
- *     terminators. The first character of a sentence does not count as a number.
- *  3. The first sentence that is shorter than ten characters, or has fewer than five blanks where context counts, is
- *     merged with its shorter neighbour, the previous one when both are equal, again and again.
+ *  1. The text is cut after each terminator of the language, but not after "\!", the start of a tag. In languages that
+ *     heed the context, it is cut only before white space or at the end of the text.
+ *  2. In those languages, a piece is rejoined if it starts with a letter that is not upper case, or if a number and
+ *     terminators precede it. The first character of a sentence does not count as a number.
+ *  3. Until none is left, the first sentence of fewer than ten characters, or in those languages of fewer than five
+ *     blanks, is merged with its shorter neighbour; if both are equal, with the previous one.
  *  4. The tags in force at the end of a sentence are copied to the front of the next, in the order of their ranks.
  */
 namespace reference {

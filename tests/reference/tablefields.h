@@ -4,10 +4,10 @@
 
 /**
  * @file
- * Reference implementation of how EcoFile takes a data line apart:
+ * Reference implementation of how EcoFile splits a data line into fields:
  *
- *  1. A field is what the pattern finds next, without the white space around it.
- *  2. One semicolon, one blank and one quote in front go, in this order, then a quote at the end.
+ *  1. A field is the next match of the pattern, without the white space around it.
+ *  2. A leading semicolon, blank and quote are removed, one each in this order, then a trailing quote.
  */
 namespace reference {
 

@@ -7,8 +7,8 @@ namespace {
 const struct {
     const char* name;
     QByteArray (*toCode)(const Language&);
-    Language (*toLanguage)(const QByteArray&); // null where there is no way back
-    const char* codes;                         // of the values from 0 on, "-" for none
+    Language (*toLanguage)(const QByteArray&); // null if only toCode() exists
+    const char* codes;                         // of the values from 0 on; "-" for no code
 } tables[] = {
     {"ISO", convertLanguageIdToIso, convertIsoToLanguageId,
         "00_00 de_DE en_GB en_US es_ES it_IT fr_FR - nl_NL ar_AE cmn_TW cmn_CN ko_KR ja_JP ru_RU fr_CA es_US pt_PT "
@@ -32,7 +32,7 @@ QVector<int> valuesWhere(bool (*isMember)(const Language&)) {
     return values;
 }
 
-/** The names of the languages by their values, as the header declares them. */
+/** The names of the languages in the header, by their values. */
 QMap<int, QString> declaredLanguages() {
     const QString header = u(readFile(u(TEST_SOURCES "src/core/speech/language.h")));
     const QString body = header.section(u("enum Language"), 1).section(u("InvalidLanguage"), 0, 0);
@@ -50,7 +50,7 @@ class LanguageTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void listsTravelInVariants() {
+    void variantsHoldLists() {
         QVERIFY(QMetaType(QMetaType::type("Language")).flags() & QMetaType::IsEnumeration);
         const QVariant list = QVariant::fromValue(QList<Language>{German, Thai});
         const auto elements = list.value<QSequentialIterable>();
@@ -90,7 +90,7 @@ private Q_SLOTS:
         QCOMPARE(convertIso3ToLanguageId("de_DE"), InvalidLanguage);
     }
 
-    // A code is static data; changing a caller's copy must leave the table as it is.
+    // A code is static data; changing a caller's copy must not change the table.
     void codesAreCopies() {
         QByteArray code = convertLanguageIdToIso(German);
         code[0] = 'x';

@@ -18,9 +18,9 @@ namespace {
 using Manager = SpeechChecksumManager;
 using Key = SpeechChecksumManager::ChecksumKey;
 
-/** JSON values, and what they give as members of the store. */
+/** JSON values, and what the store reads as text and as number. */
 const struct {
-    const char *name, *text; // null: as the JSON
+    const char *name, *text; // null: the JSON
     int number;
 } members[] = {{"1", nullptr, 1}, {"-1", nullptr, -1}, {"3.7", nullptr, 4}, {"2.5", nullptr, 3}, {"-2.5", nullptr, -2},
     {"-0.5", nullptr, 0}, {"-3000000000.5", nullptr, 1294967296}, {"-2.6", nullptr, -3},
@@ -56,13 +56,13 @@ bool isNewFileRefused = false;
 
 } // namespace
 
-// This stands before the system's own also for Qt: a file that is itself a mount point cannot be replaced.
+// Replaces the system's function, also in Qt. Fails as it does for a mount point, which cannot be replaced.
 int rename(const char* from, const char* to) noexcept {
     errno = EBUSY;
     return isRenamingRefused ? -1 : reinterpret_cast<decltype(&rename)>(dlsym(RTLD_NEXT, "rename"))(from, to);
 }
 
-// Likewise: not every system makes a file without a name, nor has a full disk room for a new one.
+// Likewise. Fails as on a system without O_TMPFILE and, for a new file, as on a full disk.
 extern "C" int open64(const char* name, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);
@@ -88,7 +88,7 @@ private Q_SLOTS:
     void cleanup() { log.reset(); }
 
     void keys() {
-        QVERIFY(!Manager::isWritten()); // yet
+        QVERIFY(!Manager::isWritten()); // this test runs first
         QCOMPARE(Key().toString(), u(";00_00;1"));
         QCOMPARE(Key(u("/ä b%1%2"), German, Manager::AlternateChecksum).toString(), u("/ä b%1%2;de_DE;0"));
         QVERIFY(Key() == Key(u("no key")) && Key() != Key(u(";de_DE;1")) && Key() != Key(u(";00_00;0")));
@@ -112,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(listed(manager), u("f;de_DE;0=1 f;de_DE;1= f;fr_FR;0=2 f;fr_FR;1=2"));
         manager.remove(u("f"), German);
         QVERIFY(manager.checksum(u("f"), German, Manager::DefaultChecksum).isNull());
-        manager.insert(u("f"), Thai, Manager::DefaultChecksum); // of a missing file
+        manager.insert(u("f"), Thai, Manager::DefaultChecksum); // the file is missing
         QCOMPARE(listed(manager), u("f;fr_FR;0=2 f;fr_FR;1=2 f;th_TH;1=d41d8cd98f00b204e9800998ecf8427e"));
         QVERIFY(!QFile::exists(store));
         qunsetenv("ORV_SPEECH_CHECKSUM_FILE");
@@ -120,7 +120,7 @@ private Q_SLOTS:
         QVERIFY(log->takeTexts().last().contains(u("\"/mnt/share/speech/checksum.json\"")));
     }
 
-    // Members of other types give what the variant conversions make of them.
+    // Members of other types are converted as QVariant does.
     void loadsMembersOfAnyType_data() { addRows(members); }
     void loadsMembersOfAnyType() {
         const auto& row = currentRow(members);
@@ -138,7 +138,7 @@ private Q_SLOTS:
         Manager manager;
         QCOMPARE(manager.checksum(QString(), German, Manager::AlternateChecksum), QByteArray("d"));
         manager.writePersistentData();
-        QCOMPARE(QJsonDocument::fromJson(readFile(store)).array().size(), 2); // one of them of the number
+        QCOMPARE(QJsonDocument::fromJson(readFile(store)).array().size(), 2); // one is read from the 5
         QVERIFY(writeFile(store, "{\"filePath\": \"f\"}"));
         Manager().writePersistentData();
         QCOMPARE(readFile(store), QByteArray("[\n]\n"));
@@ -151,11 +151,11 @@ private Q_SLOTS:
         manager.insert(u("a;b"), German, "", Manager::DefaultChecksum);
         manager.writePersistentData();
         QCOMPARE(listed(manager), u(";00_00;1= /ä;cmn_CN;0=0"));
-        QCOMPARE(readFile(store), QJsonDocument::fromJson(readFile(store)).toJson()); // of two entries
+        QCOMPARE(readFile(store), QJsonDocument::fromJson(readFile(store)).toJson()); // with two entries
         const Manager reloaded;
         QCOMPARE(listed(reloaded), listed(manager));
         QCOMPARE(reloaded.checksum(u("/ä"), MandarinChina, Manager::AlternateChecksum), QByteArray("0\0f", 3));
-        // A path with the separator of keys comes back as the default key.
+        // A path with a ";" is reloaded as the default key.
         QVERIFY(reloaded.checksum(u("a;b"), German, Manager::DefaultChecksum).isNull());
         QCOMPARE(reloaded.checksum(QString(), NoLanguage, Manager::DefaultChecksum), QByteArray(""));
         QVERIFY(!reloaded.checksum(QString(), NoLanguage, Manager::DefaultChecksum).isNull());
@@ -165,9 +165,9 @@ private Q_SLOTS:
         const QStringList fragments{u("a"), u(" ~"), u("\""), u("\\"), u("/"), u("\n"), u("\x1f"), u("\x7f"), u("ä"),
             u("中"), u("😀"), QChar(0xd800), QChar(0)};
         QRandomGenerator random(1);
-        for (int round = testRounds(1000); round > 0; --round) { // few: each reaches the disk
+        for (int round = testRounds(1000); round > 0; --round) { // few: each writes a file
             const QString path = randomText(random, fragments, 6);
-            const QByteArray checksum = "c" + randomText(random, fragments, 6).toUtf8(); // never null
+            const QByteArray checksum = "c" + randomText(random, fragments, 6).toUtf8(); // not null: that is not stored
             const auto language = Language(random.bounded(-2, 40));
             const auto type = Manager::ChecksumType(random.bounded(3));
             Manager manager;
@@ -191,12 +191,12 @@ private Q_SLOTS:
         QVERIFY(reader.open(QIODevice::ReadOnly));
         Manager().writePersistentData();
         QVERIFY(QFileInfo(store).isSymLink() && Manager::isWritten());
-        QCOMPARE(reader.readAll(), QByteArray("old")); // whoever has the old file keeps all of it
+        QCOMPARE(reader.readAll(), QByteArray("old")); // a reader of the old file still gets all of it
         QCOMPARE(readFile(target), QByteArray("[\n]\n"));
         QCOMPARE(QFile::permissions(target), permissions);
 
         const QString warning = u("warning: Unable to open file for writing \"%1\"");
-        for (const bool isRefused : {false, true}) { // a new file has no room, or cannot even be made
+        for (const bool isRefused : {false, true}) { // the new file cannot be written, or not even made
             isNewFileRefused = isRefused;
             QCOMPARE(linesOfWriting(managerOf(u("f")), 3), QStringList(warning.arg(store)));
             isNewFileRefused = false;
@@ -205,7 +205,7 @@ private Q_SLOTS:
         }
         QCOMPARE(QDir(folder->path()).entryList(QDir::Files).size(), 2);
 
-        const QString loop = folder->filePath(u("loop")); // stays one
+        const QString loop = folder->filePath(u("loop")); // must stay a link
         QVERIFY(QFile::link(loop, loop));
         for (const QString& name : {QString(), folder->path(), folder->filePath(u("none/store.json")), loop}) {
             useStore(name);
@@ -213,7 +213,7 @@ private Q_SLOTS:
         }
         QVERIFY(QFileInfo(loop).isSymLink());
 
-        // A pipe stays one, and passes the store on.
+        // A pipe is not replaced and gets the store.
         const QString pipe = folder->filePath(u("pipe"));
         useStore(pipe);
         Manager writer;
@@ -231,7 +231,7 @@ private Q_SLOTS:
             QCOMPARE(linesOfWriting(managerOf(u("f"))), QStringList());
             QVERIFY(readFile(store).contains("\"f\""));
         };
-        for (const int length : {249, 255, 1}) { // the name of a new file beside it is longer, too long at first
+        for (const int length : {249, 255, 1}) { // the new file's longer name is too long for the first two
             store = folder->filePath(QString(length, QLatin1Char('s')));
             useStore(store);
             write();
@@ -240,7 +240,7 @@ private Q_SLOTS:
         write();
         isRenamingRefused = false;
 
-        // A user and a group keep their file, though root alone can tell.
+        // The file keeps its user and its group; only root can test that.
         const uid_t user = getuid();
         constexpr uid_t other = 12345;
         if (user == 0) {
@@ -252,11 +252,11 @@ private Q_SLOTS:
             QCOMPARE(QFileInfo(store).groupId(), other);
             QCOMPARE(chown(qUtf8Printable(store), other, 0), 0);
         }
-        // A folder without write permission; root needs none.
+        // A folder without write permission; root, who needs none, becomes another user.
         QCOMPARE(chmod(qUtf8Printable(folder->path()), 0555), 0);
         QVERIFY(user != 0 || setresuid(other, other, user) == 0);
         write();
-        for (const int size : {1, 100'000}) { // what is buffered fails later
+        for (const int size : {1, 100'000}) { // a small one fails only when it is flushed
             QCOMPARE(linesOfWriting(managerOf(QString(size, QLatin1Char('f'))), 3).size(), 1);
         }
         QVERIFY(user != 0 || setresuid(user, user, user) == 0);
@@ -273,7 +273,7 @@ private Q_SLOTS:
         useStore(folder->path());
         const Manager other;
         log->takeTexts();
-        manager.removeFile(); // acts on the file of the latest construction, here a folder
+        manager.removeFile(); // removes the file that the last constructor set, here a folder
         const QString line = u("critical: void SpeechChecksumManager::removeFile() Could not remove old file: \"%1\"");
         QCOMPARE(log->takeTexts(), QStringList(line.arg(folder->path())));
     }
@@ -285,14 +285,14 @@ private Q_SLOTS:
             QVERIFY(!isRead);
         }
         for (const int size : {0, 1, 65535, 65536, 65537, 1'000'000}) {
-            QVERIFY(writeFile(store, QByteArray(size, '\r'))); // read as text, nothing would be left
+            QVERIFY(writeFile(store, QByteArray(size, '\r'))); // reading as text would drop all of it
             QCOMPARE(Manager::generateChecksum(store, isRead), md5OfContent(store));
             QVERIFY(isRead);
             isRead = false;
         }
         QVERIFY(log->takeLines().isEmpty());
 
-        const QString shorter = u("/sys/kernel/mm/transparent_hugepage/enabled"); // than the page that it states
+        const QString shorter = u("/sys/kernel/mm/transparent_hugepage/enabled"); // than its stated size
         if (!QFile::exists(shorter)) { QSKIP("this system has no sysfs"); }
         QCOMPARE(Manager::generateChecksum(shorter), md5OfContent(shorter));
         const char* const line = "warning: static QByteArray SpeechChecksumManager::generateChecksum(const QString&) "
@@ -301,7 +301,7 @@ private Q_SLOTS:
     }
 
 private:
-    /** Writes the store where files can grow to that size only, and gives the log lines of that. */
+    /** The log lines of writing the store while files cannot grow beyond @p room bytes. */
     QStringList linesOfWriting(Manager manager, rlim_t room = RLIM_INFINITY) {
         rlimit usual;
         getrlimit(RLIMIT_FSIZE, &usual);

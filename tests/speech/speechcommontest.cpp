@@ -10,7 +10,7 @@ namespace {
 const struct {
     const char *name, *contexts, *input;
     PromptMode mode = PromptText;
-    const char* text = nullptr; // without it the prompt is spoken whole, in other contexts than 10 with a warning
+    const char* text = nullptr; // null: the input is spoken whole, with a warning except in context 10
     Language language = InvalidLanguage;
     const char* genre = "";
 } prompts[] = {
@@ -19,16 +19,16 @@ const struct {
     {"text with a language", "0,10,19", R"(<text language="de_DE">Grüß Gott</text>)", PromptText, "Grüß Gott"},
     {"no markup", "0,10,19", "a < b"},
     {"markup in upper case", "0,10,19", "<TEXT>loud</TEXT>"},
-    {"audio in a text", "0,19", R"(x<audio path="/ä.mp3"/>y)", PromptAudio, "/ä.mp3"},
+    {"text around audio", "0,19", R"(x<audio path="/ä.mp3"/>y)", PromptAudio, "/ä.mp3"},
     {"audio with a language", "0,19", R"(<audio language="de_DE" path="/a.mp3"/>)", PromptAudio, "/a.mp3"},
-    {"text in a text", "0,19", "say <text>a</text> or <text>b</text>!", PromptText, "a</text> or <text>b"},
-    {"quotes behind the text", "0,19", R"(<text language="x">a</text>"b">)", PromptText, "a"},
+    {"several texts", "0,19", "say <text>a</text> or <text>b</text>!", PromptText, "a</text> or <text>b"},
+    {"quotes after the text", "0,19", R"(<text language="x">a</text>"b">)", PromptText, "a"},
     {"phonetic text", "0,19", "<phonetic>f@</phonetic>", PromptText, "f@"},
     {"phonetic with a language", "0,19", R"(<phonetic language="xx">f@</phonetic>)", PromptText, "f@"},
     {"file", "0", R"(<file path="/a"/>)", PromptFile, "/a"},
     {"file with a language", "0", R"(<file language="x" path="/a"/>)", PromptFile, "/a"},
 
-    // Of several forms, the order of trying decides, not that in the prompt.
+    // If several forms match, the first one tried wins, wherever it is in the prompt.
     {"audio before text", "0,19", R"(<text>a</text><audio path="/a"/>)", PromptAudio, "/a"},
     {"text before phonetic", "0,19", R"(<phonetic>1</phonetic><text language="x">2</text>)", PromptText, "2"},
     {"file before text", "0", R"(<file language="x" path="/no"/><text>t</text>)", PromptFile, "/no"},
@@ -44,7 +44,7 @@ const struct {
         R"(<tts lang="de_DE"/><offboard genre="g">1</offboard><tts lang="fr_FR"/><offboard>2</offboard>)",
         PromptOffboard, "2", French},
 
-    // Off-board markup is known in one context alone, and only right behind its tts tag has a language.
+    // Off-board markup counts only in context 19; only a tts tag right before it sets the language.
     {"no off-board context", "0,10", "<offboard>Hi</offboard>"},
     {"off-board", "19", "<offboard>Hi</offboard>", PromptOffboard, "Hi"},
     {"genre", "19", R"(<offboard genre="it_IT">Hi</offboard>)", PromptOffboard, "Hi", InvalidLanguage, "it_IT"},
@@ -52,20 +52,20 @@ const struct {
     {"unknown language", "19", R"(<tts lang="xx"/><offboard>Hi</offboard>)", PromptOffboard, "Hi"},
     {"tts tag and genre", "19", R"(<tts lang="fr_FR"/><offboard genre="a_b">Hi</offboard>)", PromptOffboard, "Hi",
         French, "a_b"},
-    {"tts tag elsewhere", "19", R"(<tts lang="fr_FR"/> <offboard>Hi</offboard>)", PromptOffboard, "Hi"},
+    {"blank after the tts tag", "19", R"(<tts lang="fr_FR"/> <offboard>Hi</offboard>)", PromptOffboard, "Hi"},
 };
 
-/** Files for off-board prompts. */
+/** Files of off-board markup. */
 const struct {
     const char* name;
     QByteArray content;
-    const char* text = nullptr; // without it, the prompt stays the file
+    const char* text = nullptr; // null: the prompt stays the file
 } files[] = {{"line ends", "\n<offboard>Grüße\r\nan alle</offboard>", "Grüße\nan alle"},
     {"up to a NUL", QByteArray("<offboard>a</offboard>\0</offboard>", 33), "a"},
-    {"behind a NUL", QByteArray("\0<offboard>a</offboard>", 23)}, {"other markup", "<text>a</text>"},
+    {"after a NUL", QByteArray("\0<offboard>a</offboard>", 23)}, {"other markup", "<text>a</text>"},
     {"no file", QByteArray()}};
 
-/** Files of brand sounds, with ' in place of each ". */
+/** Files of brand sounds, with ' for ". */
 const struct {
     const char *name, *json;
     const char* table; // for the brand "BR%1and", sorted
@@ -75,9 +75,9 @@ const struct {
     {"place marker of the locale", "[{'id': 'a', 'value': '%L1'}]", "a.=br%1and a=br%1and"},
     {"place marker 0", "[{'id': 'a', 'value': '%0'}]", "a.=br%1and a=br%1and"},
     {"no place marker", "[{'id': 'a', 'value': '5%,%x,%L'}]", "a.=5%,%x,%L a=5%,%x,%L"},
-    {"last of an id", "[{'id': 'a', 'value': '1'}, {'id': 'a', 'value': '2'}]", "a.=2 a=2"},
-    {"no sounds", "[{'id': 'a'}, 'a', 5, {'value': 'v'}, {'id': 'b', 'value': 'c%'}]", "b.=c% b=c%"},
-    {"no texts", "[{'id': 5, 'value': 'v'}, {'id': 'a', 'value': 5}]", ".=v =v a.= a="},
+    {"last of the same id", "[{'id': 'a', 'value': '1'}, {'id': 'a', 'value': '2'}]", "a.=2 a=2"},
+    {"incomplete sounds", "[{'id': 'a'}, 'a', 5, {'value': 'v'}, {'id': 'b', 'value': 'c%'}]", "b.=c% b=c%"},
+    {"other types", "[{'id': 5, 'value': 'v'}, {'id': 'a', 'value': 5}]", ".=v =v a.= a="},
     {"no array", "{'id': 'a', 'value': 'v'}", ""}};
 
 QString soundsFileName() { return QCoreApplication::applicationDirPath() + u("/../share/tts/common.json"); }
@@ -88,7 +88,7 @@ class SpeechCommonTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    // An empty table of brand sounds for each test.
+    // Each test starts with an empty table of brand sounds.
     void init() {
         QFile::remove(soundsFileName());
         log.emplace();
@@ -126,7 +126,7 @@ private Q_SLOTS:
             const auto isOfForm = [&pattern](const auto& row) { return pattern.match(u(row.input)).hasMatch(); };
             QVERIFY2(std::any_of(std::begin(prompts), std::end(prompts), isOfForm), qPrintable(pattern.pattern()));
             const QRegularExpressionMatch match = pattern.match(form.written(u("t"), u("l"), u("g")));
-            // Without a genre, capture 0 is the whole.
+            // A form without a genre gives 0, the number of the whole match.
             QCOMPARE(match.captured(form.text) + match.captured(form.genre).right(1), u(form.genre != 0 ? "tg" : "t>"));
         }
     }
@@ -163,10 +163,10 @@ private Q_SLOTS:
         }
         table.sort();
         QCOMPARE(table.join(u(" ")), u(row.table));
-        QCOMPARE(log->takeTexts().size(), 1); // that the file was loaded
+        QCOMPARE(log->takeTexts().size(), 1); // one for loading the file
     }
 
-    void soundPathLoadsUntilThereIsSomething() {
+    void soundPathLoadsWhileTheTableIsEmpty() {
         const QString input = u("<text language=\"x\">ding.</text>");
         QCOMPARE(soundPath(u("ding")) + soundPath(u("ding")), QString());
         QCOMPARE(log->takeTexts().size(), 2); // the file was looked for twice
@@ -177,7 +177,7 @@ private Q_SLOTS:
         QCOMPARE(log->takeTexts().size(), 1);
         for (const PromptContext context : {GeneralContext, BrandSoundContext, A4AContext}) {
             QCOMPARE(described(PromptData::parse(input, context)), u("1 255 - /tyx"));
-            // A bare id is a brand sound in its own context only.
+            // An id without markup is a brand sound only in BrandSoundContext.
             QCOMPARE(
                 PromptData::parse(u("ding"), context).mode, context == BrandSoundContext ? PromptAudio : PromptText);
         }
@@ -196,7 +196,7 @@ private Q_SLOTS:
         }
     }
 
-    // This ends within the test's time only when the work is linear in the text.
+    // Exceeds the test's time limit unless the work is linear in the text.
     void longPrompts() {
         for (const PromptForm& form : promptForms) {
             const QString source = u(form.pattern.source);

@@ -4,17 +4,17 @@
 
 #include <type_traits>
 
-/** Gives @p value another one of its type. */
+/** Changes @p value to a different one. */
 inline void change(QDateTime& value) { value = QDateTime::fromSecsSinceEpoch(value.isValid() ? 2 : 1); }
 template <typename T> void change(T& value) {
     if constexpr (std::is_arithmetic_v<T> || std::is_enum_v<T>) {
         value = T(int(value) + 1);
     } else {
-        value.append(typename T::value_type()); // to a text, list or vector
+        value.append(typename T::value_type()); // a text, list or vector
     }
 }
 
-/** The bare name of a field: the compiler spells the template's argument in the signature. */
+/** The name of a field without its class, taken from the signature of this function. */
 template <auto field> QString nameOf() {
     const QString signature = u(static_cast<const char*>(__PRETTY_FUNCTION__));
     return signature.section(u("::"), -1).chopped(1);
@@ -25,12 +25,12 @@ struct Anything {
     template <typename T> operator T() const;
 };
 #pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmissing-field-initializers" // clang warns where a few fields are tried
+#pragma GCC diagnostic ignored "-Wmissing-field-initializers" // clang warns of too few values
 template <typename Record, typename... Values> auto isMadeOf(int) -> decltype(Record{Values()...}, std::true_type());
 template <typename Record, typename... Values> std::false_type isMadeOf(long);
 #pragma GCC diagnostic pop
 
-/** How many fields a record has; a base counts as one, and with a constructor the record has one at most. */
+/** The number of fields of a record. A base counts as one; a record with constructors gives one at most. */
 template <typename Record, typename... Values> constexpr int fieldCount() {
     if constexpr (decltype(isMadeOf<Record, Values..., Anything>(0))::value) {
         return fieldCount<Record, Values..., Anything>();
@@ -39,7 +39,7 @@ template <typename Record, typename... Values> constexpr int fieldCount() {
     }
 }
 
-/** What a printer writes, with the quoting that streams have by default; "|1" is streamed behind. */
+/** What a printer writes to a default stream, then "|" and 1, which show the spacing mode that it leaves. */
 template <typename Record> QString printed(const Record& record) {
     QString text;
     QDebug(&text) << record << "|" << 1;
@@ -52,8 +52,8 @@ auto printedIfPossible(const Record& record, int) -> decltype(std::declval<QDebu
 template <typename Record> QString printedIfPossible(const Record&, long) { return {}; }
 
 /**
- * The names of the fields that are unlike others, each with what is unlike: a field usually starts as zero or empty,
- * counts in comparisons, is printed if the record has a printer, and stands behind the field before it.
+ * The names of unusual fields, each with the difference. A usual field starts as zero or empty, counts in comparisons,
+ * is printed if the record has a printer, and is declared after the one before it in @p fields.
  */
 template <typename Record, auto... fields> QString unusualFields() {
     QStringList remarks;

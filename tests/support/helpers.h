@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QtTest> // and Qt Core
+#include <QtTest> // includes Qt Core
 
 #include <atomic>
 #include <cstdio>
@@ -14,7 +14,7 @@ inline QString u(const char16_t* text) { return QString::fromUtf16(text); }
 /** A text with " in place of each '. */
 inline QString quoted(const char* text) { return u(text).replace(QLatin1Char('\''), QLatin1Char('"')); }
 
-/** Writes a file and the folders it lies in; false when that fails. */
+/** Writes a file and makes its folder. @return false if that fails */
 inline bool writeFile(const QString& fileName, const QByteArray& content) {
     QFile file(fileName);
     return QDir().mkpath(QFileInfo(fileName).path()) && file.open(QIODevice::WriteOnly)
@@ -29,26 +29,26 @@ inline QByteArray readFile(const QString& fileName) {
 /** The content of a file in tests/data. */
 inline QByteArray readData(const char* name) { return readFile(u(TEST_DATA "/") + u(name)); }
 
-/** Gives a test a row of data for each row of a table of structures that begin with a name. */
+/** Adds a data row for each row of a table, with the row's member "name" as its name. */
 template <typename Table> void addRows(const Table& table) {
     QTest::addColumn<int>("index");
     for (int i = 0; i < int(std::size(table)); ++i) { QTest::newRow(table[i].name) << i; }
 }
 
-/** The row of that table that the test is for. */
+/** The row of the table for which the test runs now. */
 template <typename Table> const auto& currentRow(const Table& table) {
     QFETCH(int, index);
     return table[index];
 }
 
-/** How often a randomised comparison runs, which it prints: 20,000 times by @p share unless ORV_TEST_ROUNDS says else. */
+/** Gives and prints the rounds of a randomised test: ORV_TEST_ROUNDS, by default 20,000, divided by @p share. */
 inline int testRounds(int share = 1) {
     const int rounds = qMax(1, qEnvironmentVariable("ORV_TEST_ROUNDS", QStringLiteral("20000")).toInt() / share);
     std::printf("ROUNDS : %s %d\n", QTest::currentTestFunction(), rounds);
     return rounds;
 }
 
-/** Up to @p most of the fragments in a row; few kinds of them in one text, so that rare neighbours meet. */
+/** Up to @p most fragments, joined. A text uses only some of the fragments, so that rare neighbours meet. */
 inline QString randomText(QRandomGenerator& random, const QStringList& fragments, int most) {
     QStringList chosen;
     for (int kinds = random.bounded(1, int(fragments.size())); kinds > 0; --kinds) {
@@ -61,7 +61,7 @@ inline QString randomText(QRandomGenerator& random, const QStringList& fragments
     return text;
 }
 
-/** Whether @p holds is true in all rounds of all threads; its argument is the number of the thread. */
+/** Whether @p holds gives true in all rounds of all threads; its argument is the number of the thread. */
 template <typename Condition> bool isAlwaysTrue(int threadCount, int rounds, Condition holds) {
     std::atomic<int> count{0};
     std::vector<std::thread> threads;

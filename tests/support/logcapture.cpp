@@ -13,7 +13,7 @@ struct Line {
     QString function;
     QString category;
 
-    /** Where it was written, or that this is not where the source does write a line. */
+    /** The context; its file gets a remark if the source logs nothing on that line. */
     QString context() const {
         const QByteArray source = readFile(u(TEST_SOURCES) + file).split('\n').value(number - 1);
         const QString place = source.contains("ORV_LOG") ? file : file + u(":%1 writes no line").arg(number);

@@ -2,16 +2,16 @@
 
 #include <QtCore>
 
-/** Keeps the log lines of all threads from the program's own output while it lives; one at a time. */
+/** Captures the log lines of all threads instead of printing them. Only one object may exist at a time. */
 class LogCapture {
 public:
     LogCapture();
     ~LogCapture();
 
-    /** What was written since the last call, each line as "warning: text". */
+    /** The lines since the last call, each as "warning: text". */
     QStringList takeTexts() { return take(false); }
 
-    /** The same with the context behind: "warning: text (file, function, category)"; checks the line in the file. */
+    /** The same with the context: "warning: text (file, function, category)". Notes a wrong line number. */
     QStringList takeLines() { return take(true); }
 
 private:

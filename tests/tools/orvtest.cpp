@@ -11,7 +11,7 @@
 
 constexpr bool isEmulated = sizeof TEST_EMULATOR > 1;
 
-/** What lies in the folder of the commands. */
+/** The files in the folder where the commands run. */
 const struct {
     const char* name;
     QByteArray content;
@@ -31,7 +31,7 @@ const struct {
     {"changed.json", R"([{"filePath": "files/a", "type": 1, "checksum": "x"}, {"filePath": "gone", "type": 1},
             {"filePath": "files", "type": 1}])"}};
 
-/** A terminal: what programs show is read from it, what is written to it is typed. */
+/** A terminal: the test reads what programs print and writes what a user types. */
 struct Terminal : QFile {
     Terminal() { open(posix_openpt(O_RDWR | O_NOCTTY), ReadWrite | Unbuffered, AutoCloseHandle); }
     QString name() const { return grantpt(handle()) + unlockpt(handle()) == 0 ? u(ptsname(handle())) : QString(); }
@@ -46,8 +46,8 @@ private Q_SLOTS:
         for (const auto& file : files) { QVERIFY(writeFile(folder.filePath(u(file.name)), file.content)); }
         QVERIFY(QDir(folder.path()).mkdir(u("bin")) && QFile::copy(u(ORV_PROGRAM), folder.filePath(u("bin/orv"))));
 
-        // Held for long, and on a file system where the lock file is all there is of a lock. The other tests run while
-        // these wait.
+        // A lock that is a day old, and only a file: some file systems have no other locks. The commands that wait for it
+        // do so while the other tests run.
         const QByteArray process = QByteArray::number(QCoreApplication::applicationPid());
         QVERIFY(QFile::link(folder.filePath(u("locked/store.json")), folder.filePath(u("link.json"))));
         QFile lock(folder.filePath(u("locked/store.json.lock")));
@@ -55,7 +55,7 @@ private Q_SLOTS:
         lock.write(process + "\norvtest\n" + QSysInfo::machineHostName().toUtf8() + "\n");
         QVERIFY(
             lock.flush() && lock.setFileTime(QDateTime::currentDateTime().addDays(-1), QFile::FileModificationTime));
-        // Waits at its second block, as nobody reads its output.
+        // Its second block waits, because nobody reads the output.
         QVERIFY(writeFile(folder.filePath(u("large.z")), qCompress(QByteArray(1 << 18, 'x'), 0).mid(4)));
         slowOutput.setStandardErrorFile(slowTerminal.name());
         start(slowOutput, "inflate large.z");
@@ -64,9 +64,9 @@ private Q_SLOTS:
     }
 
     void answers_data() {
-        QTest::addColumn<QMap<char, QByteArray>>("lines"); // by their mark
+        QTest::addColumn<QMap<char, QByteArray>>("lines"); // by mark
         QStringList blocks = u(readData("orv.txt") + transcripts("../../docs/formats.md")).split(u("\n$"));
-        auto number = blocks.takeFirst().count(QLatin1Char('\n')) + 2; // of the line
+        auto number = blocks.takeFirst().count(QLatin1Char('\n')) + 2; // of the block's first line
         for (const QString& block : qAsConst(blocks)) {
             QMap<char, QByteArray> lines;
             for (const QByteArray& line : ('$' + block.toUtf8()).split('\n')) {
@@ -94,7 +94,7 @@ private Q_SLOTS:
         if (words.contains(u("--json"))) { checkShapes(words, result.output); }
     }
 
-    void everyFormOfMarkupIsToldOf() {
+    void everyFormOfMarkupIsDocumented() {
         for (const PromptForm& form : promptForms) {
             const bool isPath = form.mode == PromptAudio || form.mode == PromptFile;
             const QString text = form.rule == BrandSoundRule ? u("ID") : isPath ? u("PATH") : u("TEXT");
@@ -116,11 +116,11 @@ private Q_SLOTS:
     void updatesAtTheSameTime() {
         const QString store = folder.filePath(u("shared/store.json"));
         QVERIFY(writeFile(store, "[]") && QFile::link(store, folder.filePath(u("shared.json"))));
-        QVERIFY(writeFile(store + u(".lock"), "999999999\norv\n\n")); // its process has ended
+        QVERIFY(writeFile(store + u(".lock"), "999999999\norv\n\n")); // of a process that has ended
         ChildProcess updates[4];
         for (int i = 0; i < 4; ++i) {
             const QString data = folder.filePath(u("shared/%1").arg(i));
-            QVERIFY(writeFile(data, {}) && QFile::resize(data, 8'000'000)); // all have begun before the first ends
+            QVERIFY(writeFile(data, {}) && QFile::resize(data, 8'000'000)); // large: all start before the first ends
             const QByteArray name = i % 2 ? "shared.json" : "shared/store.json";
             start(updates[i], "checksum update --store " + name + " shared/" + QByteArray::number(i));
         }
@@ -128,7 +128,7 @@ private Q_SLOTS:
             QVERIFY(update.waitForFinished());
             QCOMPARE(update.readAllStandardOutput(), QByteArray("1 new, 0 changed, 0 unchanged\n"));
         }
-        QCOMPARE(orv("checksum verify --store shared.json shared").output, QByteArray()); // nor is another file left
+        QCOMPARE(orv("checksum verify --store shared.json shared").output, QByteArray()); // no other file is left
     }
 
     void namesThatAreNotUtf8() {
@@ -141,10 +141,10 @@ private Q_SLOTS:
             QVERIFY(result.error.startsWith("orv: names/a\\xe9-: the name is not valid UTF-8\n"));
             QCOMPARE(result.exitCode, 2);
         }
-        QCOMPARE(std::remove((data + "/a\xE9-").constData()), 0); // QTemporaryDir does not see it
+        QCOMPARE(std::remove((data + "/a\xE9-").constData()), 0); // QTemporaryDir cannot
     }
 
-    // What the schema of SARIF 2.1.0 requires, and the same findings as otherwise.
+    // The output has what the schema of SARIF 2.1.0 requires, and the findings of --json.
     void findingsAsSarif() {
         QVERIFY(writeFile(folder.filePath(u("sarif/ü %.txt")), "<TEXT>ä</TEXT>\n\xFF\n<text></text>"));
         const QJsonObject log = QJsonDocument::fromJson(orv("check prompts sarif prompts --sarif").output).object();
@@ -190,7 +190,7 @@ private Q_SLOTS:
             QByteArray("prompts/a.txt 1 17 warning:\nprompts/a.txt 2 1 warning:\nprompts/deep/b.txt 1 1 warning:\n"));
     }
 
-    // What the library speaks whole, tags included, is what the checks say so of.
+    // The checks report exactly the prompts that the library speaks whole, with their tags.
     void checksAgreeWithTheLibrary() {
         QRandomGenerator random(1);
         const QStringList fragments{u("<text>"), u("</text>"), u("<text language=\"de_DE\">"), u("<audio path=\"a\"/>"),
@@ -263,27 +263,27 @@ private Q_SLOTS:
         }
     }
 
-    // The last, as it looks at what began first.
-    void waits() {
+    // Runs last: checks the commands that initTestCase() started.
+    void waitingCommands() {
         const QString refusal = u("orv: \"link.json\" is locked by process %1 (orvtest) on %2; if that has ended, "
                                   "remove \"%3\"\n");
         const QString process = QString::number(QCoreApplication::applicationPid());
         for (ChildProcess& writer : lockedOut) {
             QVERIFY(writer.state() == QProcess::NotRunning || writer.waitForFinished());
-            // Under an emulator, the holder looks like another program, so its lock counts as left over.
+            // Under an emulator, the holder looks like another program, so its lock counts as stale.
             if (isEmulated) { continue; }
             QCOMPARE(u(writer.readAllStandardError()),
                 refusal.arg(process, QSysInfo::machineHostName(), folder.filePath(u("locked/store.json.lock"))));
             QCOMPARE(writer.exitCode(), 2);
         }
-        QVERIFY(slowOutput.waitForFinished()); // for more than the second after which a bar is drawn
+        QVERIFY(slowOutput.waitForFinished()); // has waited for the second before a bar is drawn
         const QString bar = u("^\r\\[#{19} {21}\\]  49 %  0\\.\\d MB/s  0:\\d\\d left\033\\[K");
         const QString screen = u(slowTerminal.readAll());
         QVERIFY2(screen.contains(QRegularExpression(bar)) && screen.endsWith(u("\r\033[K")), qPrintable(screen));
     }
 
 private:
-    /** The words of a command, none of which holds a blank. */
+    /** The words of a command, separated by blanks. */
     static QStringList split(const QByteArray& command) {
         return command.isEmpty() ? QStringList() : u(command).split(QLatin1Char(' '));
     }
@@ -295,7 +295,7 @@ private:
         return runChild(split(command), u(ORV_PROGRAM), input, folder.path());
     }
 
-    /** Finds each object in docs/json.md by the names and types of its fields. */
+    /** Checks that docs/json.md has each object, with the names and types of its fields. */
     void checkShapes(const QStringList& words, const QByteArray& output) {
         const QString command = words[0] == u("checksum") ? u("checksum ") + words[1] : words[0];
         const QString page = u(readData("../../docs/json.md")).section(u("\n## orv ") + command + u("\n"), 1, 1);
@@ -322,11 +322,11 @@ private:
         }
     }
 
-    /** The transcripts of a page; its other samples have names, behind their language, and are written as files. */
+    /** The transcripts of a page. Samples with a name after their language are no transcripts: writes them as files. */
     QByteArray transcripts(const char* page) {
         QByteArray result;
         const QStringList pieces = u(readData(page)).split(u("\n```"));
-        for (int i = 1; i < pieces.size(); i += 2) { // between them stands text
+        for (int i = 1; i < pieces.size(); i += 2) { // every second piece is a sample
             const QString name = pieces[i].section(QLatin1Char('\n'), 0, 0).section(QLatin1Char(' '), 1);
             const QByteArray content = pieces[i].section(QLatin1Char('\n'), 1).toUtf8() + '\n';
             name.isEmpty() ? void(result += content) : void(writeFile(folder.filePath(name), content));

@@ -32,9 +32,9 @@ private Q_SLOTS:
             unusualFields<Result, &Result::aux1, &Result::aux2, &Result::aux3, &Result::aux4, &Result::descriptors>(),
             unusualFields<Item, &Item::aux1, &Item::aux2, &Item::values, &Item::descriptors>(),
             unusualFields<Context, &Context::mode, &Context::locations, &Context::aux>()};
-        // The type 0 is no list's.
+        // The default dataType, 0, does not select the list.
         QCOMPARE(remarks.join(QString()), u("stringList is ignored, 3 more are not named"));
-        QCOMPARE(NavigationRequest().reserved, quint32(0)); // alone is not printed
+        QCOMPARE(NavigationRequest().reserved, quint32(0)); // the only field that is not printed
     }
 
     void dataTypeSelectsThePayload() {
@@ -64,11 +64,11 @@ private Q_SLOTS:
         Descriptor descriptor;
         QCOMPARE(descriptor.dataToString(), QString());
         const char letters[] = {'a', 'b', 'c'};
-        descriptor.rawData = QByteArray::fromRawData(letters, 2); // without a NUL behind
+        descriptor.rawData = QByteArray::fromRawData(letters, 2); // not terminated by a NUL
         QCOMPARE(descriptor.dataToString(), u("ab"));
     }
 
-    void listsTravelInVariants() {
+    void variantsHoldLists() {
         const QVariant variant = QVariant::fromValue(QList<Descriptor>{Descriptor()});
         QCOMPARE(variant.value<QSequentialIterable>().size(), 1);
     }

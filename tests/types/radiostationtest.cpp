@@ -8,12 +8,12 @@ namespace {
 
 using Genre = RadioStation::Genre;
 
-// Read while this program's own statics are set up, after the library was loaded.
+// Read before main(), when the library is already loaded.
 const QVector<int> typeIds{QMetaType::type("Language"), QMetaType::type("QList<Language>"),
     QMetaType::type("PromptData"), QMetaType::type("RadioType"), QMetaType::type("RadioStation"),
     QMetaType::type("RadioStation::Genre")};
 
-/** Names of categories, with the genres that they give. */
+/** Category names, joined by ",", and their genres. */
 const struct {
     const char* name;
     QVector<int> genres;
@@ -21,7 +21,7 @@ const struct {
     {"jzz/stndrd/clscl", {5, 20}}, {"news/politics", {28, 31}}, {"news/POLITICS,News/PublicRadio", {28, 31}},
     {"Rock ,", {0}}, {"Rock,More,no such,rock", {0, 35}}};
 
-/** A station with all fields set, of which conversions keep some and zero others. */
+/** A station with all fields set except the type. Conversions keep some fields and reset others. */
 RadioStation fullStation() {
     RadioStation station;
     station.name = station.pronunciation = station.readOut = u("p");
@@ -32,7 +32,7 @@ RadioStation fullStation() {
     return station;
 }
 
-/** What a full station is after the assignment of a record. */
+/** A full station to which a record was assigned. */
 template <typename Record> RadioStation converted(const Record& record) {
     RadioStation station = fullStation();
     station = record;
@@ -73,7 +73,7 @@ private Q_SLOTS:
         QCOMPARE(remarks.join(QString()), QString());
         const QString header = u(readFile(u(TEST_SOURCES "src/core/types/radiostation.h")));
         const QString fields = header.section(u("operator=="), -1).section(u("}\n\n"), 1).section(u("};"), 0, 0);
-        QCOMPARE(fields.count(QLatin1Char(';')), 12); // those above, as a class with constructors does not tell
+        QCOMPARE(fields.count(QLatin1Char(';')), 12); // those above; fieldCount() cannot count beside constructors
     }
 
     void caseAndOrderInEquality() {
@@ -86,7 +86,7 @@ private Q_SLOTS:
         other.shortName = other.name = u("Ä");
         other.categoryNames = QStringList{u("b"), u("b"), u("a")};
         QVERIFY(channel == other);
-        QCOMPARE(channel.categoryNames.first(), u("b")); // comparing left it as it was
+        QCOMPARE(channel.categoryNames.first(), u("b")); // comparing has not sorted it
         other.categoryNames = QStringList{u("b"), u("A"), u("b")};
         QVERIFY(!(channel == other));
         RadioStation station = fullStation();
@@ -126,9 +126,9 @@ private Q_SLOTS:
                    "channelNumber: 5 }|1"));
     }
 
-    // The client's listing of all genres shows the entries of the tables.
+    // Checks the look-ups; the client's listing of all genres shows the entries of the tables.
     void programTypes() {
-        for (quint8 code = 0; code <= 32; ++code) { // the last is in neither
+        for (quint8 code = 0; code <= 32; ++code) { // no table has the last
             const WaveBand rds{0, {}, 0, 0, 0, 0, code};
             const WaveBand rbds{0, {}, 0, 0, 0, 2, code};
             QCOMPARE(converted(rds).genres, QVector<Genre>{rdsGenreToTyxGenreHash.value(code)});

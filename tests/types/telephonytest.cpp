@@ -16,7 +16,7 @@ private Q_SLOTS:
         QCOMPARE((unusualFields<DeviceMap, &DeviceMap::deviceId, &DeviceMap::aux1, &DeviceMap::aux2>()), QString());
         DeviceMap device;
         device.deviceId = "";
-        QVERIFY(device == DeviceMap()); // empty and null
+        QVERIFY(device == DeviceMap()); // an empty id equals a null one
         device.deviceId = QByteArray("a\0b", 3);
         DeviceMap other = device;
         other.deviceId[2] = 'c';
