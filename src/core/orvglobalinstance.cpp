@@ -33,7 +33,7 @@ public:
 private:
     QHash<QByteArray, AbstractSingleton*> registry;
     QStack<QByteArray> order; // the newest on top; holds a name twice if it is registered twice
-    QReadWriteLock lock;      // tried only: no operation waits for another
+    QReadWriteLock lock;      // only tried: no operation waits for another
 };
 
 SingletonTrackerPrivate::~SingletonTrackerPrivate()
@@ -110,8 +110,8 @@ SingletonTracker::SingletonTracker()
 
 SingletonTracker::~SingletonTracker()
 {
-    // A plain pointer is not reset before the singletons are deleted, so one that calls back meets
-    // the lock. A smart pointer may already be null.
+    // A plain pointer is still set while the singletons are deleted, so a singleton that calls back
+    // finds the registry locked. A smart pointer may already be null.
     delete d;
 }
 

@@ -59,7 +59,7 @@ int main(int argc, char** argv)
     QCoreApplication::setApplicationName(u"orv"_s);
     QCoreApplication::setApplicationVersion(QStringLiteral(ORVCORE_VERSION_STRING));
     // Arguments and file names are UTF-8 in every locale, even in "C".
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // which always uses UTF-8
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0) // Qt 6 always uses UTF-8
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 #endif
     std::setlocale(LC_CTYPE, "C.UTF-8"); // for the widths of characters

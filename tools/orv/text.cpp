@@ -27,7 +27,7 @@ QString counted(qint64 count, const char* thing)
 
 QVector<int> editDistances(const QString& a, const QString& b)
 {
-    QVector<int> row(b.size() + 1); // the distances of a start of a, which grows
+    QVector<int> row(b.size() + 1); // the distances of the first i characters of a, in each round
     std::iota(row.begin(), row.end(), 0);
     for (int i = 0; i < a.size(); ++i) {
         int diagonal = row[0];

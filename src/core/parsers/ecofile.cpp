@@ -92,7 +92,7 @@ Fields splitFields(const QString& line, QChar separator)
     return fields;
 }
 
-/** The field without one each of a leading semicolon, blank and quote, and a trailing quote. */
+/** Removes a leading semicolon, blank and quote, one each in this order, and a trailing quote. */
 QStringView unquoted(QStringView field)
 {
     // Always the semicolon: other separators stay, which is intended.

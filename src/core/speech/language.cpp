@@ -10,7 +10,7 @@ namespace {
 
 using Size = QByteArray::size_type;
 
-/** Static data of a byte array: making an array of it neither allocates nor counts references. */
+/** Static bytes: a byte array made from them neither allocates nor counts references. */
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 struct StaticBytes
 {

@@ -92,7 +92,7 @@ bool writeInPlace(const QString& fileName, const QByteArray& content)
     return file.open(QIODevice::WriteOnly) && write(file, content);
 }
 
-/** Whether a new file beside @p target can be made and has the same user and group. */
+/** Whether the folder of @p target is writable and gives a new file the same user and group. */
 bool wouldKeepOwner(const QFileInfo& target)
 {
     if (!QFileInfo(target.canonicalPath()).isWritable()) {
@@ -127,7 +127,7 @@ bool replaceFile(const QString& fileName, const QByteArray& content)
     if (!write(file, content)) {
         return false;
     }
-    // A folder may allow a new file but not replacing this one.
+    // A folder may allow making a file but not replacing this one.
     return file.commit()
            || (file.error() == QFileDevice::RenameError && writeInPlace(fileName, content));
 }

@@ -125,8 +125,8 @@ public:
      * hard links keep the old content. A file watcher must add the file again.
      *
      * A file that cannot be replaced is written in place: a device, a file of another user or
-     * group, a file in a folder without write permission, or a file whose name is too long
-     * for a new file beside it, which has a longer one.
+     * group, a file in a folder without write permission, or a file whose name is so long that the
+     * new file cannot have a longer one.
      *
      * Failure logs one warning and keeps the old file; a file written in place may be truncated.
      */

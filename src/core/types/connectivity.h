@@ -18,8 +18,8 @@ class QDebug;
 struct NetworkPermission
 {
     QString url;     ///< of the main online speech service
-    QString poiUrl;  ///< of the POI service, as the other fields with this prefix
-    QString httsUrl; ///< of the HTTS service, as the other fields with this prefix
+    QString poiUrl;  ///< of the POI service, like the other fields with this prefix
+    QString httsUrl; ///< of the HTTS service, like the other fields with this prefix
     QString proxyUsername;
     QString proxyPassword;
     QString proxyAddress; ///< the host
@@ -79,7 +79,7 @@ public:
     /** The reported value, which may be any number. */
     SignalStrength strength() const;
 
-    /** The error rate as the source sends it, if positive; 0 or less means none or none reported. */
+    /** The error rate as the source sends it; 0 or less means no errors, or none reported. */
     int errorRate() const;
 
     bool operator==(const SignalQuality& other) const;

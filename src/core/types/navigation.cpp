@@ -197,7 +197,7 @@ QDebug& operator<<(QDebug& stream, const DatabaseVersionResult& result)
 
 QDebug& operator<<(QDebug& stream, const NavigationRequest& request)
 {
-    // The mode's printer turns spacing mode on; the blanks after the later items are interface.
+    // The mode's printer turns spacing mode on. Services rely on the blanks after the later items.
     stream.nospace() << "NavigationRequest {"
                      << " mode: " << request.mode << ", intentGroup: " << request.intentGroup
                      << ", isVoiceInputActive: " << request.isVoiceInputActive

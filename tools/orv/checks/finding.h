@@ -51,7 +51,7 @@ struct RuleText
     const char* text;     ///< one line of at most 54 characters
 };
 
-/** By the values of Rule. */
+/** Indexed by Rule. */
 extern const RuleText ruleTexts[int(Rule::RuleCount)];
 
 /** A mistake that the library does not report. */

@@ -42,7 +42,7 @@ PromptData parsed(QString prompt, PromptContext context)
     if (isPath && result.text.startsWith(nowhere)) {
         result.text.remove(0, nowhere.size());
     }
-    result.text.replace(attribute + nowhere, attribute); // also where markup became text or a path
+    result.text.replace(attribute + nowhere, attribute); // also in attributes within a text or path
     return result;
 }
 
@@ -149,7 +149,7 @@ std::pair<Size, Size> extentOf(
     const QString& prompt, PromptContext context, const PromptData& meaning)
 {
     const auto meansTheSame = [context, &meaning](QString part) {
-        if (meaning.mode == PromptFile) { // a part must not become a sound beside the file
+        if (meaning.mode == PromptFile) { // a part must not be read as a brand sound
             part.replace(u"<text "_s, u"<- "_s);
         }
         const PromptData other = parsed(part, context);
@@ -169,7 +169,7 @@ std::pair<Size, Size> extentOf(
     return {begin, end == closing.end() ? prompt.size() : *end + 1};
 }
 
-/** Where a text has the start of an inline tag without being one; or -1. */
+/** The position of the start of an inline tag without the rest; -1 if there is none. */
 Size brokenInlineTag(const QString& text)
 {
     const QString opening = u"\\!\\"_s;
@@ -267,7 +267,7 @@ struct PromptCheck
                 u"\"<\" will be read aloud: it does not start a tag"_s);
         } else if (!isSpokenWhole(withoutBlanksInValues(markup), context)) {
             const Size end =
-                blankInValue.match(markup).capturedEnd(); // none for a blank that is not ASCII
+                blankInValue.match(markup).capturedEnd(); // -1 for a blank that is not ASCII
             add(end > 0 ? end - 1 : markup.indexOf(u'<'), Rule::BlankInPath,
                 start + u"a path or language holds a blank"_s);
         } else if (isGeneral || (context != A4AContext && !isSpokenWhole(markup, A4AContext))) {

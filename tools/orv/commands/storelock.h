@@ -5,11 +5,11 @@
 
 /**
  * The path of the lock file of a checksum store, which may not exist yet. It is beside the file
- * itself, so all links to the file share one lock. Null if there is no such folder.
+ * itself, so all links to the file share one lock. Null if that folder does not exist.
  */
 QString lockFileOf(const QString& storeFile);
 
-/** While it exists, no other process can lock the store. */
+/** Holds the lock of a store: no other process can lock it meanwhile. */
 class StoreLock
 {
 public:

@@ -1,9 +1,9 @@
-# Completion of orv for bash. The program itself says what may stand where.
+# Completion of orv for bash. The program itself lists the candidates.
 _orv()
 {
     local word words=() offered
     for word in "${COMP_WORDS[@]:1:COMP_CWORD}"; do
-        [[ $word == = ]] || words+=("$word") # bash makes a word of the "=" in --language=de_DE
+        [[ $word == = ]] || words+=("$word") # in --language=de_DE, bash takes "=" as a word
     done
     [[ $word != = ]] || words+=('')
     word=${words[-1]}

@@ -1,4 +1,4 @@
-# Completion of orv for fish. The program itself says what may stand where.
+# Completion of orv for fish. The program itself lists the candidates.
 function __orv_offered
     set -l words (commandline -opc) (commandline -ct)
     set -l offered (command orv complete $words[2..-1] 2>/dev/null)
