@@ -71,7 +71,7 @@ def check_includes():
 
 
 def check_rooms():
-    """The layers of the client: each includes only layers below it, and the checks only the listed files of them."""
+    """The layers of the client: each includes only layers below it, and the checks only the listed files."""
     block = re.search(r'^```rooms\n(.*?)^```', pathlib.Path('docs/architecture.md').read_text(), re.M | re.S)[1]
     told = {room: set(others) for room, *others in map(str.split, block.splitlines())}
     found = {room: set() for room in told}

@@ -76,8 +76,8 @@ def enumeration(node, name):
 
 
 note_scopes(tree.getroot(), '')
-# Types as they are declared: "size_t" stands for another type on each architecture. Constructors and destructors stay as
-# they are: some calling conventions give them a result.
+# Signatures with types as declared: "size_t" is a different type on each architecture. Constructors and destructors keep
+# their demangled names, because some calling conventions give them a result.
 signatures = {}
 for function in tree.iter('function-decl'):
     if not re.search('[CD][0-3]E', function.get('mangled-name', 'C1E')):
@@ -88,7 +88,7 @@ for function in tree.iter('function-decl'):
 mangled = [symbol.get('name') for symbol in tree.iter('elf-symbol') if symbol.get('is-defined') == 'yes']
 names = demangled(mangled)
 
-# An exported declaration names the word before its parameters, ";" or "{".
+# The name in an exported declaration is the word before the parameters, ";" or "{".
 declared = set()
 for header in headers:
     for declaration in re.findall(r'ORVCORE_EXPORT\s+((?:[^;{(:]|::)*)', re.sub(r'//.*', '', header.read_text())):
