@@ -42,7 +42,7 @@ QByteArray encoded(const QString& text, int size, bool isBigEndian) {
 }
 
 const QByteArray head = "\xEF\xBB\xBF#Column a\n";    // the byte order mark overrides the locale
-const QByteArray block(16384 - head.size() - 1, 'x'); // with head, a byte less than Qt's block
+const QByteArray block(16384 - head.size() - 1, 'x'); // with head, one byte short of Qt's block
 const QString table = QChar(QChar::ByteOrderMark) + u("#Column a\n ä😀\n");
 const struct {
     const char* name;

@@ -56,13 +56,13 @@ bool isNewFileRefused = false;
 
 } // namespace
 
-// Replaces the system's function, also in Qt. Fails as it does for a mount point, which cannot be replaced.
+// Replaces the system's function, also in Qt. Can fail as for a mount point, which cannot be replaced.
 int rename(const char* from, const char* to) noexcept {
     errno = EBUSY;
     return isRenamingRefused ? -1 : reinterpret_cast<decltype(&rename)>(dlsym(RTLD_NEXT, "rename"))(from, to);
 }
 
-// Likewise. Fails as on a system without O_TMPFILE and, for a new file, as on a full disk.
+// Likewise. Fails as on a system without O_TMPFILE, and can fail for a new file as on a full disk.
 extern "C" int open64(const char* name, int flags, ...) {
     va_list arguments;
     va_start(arguments, flags);

@@ -46,8 +46,8 @@ private Q_SLOTS:
         for (const auto& file : files) { QVERIFY(writeFile(folder.filePath(u(file.name)), file.content)); }
         QVERIFY(QDir(folder.path()).mkdir(u("bin")) && QFile::copy(u(ORV_PROGRAM), folder.filePath(u("bin/orv"))));
 
-        // A lock that is a day old, and only a file: some file systems have no other locks. The commands that wait for it
-        // do so while the other tests run.
+        // A lock that is a day old, and only a file: some file systems have no other locks. The commands that wait for
+        // it do so while the other tests run.
         const QByteArray process = QByteArray::number(QCoreApplication::applicationPid());
         QVERIFY(QFile::link(folder.filePath(u("locked/store.json")), folder.filePath(u("link.json"))));
         QFile lock(folder.filePath(u("locked/store.json.lock")));
@@ -276,7 +276,7 @@ private Q_SLOTS:
                 refusal.arg(process, QSysInfo::machineHostName(), folder.filePath(u("locked/store.json.lock"))));
             QCOMPARE(writer.exitCode(), 2);
         }
-        QVERIFY(slowOutput.waitForFinished()); // has waited for the second before a bar is drawn
+        QVERIFY(slowOutput.waitForFinished()); // waited longer than the second before a bar is drawn
         const QString bar = u("^\r\\[#{19} {21}\\]  49 %  0\\.\\d MB/s  0:\\d\\d left\033\\[K");
         const QString screen = u(slowTerminal.readAll());
         QVERIFY2(screen.contains(QRegularExpression(bar)) && screen.endsWith(u("\r\033[K")), qPrintable(screen));

@@ -73,7 +73,7 @@ private Q_SLOTS:
         QCOMPARE(remarks.join(QString()), QString());
         const QString header = u(readFile(u(TEST_SOURCES "src/core/types/radiostation.h")));
         const QString fields = header.section(u("operator=="), -1).section(u("}\n\n"), 1).section(u("};"), 0, 0);
-        QCOMPARE(fields.count(QLatin1Char(';')), 12); // those above; fieldCount() cannot count beside constructors
+        QCOMPARE(fields.count(QLatin1Char(';')), 12); // those above; fieldCount() fails with constructors
     }
 
     void caseAndOrderInEquality() {
