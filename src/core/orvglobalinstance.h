@@ -18,8 +18,8 @@ public:
  * The registry of a process's singletons. It owns them and finds them by name. clear() and the exit
  * of the process delete them, newest first, so a destructor may use older singletons.
  *
- * No operation waits for another. Look-ups may overlap; in any other overlap, the later operation
- * ends the process with a fatal message that names the operation and, except for clear(), the
+ * No operation waits for another. If two operations overlap, unless both are look-ups, the later
+ * one ends the process with a fatal message that names the operation and, except for clear(), the
  * singleton. So register and remove singletons only at start-up and shut-down. A singleton's
  * destructor runs while the registry is locked: it must not call at(), insert(), erase() or clear().
  *

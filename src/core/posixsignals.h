@@ -39,8 +39,8 @@ class QSocketNotifier;
  * The socket holds a few hundred numbers. If it is full, the interrupted thread waits in the
  * handler until the event loop has read one. If that is the thread of the event loop, or the event
  * loop has ended, the process may hang until SIGKILL ends it. So do not set up a signal that may
- * arrive hundreds of times while the event loop is busy. Child processes inherit the sockets, which
- * stay open until the process ends. A child that does not call exec must not use the bridge.
+ * arrive hundreds of times while the event loop is busy. The sockets stay open until the process
+ * ends, and child processes inherit them. A child that does not call exec must not use the bridge.
  *
  * Exit codes:
  * - 1: a second request to quit; logs a warning
@@ -79,9 +79,9 @@ public Q_SLOTS:
     /**
      * The usual target of SIGTERM and SIGINT: quits the event loop. A second call calls exit(1).
      *
-     * If a signal starts the quitting and a second request to quit is already waiting, that request
-     * counts as the second call. A request that waits when the program itself calls this function
-     * does not. Other waiting signals are no longer handled.
+     * A request to quit that is already waiting counts as the second call if a signal started the
+     * quitting, but not if the program itself called this function. Other waiting signals are no
+     * longer handled.
      */
     void applicationQuit();
 

@@ -71,7 +71,7 @@ QStringView nextField(const QChar* begin, const QChar* end, QChar separator)
         if (position != first) {
             break;
         }
-        first = ++position; // nothing starts here
+        first = ++position; // a quote without a partner belongs to no field
     }
     return position == first ? QStringView() : QStringView(first, position);
 }

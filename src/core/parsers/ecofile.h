@@ -14,7 +14,7 @@
 
 /**
  * Reads "#ECO" table files. Lines that start with "#" declare the separator and the columns; every
- * other line is one row of separated fields. A field with a separator in it is quoted.
+ * other line is one row of separated fields. A quoted field may contain separators.
  *
  *     #ECO 1.0 UTF-8;
  *     #Separator 3B
@@ -99,7 +99,7 @@ public:
      * - `#Column NAME`
      *
      * Single blanks separate the words. A line with more or fewer words, or with any other start,
-     * is ignored.
+     * is ignored; a longer first word, such as `#Columns`, counts as the shorter one.
      */
     void parseHeaderLine(const QString& line);
 
@@ -116,7 +116,7 @@ private:
     Header headerData;
     QList<Row> rowList;
     QHash<QString, int> placesByName; // of the distinct columns
-    QVector<int> columnPlaces;        // of each declared column, its place among the distinct ones
+    QVector<int> columnPlaces;        // by declared column: its place among the distinct ones
     int droppedLines = 0;             // by the last parse()
 };
 

@@ -128,8 +128,8 @@ public:
      *
      * A tag matches `\\!(\\)(\S+)=(\S+)(\\)(\s)`, a reset `\\!(\\)(rst)(\\)(\s)`. Both end with the
      * run of non-blanks in which they start. So a run contains at most one of them, and text after
-     * the last blank contains none. If a run ends with a reset, a tag would start before the reset,
-     * which clears it.
+     * the last blank contains none. If a run ends with a reset, any tag in it starts before the
+     * reset, which clears it.
      */
     void update(std::u16string_view sentence, Size openings)
     {

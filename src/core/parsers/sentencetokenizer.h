@@ -28,12 +28,13 @@ public:
      * all other languages, a terminator ends it only before white space or the end of the text, and
      * not after an ordinal number ("3. Mai") or before a letter that is not upper case ("ca.
      * zehn"). A sentence of fewer than 10 UTF-16 code units is merged with the shorter of its
-     * neighbours; in those other languages, so is one of fewer than 5 blanks. A blank joins the
+     * neighbours; in those other languages, so is one with fewer than 5 blanks. A blank joins the
      * two, except in Chinese and Japanese.
      *
      * The text may carry inline tags of the engine, such as `\!\vol=80\` and a blank. Those in
-     * force at the end of a sentence (the last of each name; "lang", "vol", "rate", "toi", "domain"
-     * or any other) are repeated at the start of the next, until `\!\rst\` and a blank reset them.
+     * force at the end of a sentence are repeated at the start of the next: the last "domain",
+     * "toi", "rate", "vol" and "lang", in this order, then the last tag of any other name, until
+     * `\!\rst\` and a blank reset them.
      *
      * Time and memory are linear in the text and the repeated tags. Writes one debug line, unless
      * the text is empty.

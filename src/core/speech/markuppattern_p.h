@@ -76,9 +76,9 @@ private:
     };
 
     /**
-     * Refuses patterns that would need backtracking. No `(\S+)` follows a `(.*)`, so the rest after
-     * a `(.*)` matches wherever its fixed texts follow. A fixed text with a blank precedes each
-     * `(\S+)`, so two runs of non-blanks never overlap, and each run is scanned once.
+     * Refuses patterns that would need backtracking. No `(\S+)` follows a `(.*)`, so what comes
+     * after a `(.*)` matches wherever its fixed texts stand in order. A fixed text with a blank
+     * precedes each `(\S+)`, so two runs of non-blanks never overlap, and each is scanned once.
      */
     constexpr void checkForm() const
     {

@@ -84,8 +84,8 @@ public:
     QByteArray checksum(const QString& filePath, Language language, ChecksumType type) const;
 
     /**
-     * Everything stored, by path, then language, then type. The keys are those that a written and
-     * reloaded store has: a path with a ";" comes as the default key.
+     * All entries, sorted by path, language and type. A path with a ";" gives the default key, as
+     * after writing and reloading the store.
      */
     QList<Entry> entries() const;
 
@@ -108,8 +108,8 @@ public:
     static QByteArray generateChecksum(const QString& filePath);
 
     /**
-     * The same; @p isRead becomes whether the file could be opened and read to its end, which
-     * distinguishes a missing file from an empty one.
+     * The same. Sets @p isRead to whether the file could be opened and read to its end: a missing
+     * file has the same digest as an empty one.
      */
     static QByteArray generateChecksum(const QString& filePath, bool& isRead);
 
@@ -126,7 +126,7 @@ public:
      *
      * A file that cannot be replaced is written in place: a device, a file of another user or
      * group, a file in a folder without write permission, or a file whose name is so long that the
-     * new file cannot have a longer one.
+     * new file's, which is longer, would exceed the limit of the system.
      *
      * Failure logs one warning and keeps the old file; a file written in place may be truncated.
      */

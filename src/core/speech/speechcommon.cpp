@@ -74,7 +74,7 @@ bool parseForms(const PromptForm* form, const PromptForm* end, const QString& in
     return false;
 }
 
-/** Sets @p prompt by the off-board markup in a file; false if the file has none. */
+/** Sets @p prompt by the off-board markup in a file; false if it has none or cannot be opened. */
 bool a4AParse(const QString& fileName, PromptData& prompt)
 {
     QFile file(fileName);

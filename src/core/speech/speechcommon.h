@@ -81,7 +81,7 @@ public:
      *     <text language="ISO">TEXT</text>                           text
      *
      * Any other string is a text prompt of the whole string. If it contains a "<", one warning is
-     * logged, except in BrandSoundContext. If an A4AContext file cannot be opened, one warning is
+     * logged, except in BrandSoundContext. If a file cannot be opened in A4AContext, one warning is
      * logged, and the prompt is the file. Only a tts tag sets the language (#InvalidLanguage for an
      * unknown ISO code). Brand sounds are known after soundPath() or loadBrandSounds() has run.
      *

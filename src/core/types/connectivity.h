@@ -60,7 +60,7 @@ inline QDebug& operator<<(QDebug&& stream, const NetworkPermission& permission)
 class ORVCORE_EXPORT SignalQuality
 {
 public:
-    /** Levels above Usable are usable too. */
+    /** Levels above Usable are usable too, except NotKnown. */
     enum SignalStrength : int
     {
         NotReported = -1,

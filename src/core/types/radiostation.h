@@ -133,7 +133,7 @@ struct ORVCORE_EXPORT ExtendedSatelliteRadioChannel : SatelliteRadioChannel
  *
  * Assigning a source's record copies the fields that a station has too, maps the programme type or
  * category names to genres (see radiogenre.h), and sets the fields of other sources to zero. It
- * does not change pronunciation and readOut.
+ * changes neither pronunciation nor readOut.
  */
 class ORVCORE_EXPORT RadioStation
 {
