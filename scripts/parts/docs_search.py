@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Adds the headings of the guides to the search index; doxygen adds only the titles of pages.
+"""Adds the headings of the guides and the names of the glossary to the search index; doxygen adds only titles of pages.
 
 usage: scripts/parts/docs_search.py, in the root of the tree
 """
@@ -14,7 +14,10 @@ letters = json.loads(re.search(r'indexSectionsWithContent =\s*\{\s*0: ("[^"]*")'
 for page in sorted(pathlib.Path('build/docs/html').glob('guide-*.html')):
     html = page.read_text()
     title = re.search(r'<div class="title">(.*?)</div>', html)[1]
-    for anchor, heading in re.findall(r'<a class="anchor" id="(guide-[\w-]+)"></a>\s*(.*?)</h[1-6]>', html):
+    headings = re.findall(r'<a class="anchor" id="(guide-[\w-]+)"></a>\s*(.*?)</h[1-6]>', html)
+    if page.stem == 'guide-glossary':
+        headings += [('', name) for names in re.findall(r'<td[^>]*>(.*?) *</td><td', html) for name in names.split(', ')]
+    for anchor, heading in headings:
         heading = re.sub(r'<.*?>', '', heading)
         letter = letters.find(heading[0].lower())
         if letter < 0:

@@ -124,7 +124,7 @@ ORVCORE_EXPORT QByteArray convertLanguageIdToString(const Language& language);
 /**
  * The language whose string id is @p string; any one of them if several share it.
  *
- * @return #NoLanguage for an unknown string; the fixed codes give #InvalidLanguage
+ * @return NoLanguage for an unknown string; the fixed codes give #InvalidLanguage
  */
 ORVCORE_EXPORT Language convertStringToLanguageId(const QByteArray& string);
 
