@@ -1,47 +1,55 @@
 #pragma once
 
 #include <functional>
+#include <limits>
 #include <string>
+#include <type_traits>
 #include <vector>
 
-/** The largest accepted ratios of our time to a peer's. */
-struct Target {
-    double each = 0;   ///< 0 if the peer is only shown
-    double median = 0; ///< over all inputs of the operation; 0 for no limit
+constexpr double unlimited = std::numeric_limits<double>::infinity();
+
+/** What to measure: any function. One with the result double measures itself and returns its seconds. */
+struct Run {
+    template <typename Function>
+    Run(Function measured)
+        : isSelfTimed(std::is_same_v<decltype(measured()), double>)
+        , function([measured]() mutable {
+            if constexpr (std::is_same_v<decltype(measured()), double>) {
+                return measured();
+            } else {
+                measured();
+                return 0.0;
+            }
+        }) {}
+
+    bool isSelfTimed;
+    std::function<double()> function;
 };
 
-/** One implementation of an operation. Returns the seconds it took if it measures them itself, otherwise 0. */
-struct Contender {
+/** Another implementation of an operation, and the largest accepted ratios of our time to its. */
+struct Peer {
     std::string name;
-    std::function<double()> run;
-    Target target = {};
+    Run run;
+    double target = unlimited;       ///< unlimited if the peer is only shown
+    double medianTarget = unlimited; ///< over all inputs of the operation
 };
 
 /** An operation of the library and its peers. */
 struct Comparison {
     std::string operation;
     std::string input;
-    std::function<double()> ours;
-    std::vector<Contender> peers; ///< at least one; the growth is compared with the first
-    long allocationLimit = -1;    ///< largest number of heap allocations of one call; -1 for no limit
-    bool isSelfTimed = false;
+    Run ours;
+    std::vector<Peer> peers;             ///< at least one; the growth is compared with the first
+    double allocationsLimit = unlimited; ///< on the heap, in one call
 
     // For an operation with inputs of several sizes:
     std::string series = {};
-    double work = 0;    ///< in characters or rows
-    long heapLimit = 0; ///< largest heap use in bytes; 0 for no limit
+    double work = 0;              ///< in characters or rows
+    double heapLimit = unlimited; ///< largest heap use in bytes
 };
 
-/** @return the added comparison, to set further fields; valid until the next call */
-Comparison& addComparison(const Comparison& comparison);
-
-/** Makes the function of a contender from one without a result. */
-template <typename Function> std::function<double()> timed(Function function) {
-    return [function]() mutable {
-        function();
-        return 0.0;
-    };
-}
+/** Prepares the measurements of a comparison, unless the filter leaves it out. */
+void addComparison(const Comparison& comparison);
 
 // Each in the source file of that name.
 void addSplitting();

@@ -79,7 +79,7 @@ void addInflating() {
         for (const bool isGzip : {false, true}) {
             const QByteArray data = compressed(isText ? text : noise, isGzip ? 15 + 16 : 15);
             addComparison({"inflate 64 MB", std::string(isText ? "text, " : "noise, ") + (isGzip ? "gzip" : "zlib"),
-                timed([data] { inflateByOrv(data); }), {{"zlib", timed([data] { inflateByZlib(data); }), {1.02}}},
+                [data] { inflateByOrv(data); }, {{"zlib", [data] { inflateByZlib(data); }, 1.02}},
                 10}); // all to set up the stream
         }
     }

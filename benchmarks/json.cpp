@@ -26,14 +26,14 @@ void addJson() {
             keys.append(isHit ? QStringLiteral("key3") : QStringLiteral("none"));
             const QString path = keys.join(QLatin1Char('/'));
             addComparison({"JsonPath::value", std::to_string(depth) + (isHit ? " deep, hit" : " deep, miss"),
-                timed([root, path] { root.value(path, 0); }), {{"chained QJsonObject", timed([object, keys] {
-                                                                    QJsonObject current = object;
-                                                                    for (int i = 0; i + 1 < keys.size(); ++i) {
-                                                                        current = current.value(keys[i]).toObject();
-                                                                    }
-                                                                    const QJsonValue value = current.value(keys.last());
-                                                                    return value.isUndefined() ? QJsonValue(0) : value;
-                                                                })}},
+                [root, path] { root.value(path, 0); },
+                {{"chained QJsonObject",
+                    [object, keys] {
+                        QJsonObject current = object;
+                        for (int i = 0; i + 1 < keys.size(); ++i) { current = current.value(keys[i]).toObject(); }
+                        const QJsonValue value = current.value(keys.last());
+                        return value.isUndefined() ? QJsonValue(0) : value;
+                    }}},
                 0});
         }
     }

@@ -36,29 +36,32 @@ void addLanguages() {
             languages.insert(known.last(), Language(value));
         }
     }
-    addComparison({"language to code", "all 35 values", timed([] {
-                       for (int value = 0; value <= Thai; ++value) {
-                           benchmark::DoNotOptimize(convertLanguageIdToIso(Language(value)));
-                       }
-                   }),
-        {{"static byte arrays, called", timed([] {
-              for (int value = 0; value <= Thai; ++value) { benchmark::DoNotOptimize(calledCodeOf(value)); }
-          }),
-             {1.5}},
-            {"inlined", timed([] {
-                 for (int value = 0; value <= Thai; ++value) { benchmark::DoNotOptimize(codeOf(value)); }
-             })}},
+    addComparison({"language to code", "all 35 values",
+        [] {
+            for (int value = 0; value <= Thai; ++value) {
+                benchmark::DoNotOptimize(convertLanguageIdToIso(Language(value)));
+            }
+        },
+        {{"static byte arrays, called",
+             [] {
+                 for (int value = 0; value <= Thai; ++value) { benchmark::DoNotOptimize(calledCodeOf(value)); }
+             },
+             1.5},
+            {"inlined",
+                [] {
+                    for (int value = 0; value <= Thai; ++value) { benchmark::DoNotOptimize(codeOf(value)); }
+                }}},
         0});
-    addComparison({"code to language", "all 34 codes", timed([] {
-                       for (const QByteArray& code : qAsConst(known)) {
-                           benchmark::DoNotOptimize(convertIsoToLanguageId(code));
-                       }
-                   }),
-        {{"QHash", timed([] {
-              for (const QByteArray& code : qAsConst(known)) {
-                  benchmark::DoNotOptimize(languages.value(code, InvalidLanguage));
-              }
-          }),
-            {1.0}}},
+    addComparison({"code to language", "all 34 codes",
+        [] {
+            for (const QByteArray& code : qAsConst(known)) { benchmark::DoNotOptimize(convertIsoToLanguageId(code)); }
+        },
+        {{"QHash",
+            [] {
+                for (const QByteArray& code : qAsConst(known)) {
+                    benchmark::DoNotOptimize(languages.value(code, InvalidLanguage));
+                }
+            },
+            1.0}},
         0});
 }

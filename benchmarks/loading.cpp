@@ -25,7 +25,6 @@ void addLoading() {
     for (const auto& row : rows) {
         addComparison({std::string("load, ") + row.process, row.binding,
             [row] { return load(ORV_LIBRARY, row.process, row.binding); },
-            {{"empty library", [row] { return load(EMPTY_LIBRARY, row.process, row.binding); }, {row.target}}}, -1,
-            true});
+            {{"empty library", [row] { return load(EMPTY_LIBRARY, row.process, row.binding); }, row.target}}});
     }
 }

@@ -1,96 +1,67 @@
-// Measures the library and its peers in turn, and prints tables of their times.
-// usage: orvbench [--brief] [--picture FILE] [FILTER]   --brief runs each operation once and prints no tables
+// Measures the library and its peers in turn, and writes their times and targets as JSON, for report.py.
+// usage: orvbench [--brief] [FILTER]   --brief runs each operation once
 
 #include "comparison.h"
 #include "heap.h"
-#include "summary.h"
 
 #include <benchmark/benchmark.h>
 
 #include <QCoreApplication>
 
 #include <cstdio>
-#include <map>
 #include <regex>
 
 #include <malloc.h>
+#include <unicode/uversion.h>
+#include <zlib.h>
 
 namespace {
 
-std::vector<Comparison> comparisons;
+bool isBrief = false;
+std::regex filter("");
+bool isEmpty = true;
 
-/** Keeps the median of each benchmark by its name, in nanoseconds. */
-class MedianKeeper : public benchmark::BenchmarkReporter {
-public:
-    bool ReportContext(const Context&) override { return true; }
-
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            if (run.run_type == Run::RT_Aggregate ? run.aggregate_name == "median" : run.repetitions < 2) {
-                medians[run.run_name.function_name] = run.GetAdjustedRealTime();
-            }
-        }
-    }
-
-    std::map<std::string, double> medians;
-};
-
-std::string keyOf(std::size_t index, const std::string& contender) { return std::to_string(index) + '|' + contender; }
-
-void registerContender(std::size_t index, const std::string& name, const std::function<double()>& run, bool isBrief) {
-    const Comparison& comparison = comparisons[index];
-    const bool isSelfTimed = comparison.isSelfTimed;
-    const std::string key = keyOf(index, name);
-    auto* const registered = benchmark::RegisterBenchmark(key.c_str(), [run, isSelfTimed](benchmark::State& state) {
+void add(const std::string& name, const Run& run, const benchmark::UserCounters& numbers) {
+    auto* const registered = benchmark::RegisterBenchmark(name.c_str(), [run, numbers](benchmark::State& state) {
         for (auto _ : state) {
-            const double seconds = run();
-            if (isSelfTimed) { state.SetIterationTime(seconds); }
+            const double seconds = run.function();
+            if (run.isSelfTimed) { state.SetIterationTime(seconds); }
         }
+        state.counters = numbers;
     });
-    registered->Unit(benchmark::kNanosecond)->Repetitions(isBrief ? 1 : 45);
+    registered->Repetitions(isBrief ? 1 : 45);
     if (isBrief) {
         registered->Iterations(1);
-    } else if (isSelfTimed) {
+    } else if (run.isSelfTimed) {
         registered->Iterations(5);
     } else {
         registered->MinTime(0.01);
     }
-    if (isSelfTimed) {
+    if (run.isSelfTimed) {
         registered->UseManualTime();
     } else {
         registered->UseRealTime();
     }
 }
 
-void registerAll(const std::regex& filter, bool isBrief) {
-    for (std::size_t i = 0; i < comparisons.size(); ++i) {
-        const Comparison& comparison = comparisons[i];
-        if (std::regex_search(comparison.operation + ' ' + comparison.series + ' ' + comparison.input, filter)) {
-            registerContender(i, "orv", comparison.ours, isBrief);
-            for (const Contender& peer : comparison.peers) { registerContender(i, peer.name, peer.run, isBrief); }
-        }
-    }
-}
-
-std::vector<Measurement> measurementsOf(const std::map<std::string, double>& medians) {
-    std::vector<Measurement> measurements;
-    for (std::size_t i = 0; i < comparisons.size(); ++i) {
-        const Comparison& comparison = comparisons[i];
-        const auto ours = medians.find(keyOf(i, "orv"));
-        if (ours == medians.end()) { continue; }
-        Measurement measurement{comparison, ours->second, {}, {}};
-        for (const Contender& peer : comparison.peers) { measurement.peers.push_back(medians.at(keyOf(i, peer.name))); }
-        if (!comparison.isSelfTimed) { // objects that are made once exist by now
-            measurement.heap = heapUseOf([&comparison] { comparison.ours(); });
-        }
-        measurements.push_back(measurement);
-    }
-    return measurements;
-}
-
 } // namespace
 
-Comparison& addComparison(const Comparison& comparison) { return comparisons.emplace_back(comparison); }
+void addComparison(const Comparison& comparison) {
+    if (!std::regex_search(comparison.operation + ' ' + comparison.series + ' ' + comparison.input, filter)) { return; }
+    isEmpty = false;
+    const std::string name = comparison.operation + '|' + comparison.series + '|' + comparison.input + '|';
+    benchmark::UserCounters numbers{{"work", comparison.work}, {"allocationsLimit", comparison.allocationsLimit},
+        {"heapLimit", comparison.heapLimit}};
+    if (!comparison.ours.isSelfTimed) {
+        comparison.ours.function(); // makes the objects that are made once
+        const HeapUse use = heapUseOf(comparison.ours.function);
+        numbers.insert({{"allocations", use.allocations}, {"heap", use.peak}});
+    }
+    add(name + "orv|", comparison.ours, numbers);
+    for (const Peer& peer : comparison.peers) {
+        add(name + peer.name + '|', peer.run, {{"target", peer.target}, {"medianTarget", peer.medianTarget}});
+    }
+}
 
 int main(int argc, char** argv) {
     QCoreApplication application(argc, argv);
@@ -98,42 +69,27 @@ int main(int argc, char** argv) {
     // Memory stays with the process: the allocation of pages by the system is not compared.
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
-    bool isBrief = false;
-    const char* picture = nullptr;
-    std::regex filter("");
-    for (int i = 1; i < argc; ++i) {
-        if (std::string(argv[i]) == "--brief") {
+    for (const std::string argument : QVector<const char*>(argv + 1, argv + argc)) {
+        if (argument == "--brief") {
             isBrief = true;
-        } else if (std::string(argv[i]) == "--picture" && i + 1 < argc) {
-            picture = argv[++i];
         } else {
-            filter = std::regex(argv[i], std::regex::icase);
+            filter = std::regex(argument, std::regex::icase);
         }
     }
     for (const auto add : {addSplitting, addPrompts, addInflating, addChecksums, addTables, addJson, addLanguages,
              addStore, addLoading}) {
         add();
     }
-    registerAll(filter, isBrief);
-    // Random order spreads disturbances by other processes over all contenders.
-    std::string interleave = "--benchmark_enable_random_interleaving=true";
-    char* options[] = {argv[0], interleave.data()};
-    int optionCount = 2;
-    benchmark::Initialize(&optionCount, options);
-    MedianKeeper keeper;
-    benchmark::RunSpecifiedBenchmarks(&keeper);
-
-    const std::vector<Measurement> measurements = measurementsOf(keeper.medians);
-    if (measurements.empty()) {
+    if (isEmpty) {
         std::fputs("orvbench: no benchmark fits the filter\n", stderr);
         return 2;
     }
-    if (isBrief) {
-        std::printf("%zu comparisons ran once each\n", measurements.size());
-        return 0;
-    }
-    const Report report(measurements);
-    printReport(report);
-    if (picture != nullptr) { writePicture(report, picture); }
-    return report.holds() ? 0 : 1;
+    benchmark::AddCustomContext("versions", std::string("g++ ") + __VERSION__ + ", Qt " + qVersion() + ", zlib "
+                                                + zlibVersion() + ", ICU " + U_ICU_VERSION);
+    // Random order spreads disturbances by other processes over all contenders.
+    const char* options[] = {argv[0], "--benchmark_enable_random_interleaving=true",
+        "--benchmark_report_aggregates_only=true", "--benchmark_format=json"};
+    int optionCount = 4;
+    benchmark::Initialize(&optionCount, const_cast<char**>(options));
+    benchmark::RunSpecifiedBenchmarks();
 }

@@ -49,27 +49,24 @@ void addPrompts() {
         for (const int length : {50, 500, 5000}) {
             const QString input = form.written(content(form, length), QStringLiteral("de_DE"), QStringLiteral("news"));
             addComparison({"parse prompt", '`' + name.toStdString() + "` " + std::to_string(length),
-                timed([input, context] { PromptData::parse(input, context); }),
-                {{"QRegularExpression", timed([input, context] { parseByRegularExpressions(input, context); }),
-                    {form.language != 0 ? 0.45 : 0.35}}},
-                form.genre != 0 ? 3 : 2});
+                [input, context] { PromptData::parse(input, context); },
+                {{"QRegularExpression", [input, context] { parseByRegularExpressions(input, context); },
+                    form.language != 0 ? 0.45 : 0.35}},
+                form.genre != 0 ? 3.0 : 2.0});
         }
     }
     const QString plain = QStringLiteral("Please turn left at the next crossing. ").repeated(12);
     for (const PromptContext context : {GeneralContext, BrandSoundContext, A4AContext}) {
         addComparison({"parse prompt", "plain text, context " + std::to_string(context),
-            timed([plain, context] { PromptData::parse(plain, context); }),
-            {{"scan and copy", timed([plain] {
-                  return plain.contains(QLatin1Char('<')) ? PromptData() : PromptData(plain, PromptText);
-              }),
-                {context == BrandSoundContext ? 3.0 : 1.15}}},
+            [plain, context] { PromptData::parse(plain, context); },
+            {{"scan and copy",
+                [plain] { return plain.contains(QLatin1Char('<')) ? PromptData() : PromptData(plain, PromptText); },
+                context == BrandSoundContext ? 3.0 : 1.15}},
             0});
     }
     const QString wrong = QStringLiteral("<text>Please turn left at the next crossing.");
-    addComparison(
-        {"parse prompt", "ending in the warning", timed([wrong] { PromptData::parse(wrong, GeneralContext); }),
-            {{"the warning", timed([wrong] {
-                  QMessageLogger("file", 1, "function").warning() << "Unable to parse given string: " << wrong;
-              }),
-                {1.4}}}});
+    addComparison({"parse prompt", "ending in the warning", [wrong] { PromptData::parse(wrong, GeneralContext); },
+        {{"the warning",
+            [wrong] { QMessageLogger("file", 1, "function").warning() << "Unable to parse given string: " << wrong; },
+            1.4}}});
 }

@@ -67,11 +67,11 @@ QStringList splitByQt(const QString& text) {
 }
 
 /** Runs a function with several texts in turn, so that the processor does not learn a short one. */
-template <typename Function> std::function<double()> withNextOf(const QStringList& texts, Function function) {
-    return timed([texts, function, next = 0]() mutable {
+template <typename Function> auto withNextOf(const QStringList& texts, Function function) {
+    return [texts, function, next = 0]() mutable {
         function(next);
         next = (next + 1) % int(texts.size());
-    });
+    };
 }
 
 void add(Language language, int kilobytes, bool isTagged) {
@@ -89,18 +89,16 @@ void add(Language language, int kilobytes, bool isTagged) {
     UErrorCode status = U_ZERO_ERROR;
     const std::shared_ptr<icu::BreakIterator> icuIterator(
         icu::BreakIterator::createSentenceInstance(icu::Locale(iso.constData()), status));
-    Comparison& added = addComparison({isTagged ? "split tagged" : "split plain", std::to_string(kilobytes) + " kB",
+    addComparison({isTagged ? "split tagged" : "split plain", std::to_string(kilobytes) + " kB",
         withNextOf(texts, [texts, language](int i) { SentenceTokenizer::split(texts[i], language); }),
         {{"floor",
              withNextOf(
                  texts, [texts, fullStop, pieces](int i) { floorOf(texts[i], fullStop, pieces[std::size_t(i)]); }),
-             isTagged ? Target{2.2, 1.5} : Target{1.4, 1.0}},
-            {"ICU", withNextOf(texts, [texts, icuIterator](int i) { splitByIcu(*icuIterator, texts[i]); }),
-                isTagged ? Target{0.55, 0.40} : Target{0.55, 0.35}},
+             isTagged ? 2.2 : 1.4, isTagged ? 1.5 : 1.0},
+            {"ICU", withNextOf(texts, [texts, icuIterator](int i) { splitByIcu(*icuIterator, texts[i]); }), 0.55,
+                isTagged ? 0.40 : 0.35},
             {"QTextBoundaryFinder", withNextOf(texts, [texts](int i) { splitByQt(texts[i]); })}},
-        long(mostSentences) + 8});
-    added.series = iso.toStdString();
-    added.work = length;
+        double(mostSentences) + 8, iso.toStdString(), double(length)});
 }
 
 } // namespace
