@@ -11,116 +11,87 @@ import subprocess
 import sys
 import xml.etree.ElementTree as ElementTree
 
-tree = ElementTree.parse(sys.argv[1])
-folder = pathlib.Path(sys.argv[2]).resolve()
-headers = [path for pattern in ('*.h', '*.h.in') for path in folder.rglob(pattern) if not path.name.endswith('_p.h')]
+xml, folder, record, architecture = sys.argv[1:]
+tree = ElementTree.parse(xml)
 types = {node.get('id'): node for node in tree.iter() if node.get('id')}
-scopes = {}
+parents = {child: parent for parent in tree.iter() for child in parent}
+headers = [path for path in pathlib.Path(folder).resolve().rglob('*.h*') if not path.name.endswith('_p.h')]
 
 
-def note_scopes(node, scope):
-    for child in node:
-        named = child.tag in ('class-decl', 'union-decl', 'enum-decl', 'namespace-decl', 'typedef-decl')
-        if child.get('id'):
-            scopes[child.get('id')] = scope
-        note_scopes(child, f'{scope}{child.get("name")}::' if named else scope)
+def scoped_name(node):
+    names = [node.get('name', node.tag)]
+    while (node := parents[node]) in parents:
+        if node.tag in ('class-decl', 'union-decl', 'enum-decl', 'namespace-decl'):
+            names.insert(0, node.get('name'))
+    return '::'.join(names)
 
 
-def type_name(identifier):
-    node = types[identifier]
-    if node.tag in ('pointer-type-def', 'reference-type-def', 'qualified-type-def'):
-        inner = type_name(node.get('type-id'))
-        if node.tag == 'pointer-type-def':
-            return inner + '*'
-        if node.tag == 'reference-type-def':
-            return inner + ('&' if node.get('kind') == 'lvalue' else '&&')
-        return ' '.join([word for word in ('const', 'volatile') if node.get(word) == 'yes'] + [inner])
-    if node.tag == 'array-type-def':
-        return type_name(node.get('type-id')) + ''.join(f'[{range.get("length")}]' for range in node)
-    return scopes[identifier] + node.get('name', node.tag)
+def type_of(node):
+    """The name of the type that a node refers to."""
+    of = types[node.get('type-id')]
+    if of.tag == 'pointer-type-def':
+        return type_of(of) + '*'
+    if of.tag == 'reference-type-def':
+        return type_of(of) + ('&' if of.get('kind') == 'lvalue' else '&&')
+    if of.tag == 'qualified-type-def':
+        return ''.join(f'{word} ' for word in ('const', 'volatile') if of.get(word) == 'yes') + type_of(of)
+    if of.tag == 'array-type-def':
+        return type_of(of) + ''.join(f'[{dimension.get("length")}]' for dimension in of)
+    return scoped_name(of)
 
 
-def demangled(names):
-    output = subprocess.run(['c++filt'], input='\n'.join(names), capture_output=True, text=True, check=True).stdout
-    return dict(zip(names, output.splitlines()))
+# Signatures with types as declared: "size_t" is a different type on each architecture. Constructors and destructors keep
+# their demangled names, because some calling conventions give them a result.
+mangled = [symbol.get('name') for symbol in tree.iter('elf-symbol') if symbol.get('is-defined') == 'yes']
+demangled = subprocess.run(['c++filt', *mangled], capture_output=True, text=True, check=True).stdout.splitlines()
+functions = {node.get('mangled-name', ''): node for node in tree.iter('function-decl')}
+symbols = set()
+for name, text in zip(mangled, demangled):
+    function = functions.get(name)
+    if function is not None and not re.search('[CD][0-3]E', name):
+        parameters = ', '.join(type_of(each) for each in function.findall('parameter') if not each.get('is-artificial'))
+        text = f'{text[:text.index("(")]}({parameters}{text[text.rindex(")"):]} -> {type_of(function.find("return"))}'
+    symbols.add(text)
+
+# The name in an exported declaration is the word before the parameters, ";" or "{".
+declared = {re.search(r'(operator\S+|\w+)\s*$', declaration)[1] for header in headers for declaration in
+            re.findall(r'ORVCORE_EXPORT\s+((?:[^;{(:]|::)*)', re.sub('//.*', '', header.read_text()))}
+paths = {text: re.sub('^(?:vtable|typeinfo|typeinfo name) for ', '', text).split('(')[0].split('::') for text in demangled}
+faults = [f'exported, but marked in no header: {text}' for text, path in sorted(paths.items())
+          if declared.isdisjoint(path) or re.match('std$|Q[A-Z]', path[0])]
+faults += [f'marked, but not exported: {name}' for name in sorted(declared.difference(*paths.values()))]
+if faults:
+    sys.exit('\n'.join(faults))
+print('\nSymbols', *sorted(symbols), sep='\n')
 
 
-def is_public(node):
-    path = node.get('filepath')
-    return path is not None and pathlib.Path(path).resolve() in headers and not node.get('is-declaration-only')
-
-
-def record(node, name):
-    lines = []
-    for base in node.findall('base-class'):
-        lines.append((int(base.get('layout-offset-in-bits')), f'base {type_name(base.get("type-id"))}'))
+def lines_of(node, name):
+    """A type and its parts, each with a size or an offset in bytes."""
+    if node.tag == 'enum-decl':
+        yield types[node.find('underlying-type').get('type-id')].get('size-in-bits'), f'enum {name}'
+        yield from ((None, f'    {each.get("name")} = {each.get("value")}') for each in node.findall('enumerator'))
+        return
+    yield node.get('size-in-bits'), name
+    parts = [(each.get('layout-offset-in-bits'), f'base {type_of(each)}') for each in node.findall('base-class')]
     for member in node.findall('data-member'):
         if member.get('static') != 'yes':
             variable = member.find('var-decl')
-            lines.append((int(member.get('layout-offset-in-bits')),
-                          f'{type_name(variable.get("type-id"))} {variable.get("name")}'))
-    yield int(node.get("size-in-bits")) // 8, name
-    for offset, text in sorted(lines, key=lambda line: line[0]):
-        yield offset // 8, f'    {text}'
-    functions = [(int(function.get('vtable-offset')), function.find('function-decl').get('name'))
-                 for function in node.findall('member-function') if function.get('vtable-offset')]
-    for _, function in sorted(set(functions)):
-        yield '', f'    virtual {function}'
+            parts.append((member.get('layout-offset-in-bits'), f'{type_of(variable)} {variable.get("name")}'))
+    yield from ((offset, f'    {text}') for offset, text in sorted(parts, key=lambda part: int(part[0])))
+    virtual = {(int(each.get('vtable-offset')), each.find('function-decl').get('name'))
+               for each in node.findall('member-function') if each.get('vtable-offset')}
+    yield from ((None, f'    virtual {function}') for _, function in sorted(virtual))
 
-
-def enumeration(node, name):
-    underlying = types[node.find('underlying-type').get('type-id')]
-    yield int(underlying.get("size-in-bits")) // 8, f'enum {name}'
-    for enumerator in node.findall('enumerator'):
-        yield '', f'    {enumerator.get("name")} = {enumerator.get("value")}'
-
-
-note_scopes(tree.getroot(), '')
-# Signatures with types as declared: "size_t" is a different type on each architecture. Constructors and destructors keep
-# their demangled names, because some calling conventions give them a result.
-signatures = {}
-for function in tree.iter('function-decl'):
-    if not re.search('[CD][0-3]E', function.get('mangled-name', 'C1E')):
-        parameters = ', '.join(type_name(parameter.get('type-id')) for parameter in function.findall('parameter')
-                               if not parameter.get('is-artificial'))
-        result = type_name(function.find('return').get('type-id'))
-        signatures[function.get('mangled-name')] = (parameters, result)
-mangled = [symbol.get('name') for symbol in tree.iter('elf-symbol') if symbol.get('is-defined') == 'yes']
-names = demangled(mangled)
-
-# The name in an exported declaration is the word before the parameters, ";" or "{".
-declared = set()
-for header in headers:
-    for declaration in re.findall(r'ORVCORE_EXPORT\s+((?:[^;{(:]|::)*)', re.sub(r'//.*', '', header.read_text())):
-        declared.add(re.search(r'(operator\S+|\w+)\s*$', declaration).group(1))
-exported = set()
-faults = []
-for name in sorted(names.values()):
-    path = re.sub(r'^(?:vtable|typeinfo|typeinfo name) for ', '', name).split('(')[0].split('::')
-    exported.update(path)
-    if declared.isdisjoint(path) or path[0] == 'std' or re.match(r'Q[A-Z]', path[0]):
-        faults.append(f'exported, but marked in no header: {name}')
-faults += [f'marked, but not exported: {name}' for name in sorted(declared - exported)]
-if faults:
-    sys.exit('\n'.join(faults))
-
-lines = set()
-for name, text in names.items():
-    if name in signatures:
-        parameters, result = signatures[name]
-        text = f'{text[:text.index("(")]}({parameters}{text[text.rindex(")"):]} -> {result}'
-    lines.add(text)
-print('\nSymbols', *sorted(lines), sep='\n')
 
 described = {}
-for node in tree.iter():
-    if node.tag in ('class-decl', 'enum-decl') and is_public(node) and '<' not in node.get('name'):
-        name = scopes[node.get('id')] + node.get('name')
-        described[name] = record(node, name) if node.tag == 'class-decl' else enumeration(node, name)
+for node in [*tree.iter('class-decl'), *tree.iter('enum-decl')]:
+    is_public = pathlib.Path(node.get('filepath', '/')).resolve() in headers and not node.get('is-declaration-only')
+    if is_public and '<' not in node.get('name'):
+        described[scoped_name(node)] = node
 
 # The columns of the record, by the type and the text of a line.
 title = 'Types; sizes and offsets in bytes on '
-header, *rows = pathlib.Path(sys.argv[3]).read_text().partition(title)[2].splitlines()
+header, *rows = pathlib.Path(record).read_text().partition(title)[2].splitlines()
 architectures = header.split()
 width = 5 * len(architectures)
 columns = {}
@@ -129,12 +100,11 @@ for row in rows:
     text = row[width:]
     owner = owner if text.startswith(' ') else text
     columns[owner, text] = dict(zip(architectures, row[:width].split()))
-architecture = sys.argv[4]
 architectures = [*dict.fromkeys([*architectures, architecture])]
 
 print(f'\n{title}{" ".join(architectures)}')
-for name in sorted(described):
-    rows = [*described[name]]
-    for number, text in rows:
-        cells = {**columns.get((rows[0][1], text), {}), architecture: number}
-        print(*(f'{cells.get(each, "?") if number != "" else "":>4}' for each in architectures), text)
+for name, node in sorted(described.items()):
+    for bits, text in lines_of(node, name):
+        owner = owner if text.startswith(' ') else text
+        cells = {**columns.get((owner, text), {}), architecture: bits and int(bits) // 8}
+        print(*(f'{"" if bits is None else cells.get(each, "?"):>4}' for each in architectures), text)
