@@ -4,35 +4,37 @@
 usage: scripts/parts/check_docs.py, in the root of the tree
 """
 import collections
+import os
 import pathlib
 import re
 import subprocess
 import sys
 
 failures = []
-pages = sorted([*pathlib.Path().glob('*.md'), *pathlib.Path('docs').glob('*.md')])
 sources = [p for p in pathlib.Path('src/core').rglob('*') if p.suffix in ('.h', '.cpp')]
 
 
-def anchors(page):
+def texts(folder, pattern):
+    return {page: page.read_text() for page in sorted(pathlib.Path(folder).glob(pattern))}
+
+
+def headings(text):
     """The anchors that common Markdown renderers give to headings."""
-    prose = re.sub(r'^```.*?^```', '', page.read_text(), flags=re.M | re.S)
-    for heading in re.findall(r'^#+ +(.*)', prose, re.M):
-        yield re.sub(r'[^\w\- ]', '', heading.lower()).replace(' ', '-')
+    prose = re.sub(r'^```.*?^```', '', text, flags=re.M | re.S)
+    return {re.sub(r'[^\w\- ]', '', heading.lower()).replace(' ', '-') for heading in re.findall(r'^#+ +(.*)', prose, re.M)}
 
 
-def check_links():
-    for page in pages:
-        for target in re.findall(r'\]\(([^)\s]+)\)', page.read_text()):
-            name, _, anchor = target.partition('#')
-            file = page.parent / name if name else page
-            if re.match(r'[a-z]+:', target):
-                continue
-            if not file.exists() or (anchor and anchor not in anchors(file)):
-                failures.append(f'{page}: broken link: {target}')
-        for path in re.findall(r'`((?:benchmarks|cmake|docs|examples|fuzz|src|tests|tools)/[\w./-]*)`', page.read_text()):
-            if not pathlib.Path(path).exists():
-                failures.append(f'{page}: no such file: {path}')
+def check_links(pages, link, anchors_of):
+    """All links to files and to places in these pages. Returns how many there are."""
+    anchors = {page: anchors_of(text) for page, text in pages.items()}
+    links = [(page, target) for page, text in pages.items() for target in re.findall(link, text)
+             if not re.match(r'[a-z]+:', target)]
+    for page, target in links:
+        name, _, anchor = target.partition('#')
+        file = pathlib.Path(os.path.normpath(page.parent / name)) if name else page
+        if not file.exists() or (anchor and anchor not in anchors.get(file, ())):
+            failures.append(f'{page}: broken link: {target}')
+    return len(links)
 
 
 def check_log_lines():
@@ -57,52 +59,39 @@ def check_log_lines():
     return sum(levels.values())
 
 
+def listed(block, found):
+    """The includes that a block of docs/architecture.md lists; fails if they are not those found."""
+    lines = re.search(rf'^```{block}\n(.*?)^```', pathlib.Path('docs/architecture.md').read_text(), re.M | re.S)[1]
+    told = {module: set(others) for module, *others in map(str.split, lines.splitlines())}
+    if told != found:
+        failures.append(f'docs/architecture.md lists {told}, but the sources include {found}')
+    return told
+
+
 def check_includes():
-    block = re.search(r'^```includes\n(.*?)^```', pathlib.Path('docs/architecture.md').read_text(), re.M | re.S)[1]
-    listed = {module: set(others) for module, *others in map(str.split, block.splitlines())}
-    found = collections.defaultdict(set)
+    found = {}
     for source in sources:
         module = re.sub(r'(_p)?\.\w+$', '', str(source.relative_to('src/core')))
         for other in re.findall(r'#include <core/(\S+?)(?:_p)?\.h>', source.read_text()):
             if other not in (module, 'log', 'orvcore_export') and module != 'orvcore':
-                found[module].add(other)
-    if listed != found:
-        failures.append(f'docs/architecture.md lists {listed}, but the sources include {dict(found)}')
+                found.setdefault(module, set()).add(other)
+    listed('includes', found)
 
 
 def check_rooms():
     """The layers of the client: each includes only layers below it, and the checks only the listed files."""
-    block = re.search(r'^```rooms\n(.*?)^```', pathlib.Path('docs/architecture.md').read_text(), re.M | re.S)[1]
-    told = {room: set(others) for room, *others in map(str.split, block.splitlines())}
-    found = {room: set() for room in told}
+    found = {}
     for source in pathlib.Path('tools/orv').rglob('*.[hc]*'):
         room = str(source.relative_to('tools/orv').with_suffix('')).split('/')[0]
+        others = found.setdefault(room, set())
         for other in re.findall(r'#include "(\S+)\.h"', source.read_text()):
             if other.split('/')[0] != room:
-                found[room].add(other if room == 'checks' else other.split('/')[0])
-    if told != found:
-        failures.append(f'docs/architecture.md tells {told}, but the client includes {found}')
+                others.add(other if room == 'checks' else other.split('/')[0])
+    told = listed('rooms', found)
     order = [*told]
     for room, others in told.items():
         failures.extend(f'the room {room} includes {other}, which is not below it' for other in others
                         if order.index(other.split('/')[0]) <= order.index(room))
-
-
-def check_html():
-    """All links between the built pages, and to places in them."""
-    folder = pathlib.Path('build/docs/html')
-    html = {page.name: page.read_text() for page in folder.glob('*.html')}
-    places = {name: set(re.findall(r'(?:id|name)="([^"]+)"', text)) for name, text in html.items()}
-    links = 0
-    for name, text in html.items():
-        for target in re.findall(r'(?:href|src)="([^"]+)"', text):
-            file, _, place = target.partition('#')
-            if re.match(r'[a-z]+:', target):
-                continue
-            links += 1
-            if not (folder / file).exists() or (place and place not in places.get(file or name, ())):
-                failures.append(f'{folder / name}: broken link: {target}')
-    return links
 
 
 def help_of(*words):
@@ -123,8 +112,14 @@ def check_commands():
             failures.append(f'docs/json.md lacks: orv {command}')
 
 
-check_links()
-links = check_html()
+pages = texts('.', '*.md') | texts('docs', '*.md')
+check_links(pages, r'\]\(([^)\s]+)\)', headings)
+links = check_links(texts('build/docs/html', '*.html'), r'(?:href|src)="([^"]+)"',
+                    lambda html: set(re.findall(r'(?:id|name)="([^"]+)"', html)))
+for page, text in pages.items():
+    for path in re.findall(r'`((?:benchmarks|cmake|docs|examples|fuzz|src|tests|tools)/[\w./-]*)`', text):
+        if not pathlib.Path(path).exists():
+            failures.append(f'{page}: no such file: {path}')
 check_commands()
 log_lines = check_log_lines()
 check_includes()
