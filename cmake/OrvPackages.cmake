@@ -12,10 +12,6 @@ set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR})
 set(CPACK_PACKAGE_NAME orvcore)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_PACKAGE_CONTACT "${ORV_PACKAGE_MAINTAINER}")
-set(CPACK_COMPONENTS_ALL library development)
-if(ORV_BUILD_TOOLS)
-    list(APPEND CPACK_COMPONENTS_ALL orv)
-endif()
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
@@ -31,6 +27,22 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/lib)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
+# Every package contains the change log and the copyright file.
+configure_file(${CMAKE_CURRENT_LIST_DIR}/packages/changelog.in ${PROJECT_BINARY_DIR}/changelog.Debian @ONLY)
+execute_process(COMMAND gzip -9nkf ${PROJECT_BINARY_DIR}/changelog.Debian RESULT_VARIABLE gzipResult)
+if(gzipResult)
+    message(FATAL_ERROR "The change log of the packages cannot be compressed")
+endif()
+macro(orv_package component name section description)
+    list(APPEND CPACK_COMPONENTS_ALL ${component})
+    string(TOUPPER ${component} COMPONENT)
+    set(CPACK_DEBIAN_${COMPONENT}_PACKAGE_NAME ${name})
+    set(CPACK_DEBIAN_${COMPONENT}_PACKAGE_SECTION ${section})
+    set(CPACK_DEBIAN_${COMPONENT}_DESCRIPTION ${description})
+    install(FILES ${CMAKE_CURRENT_LIST_DIR}/packages/copyright ${PROJECT_BINARY_DIR}/changelog.Debian.gz
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${name} COMPONENT ${component})
+endmacro()
+
 if(QT_VERSION_MAJOR EQUAL 5)
     set(qtPackage qtbase5-dev)
     set(runTimePackage liborvcore${PROJECT_VERSION_MAJOR})
@@ -38,63 +50,37 @@ else()
     set(qtPackage qt6-base-dev)
     set(runTimePackage liborvcore${orvNameSuffix}-${PROJECT_VERSION_MAJOR})
 endif()
-set(packageVersion ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${runTimePackage})
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_MULTIARCH same)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/packages/triggers)
-set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "core library of speech and voice-control services (${orvQt})
+orv_package(library ${runTimePackage} libs "core library of speech and voice-control services (${orvQt})
 Code that the speech services of a vehicle head unit share: languages with
 codes, domain records, JSON and settings, table files, prompt markup, brand
 sounds, sentence splitting, a checksum store, a registry of singletons, POSIX
 signals and an inflater.")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_MULTIARCH same)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_LIST_DIR}/packages/triggers)
 
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME liborvcore${orvNameSuffix}-dev)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-    "${runTimePackage} (= ${packageVersion}), ${qtPackage} (>= ${orvQtMinimum})")
-set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION
+orv_package(development liborvcore${orvNameSuffix}-dev libdevel
     "core library of speech and voice-control services (${orvQt}) - development files
 The headers of libOrvCore, its CMake package and its pkg-config module.")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
+    "${runTimePackage} (= ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}), ${qtPackage} (>= ${orvQtMinimum})")
 
-set(CPACK_DEBIAN_ORV_PACKAGE_NAME orv)
-set(CPACK_DEBIAN_ORV_PACKAGE_SECTION utils)
-set(CPACK_DEBIAN_ORV_PACKAGE_DEPENDS "${runTimePackage} (>= ${PROJECT_VERSION})")
-set(CPACK_DEBIAN_ORV_DESCRIPTION "command-line client of the speech core library
+if(ORV_BUILD_TOOLS)
+    orv_package(orv orv utils "command-line client of the speech core library
 Shows parsed prompts, sentences, languages, brand sounds, radio genres and
 table files; finds mistakes in prompts and data files; stores checksums of
 speech data files.")
+    set(CPACK_DEBIAN_ORV_PACKAGE_DEPENDS "${runTimePackage} (>= ${PROJECT_VERSION})")
+endif()
 
 set(ORV_HTML "" CACHE PATH "HTML built by scripts/docs, for the package of documentation; empty: no such package")
 if(ORV_HTML)
-    list(APPEND CPACK_COMPONENTS_ALL documentation)
-    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS liborvcore-doc)
-    set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_NAME liborvcore-doc)
-    set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SECTION doc)
+    orv_package(documentation liborvcore-doc doc "core library of speech and voice-control services - documentation
+The guides and the reference of libOrvCore, as HTML.")
     set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
     set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_SHLIBDEPS OFF)
-    set(CPACK_DEBIAN_DOCUMENTATION_DESCRIPTION
-        "core library of speech and voice-control services - documentation
-The guides and the reference of libOrvCore, as HTML.")
-    install(DIRECTORY ${ORV_HTML} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/liborvcore-doc
-        COMPONENT documentation)
+    set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS liborvcore-doc)
+    install(DIRECTORY ${ORV_HTML} DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/liborvcore-doc COMPONENT documentation)
 endif()
-
-# Every package contains the change log and the copyright file.
-configure_file(${CMAKE_CURRENT_LIST_DIR}/packages/changelog.in
-    ${PROJECT_BINARY_DIR}/changelog.Debian @ONLY)
-execute_process(COMMAND gzip -9nkf ${PROJECT_BINARY_DIR}/changelog.Debian
-    RESULT_VARIABLE gzipResult)
-if(gzipResult)
-    message(FATAL_ERROR "The change log of the packages cannot be compressed")
-endif()
-foreach(component IN LISTS CPACK_COMPONENTS_ALL)
-    string(TOUPPER ${component} COMPONENT)
-    install(FILES ${CMAKE_CURRENT_LIST_DIR}/packages/copyright
-        ${PROJECT_BINARY_DIR}/changelog.Debian.gz
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${COMPONENT}_PACKAGE_NAME}
-        COMPONENT ${component})
-endforeach()
 
 include(CPack)
