@@ -12,14 +12,18 @@
 
 namespace {
 
-QByteArray hashByHand(const QString& fileName) {
-    QCryptographicHash hash(QCryptographicHash::Md5);
+template <typename Function> void readBlocks(const QString& fileName, Function add) {
     QFile file(fileName);
     file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     QByteArray block(64 * 1024, Qt::Uninitialized);
     for (qint64 length = 0; (length = file.read(block.data(), block.size())) > 0;) {
-        hash.addData(QByteArray::fromRawData(block.constData(), QByteArray::size_type(length)));
+        add(QByteArray::fromRawData(block.constData(), QByteArray::size_type(length)));
     }
+}
+
+QByteArray hashByHand(const QString& fileName) {
+    QCryptographicHash hash(QCryptographicHash::Md5);
+    readBlocks(fileName, [&hash](const QByteArray& block) { hash.addData(block); });
     return hash.result().toHex();
 }
 
@@ -27,12 +31,9 @@ QByteArray hashByHand(const QString& fileName) {
 QByteArray hashByOpenSsl(const QString& fileName) {
     const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(), EVP_MD_CTX_free);
     EVP_DigestInit_ex(context.get(), EVP_md5(), nullptr);
-    QFile file(fileName);
-    file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-    QByteArray block(64 * 1024, Qt::Uninitialized);
-    for (qint64 length = 0; (length = file.read(block.data(), block.size())) > 0;) {
-        EVP_DigestUpdate(context.get(), block.constData(), std::size_t(length));
-    }
+    readBlocks(fileName, [&context](const QByteArray& block) {
+        EVP_DigestUpdate(context.get(), block.constData(), std::size_t(block.size()));
+    });
     QByteArray digest(16, Qt::Uninitialized);
     EVP_DigestFinal_ex(context.get(), reinterpret_cast<unsigned char*>(digest.data()), nullptr);
     return digest.toHex();

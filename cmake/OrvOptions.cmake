@@ -6,29 +6,25 @@ option(ORV_COVERAGE "Instrument for line and branch coverage" OFF)
 set(ORV_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined or thread")
 
 function(orv_developer_options target)
-    set(compileOptions)
-    set(linkOptions)
     if(ORV_WARNINGS)
-        list(APPEND compileOptions -Wall -Wextra -Wpedantic -Wconversion)
+        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion)
         if(CMAKE_CXX_COMPILER_ID MATCHES Clang) # calls of Qt's macros leave out their last argument
-            list(APPEND compileOptions -Wno-gnu-zero-variadic-macro-arguments)
+            target_compile_options(${target} PRIVATE -Wno-gnu-zero-variadic-macro-arguments)
         endif()
     endif()
     if(ORV_WERROR)
-        list(APPEND compileOptions -Werror)
+        target_compile_options(${target} PRIVATE -Werror)
     endif()
     if(ORV_SANITIZE)
-        list(APPEND compileOptions -fsanitize=${ORV_SANITIZE} -fno-sanitize-recover=all
+        target_compile_options(${target} PRIVATE -fsanitize=${ORV_SANITIZE} -fno-sanitize-recover=all
             -fno-omit-frame-pointer)
-        list(APPEND linkOptions -fsanitize=${ORV_SANITIZE})
+        target_link_options(${target} PRIVATE -fsanitize=${ORV_SANITIZE})
     endif()
     if(ORV_COVERAGE)
         # Atomic, because some tests run several threads.
-        list(APPEND compileOptions --coverage -O0 -fprofile-update=atomic)
-        list(APPEND linkOptions --coverage)
+        target_compile_options(${target} PRIVATE --coverage -O0 -fprofile-update=atomic)
+        target_link_options(${target} PRIVATE --coverage)
     endif()
-    target_compile_options(${target} PRIVATE ${compileOptions})
-    target_link_options(${target} PRIVATE ${linkOptions})
     # Our code converts text explicitly and does not use Qt's keywords "signals" and "slots".
     target_compile_definitions(${target} PRIVATE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
         QT_NO_KEYWORDS)

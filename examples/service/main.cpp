@@ -30,13 +30,11 @@ public:
     void say(const QString& text)
     {
         std::printf("say: %s\n", qUtf8Printable(text));
-        std::fflush(stdout);
     }
 
     void play(const QString& path)
     {
         std::printf("play: %s\n", qUtf8Printable(path));
-        std::fflush(stdout);
     }
 };
 
@@ -49,7 +47,6 @@ public:
         , input(STDIN_FILENO, QSocketNotifier::Read)
     {
         std::puts("dialog is there");
-        std::fflush(stdout);
         QObject::connect(&input, &QSocketNotifier::activated, [this] { readPrompts(); });
     }
     ~Dialog() override
@@ -101,6 +98,7 @@ private:
 
 int main(int argc, char** argv)
 {
+    std::setvbuf(stdout, nullptr, _IOLBF, 0); // each line is printed at once, also to a pipe
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("service-example")); // for settings
     PosixSignals& bridge = PosixSignals::instance;
