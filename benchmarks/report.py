@@ -70,9 +70,8 @@ def duration(nanoseconds):
 
 
 def print_table(titles, rows):
-    print()
-    for cells in [titles, None, *rows]:
-        print('|' + '---|' * len(titles) if cells is None else f'| {" | ".join(cells)} |')
+    lines = [f'| {" | ".join(cells)} |' for cells in [titles, *rows]]
+    print('', lines[0], '|' + '---|' * len(titles), *lines[1:], sep='\n')
 
 
 def verdict(holds):
