@@ -29,10 +29,7 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 
 # Every package contains the change log and the copyright file.
 configure_file(${CMAKE_CURRENT_LIST_DIR}/packages/changelog.in ${PROJECT_BINARY_DIR}/changelog.Debian @ONLY)
-execute_process(COMMAND gzip -9nkf ${PROJECT_BINARY_DIR}/changelog.Debian RESULT_VARIABLE gzipResult)
-if(gzipResult)
-    message(FATAL_ERROR "The change log of the packages cannot be compressed")
-endif()
+execute_process(COMMAND gzip -9nkf ${PROJECT_BINARY_DIR}/changelog.Debian COMMAND_ERROR_IS_FATAL ANY)
 macro(orv_package component name section description)
     list(APPEND CPACK_COMPONENTS_ALL ${component})
     string(TOUPPER ${component} COMPONENT)
