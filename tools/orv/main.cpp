@@ -2,11 +2,6 @@
 
 #include <core/orvcore_version.h>
 
-#include <QCoreApplication>
-#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-#include <QTextCodec>
-#endif
-
 #include <clocale>
 
 namespace {

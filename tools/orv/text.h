@@ -1,8 +1,6 @@
 #pragma once
 
-#include <QString>
-#include <QStringList>
-#include <QVector>
+#include <QtCore> // precompiled
 
 /** The size of texts and lists: an int with Qt 5, 64 bits with Qt 6. */
 using Size = QString::size_type;

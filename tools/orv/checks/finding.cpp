@@ -1,7 +1,5 @@
 #include "checks/finding.h"
 
-#include <QFileInfo>
-
 #include <tuple>
 
 constexpr RuleText ruleTexts[] = {

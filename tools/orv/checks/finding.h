@@ -1,12 +1,8 @@
 #pragma once
 
 #include "shell/input.h"
-#include "text.h"
 
 #include <core/speech/speechcommon.h>
-
-#include <QStringList>
-#include <QVector>
 
 /** The rules, in the order of ruleTexts. */
 enum class Rule

@@ -1,8 +1,5 @@
 #include "checks/jsontext.h"
 
-#include <QHash>
-#include <QJsonArray>
-
 #include <cctype>
 
 namespace {

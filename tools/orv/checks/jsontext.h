@@ -2,9 +2,6 @@
 
 #include "checks/finding.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
-
 /** A JSON text with the places of its parts, which a parsed document does not keep. */
 struct JsonText
 {

@@ -1,7 +1,5 @@
 #include "checks/languages.h"
 
-#include "text.h"
-
 namespace {
 
 QStringList textsOfAll(QString (*textOf)(const Language&))

@@ -1,9 +1,8 @@
 #pragma once
 
-#include <core/speech/language.h>
+#include "text.h"
 
-#include <QStringList>
-#include <QVector>
+#include <core/speech/language.h>
 
 /** All languages, by value. */
 QVector<Language> allLanguages();

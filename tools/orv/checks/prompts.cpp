@@ -1,9 +1,6 @@
 #include "checks/finding.h"
 #include "checks/languages.h"
 
-#include <QFile>
-#include <QRegularExpression>
-
 #include <algorithm>
 #include <map>
 #include <utility>

@@ -2,9 +2,6 @@
 
 #include <core/speech/speechchecksummanager.h>
 
-#include <QRegularExpression>
-#include <QVariantMap>
-
 namespace {
 
 using Manager = SpeechChecksumManager;

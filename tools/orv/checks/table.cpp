@@ -2,9 +2,6 @@
 
 #include "checks/finding.h"
 
-#include <QRegularExpression>
-#include <QTextStream>
-
 #include <algorithm>
 
 namespace {

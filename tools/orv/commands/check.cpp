@@ -2,9 +2,6 @@
 #include "commands/commands.h"
 #include "commands/sarif.h"
 
-#include <QFileInfo>
-#include <QRegularExpression>
-
 #include <map>
 #include <set>
 #include <tuple>

@@ -1,13 +1,7 @@
 #include "commands/commands.h"
 #include "commands/storelock.h"
-#include "shell/input.h"
 
 #include <core/speech/speechchecksummanager.h>
-
-#include <QDir>
-#include <QFileInfo>
-#include <QJsonObject>
-#include <QMap>
 
 #include <algorithm>
 #include <optional>

@@ -1,9 +1,5 @@
 #include "commands/commands.h"
 
-#include "shell/input.h"
-
-#include <QCoreApplication>
-
 namespace {
 
 struct NamedContext

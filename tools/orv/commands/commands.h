@@ -2,13 +2,12 @@
 
 #include "checks/languages.h"
 #include "shell/commandline.h"
+#include "shell/input.h"
 #include "shell/listing.h"
 #include "shell/output.h"
 #include "text.h"
 
 #include <core/speech/speechcommon.h>
-
-#include <QHash>
 
 // The commands of orv, one source file each. A negative result, such as an unknown code, raises the
 // exit code to 1; wrong use and unreadable input are thrown as Failure, which raises it to 2.

@@ -1,10 +1,6 @@
 #include "commands/commands.h"
-#include "shell/input.h"
 
 #include <core/inflate.h>
-
-#include <QFileInfo>
-#include <QSaveFile>
 
 #include <memory>
 

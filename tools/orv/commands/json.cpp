@@ -1,9 +1,6 @@
 #include "commands/commands.h"
-#include "shell/input.h"
 
 #include <core/parsers/jsonfile.h>
-
-#include <QJsonArray>
 
 namespace {
 

@@ -1,5 +1,4 @@
 #include "commands/commands.h"
-#include "shell/input.h"
 
 #include <core/parsers/sentencetokenizer.h>
 

@@ -1,11 +1,5 @@
 #include "commands/sarif.h"
 
-#include "text.h"
-
-#include <QCoreApplication>
-#include <QJsonArray>
-#include <QUrl>
-
 namespace {
 
 QJsonObject textObject(const QString& text)

@@ -2,9 +2,6 @@
 
 #include "checks/finding.h"
 
-#include <QJsonObject>
-#include <QPair>
-
 /** A finding with the name of its file. */
 using FileFinding = QPair<QString, Finding>;
 

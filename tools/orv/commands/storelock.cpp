@@ -1,11 +1,5 @@
 #include "commands/storelock.h"
 
-#include "shell/output.h"
-#include "text.h"
-
-#include <QDir>
-#include <QFileInfo>
-
 namespace {
 
 constexpr int waitingTime = 3000; // milliseconds

@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QLockFile>
-#include <QString>
+#include "shell/output.h"
 
 /**
  * The path of the lock file of a checksum store, which may not exist yet. It is beside the file

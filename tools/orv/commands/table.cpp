@@ -1,9 +1,5 @@
 #include "checks/table.h"
 #include "commands/commands.h"
-#include "shell/input.h"
-
-#include <QMap>
-#include <QRegularExpression>
 
 namespace {
 

@@ -2,9 +2,6 @@
 
 #include "shell/listing.h"
 #include "shell/output.h"
-#include "text.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 

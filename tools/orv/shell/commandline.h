@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QCommandLineParser>
-#include <QString>
-#include <QStringList>
-#include <QVector>
+#include "text.h"
 
 class CommandLine;
 

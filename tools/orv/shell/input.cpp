@@ -2,9 +2,6 @@
 
 #include "shell/output.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 #include <algorithm>
 #include <cerrno>
 #include <memory>

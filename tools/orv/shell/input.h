@@ -1,12 +1,6 @@
 #pragma once
 
 #include "shell/progress.h"
-#include "text.h"
-
-#include <QBuffer>
-#include <QFile>
-#include <QJsonDocument>
-#include <QString>
 
 /**
  * Opens a file. The @p name "-" opens standard input, and becomes "standard input". A message tells

@@ -1,10 +1,6 @@
 #include "shell/listing.h"
 
 #include "shell/output.h"
-#include "text.h"
-
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <algorithm>
 #include <cwchar>

@@ -1,10 +1,6 @@
 #pragma once
 
-#include <QStringList>
-#include <QVariant>
-#include <QVector>
-
-class QJsonObject;
+#include "text.h"
 
 /** A value, with its name in JSON and its presentation for people. */
 struct Field

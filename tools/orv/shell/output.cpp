@@ -1,9 +1,6 @@
 #include "shell/output.h"
 
 #include "shell/progress.h"
-#include "text.h"
-
-#include <QCoreApplication>
 
 #include <algorithm>
 #include <cstdio>

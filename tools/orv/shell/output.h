@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "text.h"
 
 /** Ends the program with exit code 2 and one line on standard error. */
 struct Failure

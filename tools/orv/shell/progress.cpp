@@ -1,7 +1,5 @@
 #include "shell/progress.h"
 
-#include "text.h"
-
 #include <algorithm>
 #include <cstdio>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QElapsedTimer>
+#include "text.h"
 
 /**
  * A bar on standard error with the rate and the remaining time, for work that takes longer than a
