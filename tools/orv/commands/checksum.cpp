@@ -1,9 +1,9 @@
 #include "commands/commands.h"
-#include "commands/storelock.h"
 
 #include <core/speech/speechchecksummanager.h>
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 
 namespace {
@@ -12,6 +12,8 @@ using Manager = SpeechChecksumManager;
 using Entry = Manager::Entry;
 
 constexpr char storeVariable[] = "ORV_SPEECH_CHECKSUM_FILE";
+constexpr int waitingTime = 3000; // milliseconds, for a lock
+constexpr int mostLinks = 40;     // the limit of the system
 
 /** The arguments of an action. */
 struct Task
@@ -21,7 +23,6 @@ struct Task
     std::optional<Manager::ChecksumType> type;
     bool isJson;
     QString storeFile;
-    QStringList ownFiles = {}; ///< canonical paths: the store and its lock
 };
 
 QStringList typeNames()
@@ -32,6 +33,47 @@ QStringList typeNames()
 QString typeName(Manager::ChecksumType type)
 {
     return typeNames().value(type, QString::number(type));
+}
+
+/**
+ * The path of the lock file of a store, which may not exist yet. It is beside the file itself, so
+ * all links to the file share one lock. Null if that folder does not exist.
+ */
+QString lockFileOf(const QString& storeFile)
+{
+    QFileInfo store(storeFile);
+    for (int i = 0; i < mostLinks && store.isSymLink(); ++i) {
+        store.setFile(store.symLinkTarget());
+    }
+    const QString folder = QFileInfo(store.path()).canonicalFilePath();
+    return folder.isEmpty() ? QString() : QDir(folder).filePath(store.fileName() + u".lock"_s);
+}
+
+QString holderOf(const QLockFile& lock)
+{
+    qint64 process = 0;
+    QString host;
+    QString program;
+    return lock.getLockInfo(&process, &host, &program)
+               ? u"process %1 (%2) on %3"_s.arg(process).arg(program, host)
+               : u"an unknown process"_s;
+}
+
+/** Locks the store for other processes while the result exists. @throw Failure if one holds it */
+std::unique_ptr<QLockFile> lockStore(const QString& storeFile)
+{
+    const QString file = lockFileOf(storeFile);
+    failIf(file.isNull(), u"\"%1\": no such folder"_s.arg(storeFile));
+    auto lock = std::make_unique<QLockFile>(file);
+    // Hashing may take long: a lock ends with its process, not at a certain age.
+    lock->setStaleLockTime(0);
+    if (!lock->tryLock(waitingTime)) {
+        failIf(lock->error() != QLockFile::LockFailedError,
+            u"\"%1\" cannot be locked: cannot write \"%2\""_s.arg(storeFile, file));
+        throw Failure{u"\"%1\" is locked by %2; if that has ended, remove \"%3\""_s.arg(
+            storeFile, holderOf(*lock), file)};
+    }
+    return lock;
 }
 
 /** Opens the store with the library. @throw Failure for a broken one, which must not be lost */
@@ -59,11 +101,13 @@ void writeStore(Manager& manager, const Task& task)
 
 /**
  * Calls @p take with the path and the present checksum of each file of @p paths and of the folders
- * among them, except the store itself.
+ * among them, except the store and its lock.
  */
 template <typename Function>
 void hashFiles(const Task& task, const QStringList& paths, Function take)
 {
+    const QStringList ownFiles{
+        QFileInfo(task.storeFile).canonicalFilePath(), lockFileOf(task.storeFile)};
     QStringList files;
     qint64 total = 0;
     for (const QString& path : paths) {
@@ -71,7 +115,7 @@ void hashFiles(const Task& task, const QStringList& paths, Function take)
         for (const QString& file : found) {
             if (file.contains(u';')) {
                 printError(file + u": a path with \";\" cannot be stored"_s, 2);
-            } else if (!task.ownFiles.contains(QFileInfo(file).canonicalFilePath())) {
+            } else if (!ownFiles.contains(QFileInfo(file).canonicalFilePath())) {
                 files += file;
                 total += QFileInfo(file).size();
             }
@@ -123,7 +167,7 @@ QVector<Entry> wantedEntries(const Task& task, const Manager& manager)
 
 void update(Task& task)
 {
-    const StoreLock lock(task.storeFile);
+    const auto lock = lockStore(task.storeFile);
     Manager manager = openStore(task, true);
     const Language language = task.language.value_or(NoLanguage);
     const auto type = task.type.value_or(Manager::DefaultChecksum);
@@ -239,7 +283,7 @@ void remove(Task& task)
 {
     failIf(task.type.has_value(), u"remove always removes both types, so it takes no --type"_s);
     task.language = task.language.value_or(NoLanguage);
-    const StoreLock lock(task.storeFile);
+    const auto lock = lockStore(task.storeFile);
     Manager manager = openStore(task, false);
     const QVector<Entry> entries = wantedEntries(task, manager);
     if (entries.isEmpty()) {
@@ -281,7 +325,6 @@ Task taskOf(const CommandLine& commandLine)
     if (!commandLine.isSet(u"store"_s)) {
         task.storeFile = qEnvironmentVariable(storeVariable, u"/mnt/share/speech/checksum.json"_s);
     }
-    task.ownFiles << QFileInfo(task.storeFile).canonicalFilePath() << lockFileOf(task.storeFile);
     for (QString& path : task.paths) {
         failIf(path.isEmpty(), u"a path is empty"_s);
         path = QDir::cleanPath(path); // one spelling, by which entries are found
