@@ -4,51 +4,25 @@
 
 #include <core/speech/speechcommon.h>
 
-/** The rules, in the order of ruleTexts. */
 enum class Rule
 {
-    BareSoundId,
-    BlankInPath,
-    BrokenInlineTag,
-    CommentSpoken,
-    EntitySpoken,
-    InnerMarkup,
-    LanguageIgnored,
-    MissingFile,
-    NearSoundId,
-    NoOffboardMarkup,
-    NothingSpoken,
-    NotUtf8,
-    NulInFile,
-    OutsideMarkup,
-    UnknownForm,
-    UnknownLanguage,
-    UnreadableFile,
-    WrongContext,
-    BadValue,
-    LostPath,
-    NotLoaded,
-    Overwritten,
-    Skipped,
-    UnreachableKey,
-    BadDeclaration,
-    DroppedRow,
-    LateColumn,
-    LoneQuote,
-    NotATable,
-    RuleCount,
+#define ORV_RULE(enumerator, name, severity, text) enumerator,
+#include "checks/rules.def"
 };
 
 /** How a rule is presented to users. */
 struct RuleText
 {
-    const char* name;     ///< short and stable
-    const char* severity; ///< error, warning or note
-    const char* text;     ///< one line of at most 54 characters
+    const char* name;
+    const char* severity;
+    const char* text;
 };
 
 /** Indexed by Rule. */
-extern const RuleText ruleTexts[int(Rule::RuleCount)];
+constexpr RuleText ruleTexts[] = {
+#define ORV_RULE(enumerator, name, severity, text) {name, severity, text},
+#include "checks/rules.def"
+};
 
 /** A mistake that the library does not report. */
 struct Finding
