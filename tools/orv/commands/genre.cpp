@@ -12,14 +12,13 @@ using Genre = RadioStation::Genre;
 struct Vocabulary
 {
     const char* name;
-    const char* heading;
     const QHash<int, Genre>* codes; ///< nullptr for category names
 };
 
 const Vocabulary vocabularies[] = {
-    {"rds", "RDS", &rdsGenreToTyxGenreHash},
-    {"rbds", "RBDS", &rbdsGenreToTyxGenreHash},
-    {"satellite", "SATELLITE", nullptr},
+    {"rds", &rdsGenreToTyxGenreHash},
+    {"rbds", &rbdsGenreToTyxGenreHash},
+    {"satellite", nullptr},
 };
 
 /** The genres that a word stands for, ascending. @throw Failure if a number is needed */
@@ -37,19 +36,15 @@ QList<Genre> genresOf(const Vocabulary& vocabulary, const QString& word)
     return isKnown ? QList<Genre>{vocabulary.codes->value(code)} : QList<Genre>();
 }
 
-/** The words that stand for a genre, in order. */
-QStringList wordsOf(const Vocabulary& vocabulary, Genre genre)
+/** The codes or names that stand for a genre, in order. */
+template <typename Genres>
+QStringList wordsOf(const Genres& genres, Genre genre)
 {
+    auto keys = genres.keys(genre);
+    std::sort(keys.begin(), keys.end());
     QStringList words;
-    if (vocabulary.codes == nullptr) {
-        words = sdarsGenreToTyxGenreHash.keys(genre);
-        words.sort();
-    } else {
-        QList<int> codes = vocabulary.codes->keys(genre);
-        std::sort(codes.begin(), codes.end());
-        for (const int code : qAsConst(codes)) {
-            words += QString::number(code);
-        }
+    for (const auto& key : qAsConst(keys)) {
+        words += QVariant(key).toString();
     }
     return words;
 }
@@ -57,11 +52,11 @@ QStringList wordsOf(const Vocabulary& vocabulary, Genre genre)
 void addAll(Listing& listing)
 {
     for (int value = 0; !genreName(Genre(value)).isNull(); ++value) {
-        Record record{{"value", value, "VALUE"}, {"genre", genreName(Genre(value)), "GENRE"}};
-        for (const Vocabulary& vocabulary : vocabularies) {
-            record += {vocabulary.name, wordsOf(vocabulary, Genre(value)), vocabulary.heading};
-        }
-        listing.add(record);
+        const auto genre = Genre(value);
+        listing.add({{"value", value, "VALUE"}, {"genre", genreName(genre), "GENRE"},
+            {"rds", wordsOf(rdsGenreToTyxGenreHash, genre), "RDS"},
+            {"rbds", wordsOf(rbdsGenreToTyxGenreHash, genre), "RBDS"},
+            {"satellite", wordsOf(sdarsGenreToTyxGenreHash, genre), "SATELLITE"}});
     }
 }
 
