@@ -4,6 +4,8 @@
 
 #include <core/speech/speechcommon.h>
 
+#include <tuple>
+
 enum class Rule
 {
 #define ORV_RULE(enumerator, name, severity, text) enumerator,
@@ -32,7 +34,11 @@ struct Finding
     QString text;
 
     /** Orders by place first. */
-    bool operator<(const Finding& other) const;
+    bool operator<(const Finding& other) const
+    {
+        return std::tie(place.line, place.column, rule, text)
+               < std::tie(other.place.line, other.place.column, other.rule, other.text);
+    }
 };
 
 using Findings = QVector<Finding>;
@@ -46,10 +52,16 @@ struct CheckOptions
     QString root; ///< the folder that stands for the target's root folder; empty for the real one
 
     /** Where a file of the target is on this machine. */
-    QString onThisMachine(const QString& path) const;
+    QString onThisMachine(const QString& path) const
+    {
+        return path.startsWith(u'/') ? root + path : path;
+    }
 
     /** Whether @p path leads to a file. */
-    bool isFile(const QString& path) const;
+    bool isFile(const QString& path) const
+    {
+        return QFileInfo(onThisMachine(path)).isFile();
+    }
 };
 
 // Each checks the content of one file by comparing it with what the library reads from it.
