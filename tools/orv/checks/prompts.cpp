@@ -50,15 +50,11 @@ bool isSpokenWhole(const QString& prompt, PromptContext context)
 }
 
 /** The tags of a prompt without the text and values that authors fill in. */
-QString skeletonOf(const QString& prompt)
+QString skeletonOf(QString prompt)
 {
-    static const QRegularExpression tag(u"<[^<>]*>?"_s);
+    static const QRegularExpression text(u"(^|(?<=>))[^<]+"_s);
     static const QRegularExpression value(u"=\"[^\"]*\""_s);
-    QString skeleton;
-    for (auto match = tag.globalMatch(prompt); match.hasNext();) {
-        skeleton += match.next().captured();
-    }
-    return skeleton.replace(value, u"=\"\""_s).toLower();
+    return prompt.remove(text).replace(value, u"=\"\""_s).toLower();
 }
 
 /** The form that is most similar to a prompt, among those that contain @p tag. */
@@ -237,13 +233,12 @@ struct PromptCheck
         }
         checkMarkup();
         const QString path = meaning.text;
-        const Size begin = std::max<Size>(markup.indexOf(path), 0);
         if (meaning.mode == PromptText || meaning.mode == PromptOffboard) {
             checkSpokenText();
         } else if (!options.isFile(path)) {
-            add(begin, Rule::MissingFile, u"no such file: \"%1\""_s.arg(path));
+            add(spokenBegin(), Rule::MissingFile, u"no such file: \"%1\""_s.arg(path));
         } else if (options.context == A4AContext && meaning.mode == PromptFile) {
-            fileColumn = begin + 1;
+            fileColumn = spokenBegin() + 1;
             inFile = u"in \"%1\": "_s.arg(path);
             checkOffboardFile(path);
             inFile.clear();
@@ -391,9 +386,8 @@ struct PromptCheck
         static const QRegularExpression entity(
             u"&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"_s);
         const QString& spoken = meaning.text;
-        const Size ampersand = spoken.indexOf(u'&'); // few texts have one
-        const auto match =
-            ampersand < 0 ? QRegularExpressionMatch() : entity.match(spoken, ampersand);
+        const auto match = // few texts need it
+            spoken.contains(u'&') ? entity.match(spoken) : QRegularExpressionMatch();
         if (match.hasMatch()) {
             add(spokenBegin() + match.capturedStart(), Rule::EntitySpoken,
                 u"read aloud as it stands: \"%1\""_s.arg(match.captured()));
