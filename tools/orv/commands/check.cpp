@@ -87,19 +87,19 @@ std::map<Finding, QStringList> findAll(Task& task, const QByteArray& content)
 }
 
 /** Checks one file, and keeps the findings that are not accepted. @throw Failure */
-void check(Task& task, QString fileName)
+void check(Task& task, const QString& fileName)
 {
-    const QByteArray content = readInput(fileName);
-    const auto found = findAll(task, content);
+    Input input(fileName);
+    const auto found = findAll(task, input.content());
     for (const auto& [finding, contexts] : found) {
         const bool isOfAll = contexts.size() == task.contexts.size();
         const QString text =
             isOfAll ? finding.text : u"%1 (in %2)"_s.arg(finding.text, contexts.join(u", "_s));
         const QString rule = QLatin1String(ruleTexts[int(finding.rule)].name);
-        if (task.allowed.contains(rule) || task.baseline.extract({fileName, rule, text})) {
+        if (task.allowed.contains(rule) || task.baseline.extract({input.name, rule, text})) {
             ++task.accepted;
         } else {
-            task.findings.append({fileName, {finding.place, finding.rule, text}});
+            task.findings.append({input.name, {finding.place, finding.rule, text}});
         }
     }
 }

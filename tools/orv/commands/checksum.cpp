@@ -85,10 +85,9 @@ Manager openStore(const Task& task, bool mayBeMissing)
     }
     Manager manager;
     if (manager.entries().isEmpty()) {
-        QString name = task.storeFile;
-        if (!readJson(name).isArray()) {
-            throw Failure{u"%1: not a checksum store, which is an array"_s.arg(name)};
-        }
+        Input store(task.storeFile);
+        failIf(!store.json().isArray(),
+            u"%1: not a checksum store, which is an array"_s.arg(store.name));
     }
     return manager;
 }

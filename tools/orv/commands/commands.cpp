@@ -61,17 +61,18 @@ QVector<PromptContext> contextsOf(const CommandLine& commandLine)
 QHash<QString, QString> loadSounds(const CommandLine& commandLine, bool isNeeded)
 {
     const bool isNamed = commandLine.isSet(u"sounds"_s);
-    QString file = isNamed
-                       ? commandLine.value(u"sounds"_s)
-                       : QCoreApplication::applicationDirPath() + u"/../share/tts/common.json"_s;
+    const QString file =
+        isNamed ? commandLine.value(u"sounds"_s)
+                : QCoreApplication::applicationDirPath() + u"/../share/tts/common.json"_s;
     QHash<QString, QString> sounds = loadBrandSounds(commandLine.value(u"brand"_s), file);
     if (!sounds.isEmpty()) {
         return sounds;
     }
     QString reason;
     try {
-        readJson(file);
-        reason = file + u": no brand sounds in it"_s;
+        Input input(file);
+        input.json();
+        reason = input.name + u": no brand sounds in it"_s;
     } catch (const Failure& failure) {
         reason = failure.reason;
     }

@@ -39,7 +39,7 @@ private:
 };
 
 /** @return what is wrong with the data; empty if nothing @throw Failure */
-QString decompress(QFile& input, const QString& inputName, QIODevice& target)
+QString decompress(Input& input, QIODevice& target)
 {
     Output output(target);
     Inflate inflate(output);
@@ -51,7 +51,7 @@ QString decompress(QFile& input, const QString& inputName, QIODevice& target)
         progress.advance(data.size());
         failIf(output.hasFailed, u"cannot write the output"_s);
     } while (data.size() == blockSize && !inflate.hasFailed());
-    failIf(input.error() != QFileDevice::NoError, u"%1: %2"_s.arg(inputName, input.errorString()));
+    failIf(input.error() != QFileDevice::NoError, u"%1: %2"_s.arg(input.name, input.errorString()));
     if (inflate.hasFailed()) {
         return u"the compressed data is corrupt"_s;
     }
@@ -69,9 +69,8 @@ std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
     const QFileInfo info(fileName);
     if (!commandLine.isSet(u"o"_s)) {
         auto file = std::make_unique<QFile>();
-        if (!file->open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-            throw Failure{u"cannot write to standard output"_s};
-        }
+        failIf(!file->open(STDOUT_FILENO, QIODevice::WriteOnly | QIODevice::Unbuffered),
+            u"cannot write to standard output"_s);
         return file;
     }
     failIf(fileName.isEmpty(), u"the name of a file is empty"_s);
@@ -81,22 +80,19 @@ std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)
     const bool isDevice = info.exists() && !info.isFile();
     std::unique_ptr<QFileDevice> file(
         isDevice ? static_cast<QFileDevice*>(new QFile(fileName)) : new QSaveFile(fileName));
-    if (!file->open(QIODevice::WriteOnly)) {
-        throw Failure{u"%1: %2"_s.arg(fileName, file->errorString())};
-    }
+    const bool isOpen = file->open(QIODevice::WriteOnly);
+    failIf(!isOpen, u"%1: %2"_s.arg(fileName, file->errorString()));
     return file;
 }
 
 void run(const CommandLine& commandLine)
 {
-    QString inputName = commandLine.fileName();
-    QFile input;
-    openInput(input, inputName);
+    Input input(commandLine.fileName());
     const auto output = openOutput(commandLine);
-    const QString reason = decompress(input, inputName, *output);
+    const QString reason = decompress(input, *output);
     auto* const file = qobject_cast<QSaveFile*>(output.get());
     if (!reason.isEmpty()) { // an uncommitted QSaveFile leaves no file
-        printError(u"%1: %2"_s.arg(inputName, reason), 1);
+        printError(u"%1: %2"_s.arg(input.name, reason), 1);
     } else if (file != nullptr ? !file->commit() : !output->flush()) {
         throw Failure{u"cannot write the output: %1"_s.arg(output->errorString())};
     }

@@ -8,7 +8,6 @@ void run(const CommandLine& commandLine)
 {
     failIf(commandLine.positionalArguments().size() < 2,
         u"a file and a path are needed (orv help json)"_s);
-    QString fileName = commandLine.fileName();
     const QString path = commandLine.positionalArguments().at(1);
     // Qt reads and writes only arrays and objects, so values are wrapped in an array.
     QJsonValue defaultValue = QJsonValue::Undefined;
@@ -18,9 +17,10 @@ void run(const CommandLine& commandLine)
         failIf(array.size() != 1, u"the default is not a JSON value: \"%1\""_s.arg(text));
         defaultValue = array.at(0);
     }
-    const QJsonValue value = JsonPath(readJson(fileName)).value(path, defaultValue);
+    Input input(commandLine.fileName());
+    const QJsonValue value = JsonPath(input.json()).value(path, defaultValue);
     if (value.isUndefined()) {
-        printError(u"\"%1\" has no value at \"%2\""_s.arg(fileName, path), 1);
+        printError(u"\"%1\" has no value at \"%2\""_s.arg(input.name, path), 1);
         return;
     }
     const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);

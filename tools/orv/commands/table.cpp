@@ -76,11 +76,10 @@ void run(const CommandLine& commandLine)
     const bool isJson = commandLine.isSet(u"json"_s);
     failIf(commandLine.positionalArguments().isEmpty(), u"a table file is needed"_s);
     failIf(isJson && isCsv, u"either --json or --csv"_s);
-    QString fileName = commandLine.fileName();
-    const QByteArray content = readInput(fileName);
+    Input input(commandLine.fileName());
     QStringList droppedLines;
     const EcoFile table =
-        readTable(content, [&droppedLines](const TableLine& line, const EcoFile&) {
+        readTable(input.content(), [&droppedLines](const TableLine& line, const EcoFile&) {
             if (line.isDropped) {
                 droppedLines += QString::number(line.place.line);
             }
@@ -88,13 +87,13 @@ void run(const CommandLine& commandLine)
     QStringList columns = table.header().columns();
     columns.removeDuplicates(); // the last field of a column counts
     failIf(columns.isEmpty() && !droppedLines.isEmpty(),
-        u"%1: not a table file: no line declares a column"_s.arg(fileName));
+        u"%1: not a table file: no line declares a column"_s.arg(input.name));
     if (isCsv) {
         printCsv(table, columns);
     } else {
         printRows(isJson, table, columns);
     }
-    reportDropped(fileName, droppedLines);
+    reportDropped(input.name, droppedLines);
 }
 
 } // namespace

@@ -26,7 +26,8 @@ QString escaped(const char* name)
 
 } // namespace
 
-qint64 openInput(QFile& file, QString& name)
+Input::Input(const QString& fileName)
+    : name(fileName)
 {
     bool isOpen = false;
     // An empty name usually comes from an unset variable; reading standard input would only wait.
@@ -37,38 +38,33 @@ qint64 openInput(QFile& file, QString& name)
             printError(u"reading what you type; Ctrl-D on an empty line ends it"_s);
         }
         // With the descriptor: reading from the stream would end lines at a NUL.
-        isOpen = file.open(STDIN_FILENO, QIODevice::ReadOnly);
+        isOpen = open(STDIN_FILENO, ReadOnly);
     } else {
-        file.setFileName(name);
-        isOpen = file.open(QIODevice::ReadOnly);
+        setFileName(name);
+        isOpen = open(ReadOnly);
     }
-    if (!isOpen) {
-        throw Failure{u"%1: %2"_s.arg(name, file.errorString())};
-    }
-    return file.size();
+    failIf(!isOpen, u"%1: %2"_s.arg(name, errorString()));
 }
 
-QByteArray readInput(QString& name)
+QByteArray Input::content()
 {
-    QFile file;
-    openInput(file, name);
     QByteArray content;
     QByteArray block;
     do { // a short block is the last one; readAll() would wait for a second Ctrl-D on a terminal
-        block = file.read(blockSize);
+        block = read(blockSize);
         content += block;
     } while (block.size() == blockSize);
-    failIf(file.error() != QFileDevice::NoError, u"%1: %2"_s.arg(name, file.errorString()));
+    failIf(error() != NoError, u"%1: %2"_s.arg(name, errorString()));
     return content;
 }
 
-QJsonDocument readJson(QString& name)
+QJsonDocument Input::json()
 {
-    const QByteArray content = readInput(name);
+    const QByteArray text = content();
     QJsonParseError error;
-    QJsonDocument document = QJsonDocument::fromJson(content, &error);
+    QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (document.isNull()) {
-        const Place place = PlaceFinder(content).at(error.offset);
+        const Place place = PlaceFinder(text).at(error.offset);
         throw Failure{u"%1:%2:%3: no valid JSON: %4"_s.arg(
             name, QString::number(place.line), QString::number(place.column), error.errorString())};
     }
@@ -123,9 +119,9 @@ QStringList filesAt(const QString& path)
 }
 
 LineReader::LineReader(const QString& fileName)
-    : name(fileName)
+    : file(fileName)
     , device(file)
-    , progress(openInput(file, name))
+    , progress(file.size())
 {}
 
 LineReader::LineReader(const QByteArray& content)
@@ -141,7 +137,7 @@ bool LineReader::readBytes(QByteArray& line)
     line = device.readLine();
     if (line.isEmpty()) {
         failIf(file.error() != QFileDevice::NoError,
-            u"%1:%2: %3"_s.arg(name, QString::number(lineNumber + 1), file.errorString()));
+            u"%1:%2: %3"_s.arg(file.name, QString::number(lineNumber + 1), file.errorString()));
         return false;
     }
     ++lineNumber;
@@ -159,7 +155,7 @@ bool LineReader::readLine(QString& line)
         return false;
     }
     if (!decodeUtf8(bytes, line)) {
-        throw Failure{u"%1:%2: not valid UTF-8"_s.arg(name, QString::number(lineNumber))};
+        throw Failure{u"%1:%2: not valid UTF-8"_s.arg(file.name, QString::number(lineNumber))};
     }
     return true;
 }

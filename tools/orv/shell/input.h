@@ -2,20 +2,25 @@
 
 #include "shell/progress.h"
 
-/**
- * Opens a file. The @p name "-" opens standard input, and becomes "standard input". A message tells
- * users when the program waits for what they type.
- *
- * @return its size in bytes; 0 if that is unknown
- * @throw Failure if it cannot be opened
- */
-qint64 openInput(QFile& file, QString& name);
+/** A file to be read. */
+struct Input : QFile
+{
+    Input() = default;
 
-/** The whole content. @p name is as for openInput(). @throw Failure */
-QByteArray readInput(QString& name);
+    /**
+     * Opens the file; "-" is standard input. A message tells users when the program waits for what
+     * they type. @throw Failure
+     */
+    explicit Input(const QString& fileName);
 
-/** The array or object of a JSON file. @p name is as for openInput(). @throw Failure */
-QJsonDocument readJson(QString& name);
+    /** All that it contains. @throw Failure */
+    QByteArray content();
+
+    /** The array or object of a JSON file. @throw Failure */
+    QJsonDocument json();
+
+    QString name; ///< for messages
+};
 
 /** Decodes @p bytes without a byte order mark. @return false if they are not valid UTF-8 */
 bool decodeUtf8(const QByteArray& bytes, QString& text);
@@ -30,7 +35,7 @@ QStringList filesAt(const QString& path);
 class LineReader
 {
 public:
-    /** As openInput(). */
+    /** Reads the file of that name, as Input. @throw Failure */
     explicit LineReader(const QString& fileName);
 
     explicit LineReader(const QByteArray& content);
@@ -44,8 +49,7 @@ public:
     int lineNumber = 0; ///< of the line last read, from 1
 
 private:
-    QString name;
-    QFile file;
+    Input file;
     QBuffer buffer;
     QIODevice& device;
     Progress progress;
