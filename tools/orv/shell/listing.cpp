@@ -68,7 +68,7 @@ void printRecord(const Record& record)
             continue;
         }
         const bool isList = value.userType() == QMetaType::QStringList;
-        const QStringList texts = isList ? value.toStringList() : QStringList(textOf(value));
+        const QStringList texts = isList ? value.toStringList() : QStringList(value.toString());
         for (const QString& text : texts) {
             shown += QString::fromUtf8(around).arg(onOneLine(text), width);
         }
@@ -100,16 +100,19 @@ void Listing::add(const Record& record)
 
 void Listing::finish() const
 {
-    QVector<int> widths(rows.value(0).size());
+    QVector<int> columnWidths(rows.value(0).size());
+    QVector<int> widths; // of the cells, row by row
     for (const QStringList& row : rows) {
         for (int i = 0; i < row.size(); ++i) {
-            widths[i] = std::max(widths[i], displayWidth(row[i]));
+            widths += displayWidth(row[i]);
+            columnWidths[i] = std::max(columnWidths[i], widths.last());
         }
     }
+    auto width = widths.cbegin();
     for (const QStringList& row : rows) {
         QString line;
-        for (int i = 0; i < row.size(); ++i) {
-            const int gap = i + 1 < row.size() ? widths[i] + 2 - displayWidth(row[i]) : 0;
+        for (int i = 0; i < row.size(); ++i, ++width) {
+            const int gap = i + 1 < row.size() ? columnWidths[i] + 2 - *width : 0;
             line += row[i] + QString(gap, u' ');
         }
         print(line + u'\n');
