@@ -25,8 +25,7 @@ int terminalWidth()
 } // namespace
 
 Progress::Progress(qint64 totalBytes)
-    : total(totalBytes)
-    , isWanted(totalBytes > 0 && isatty(STDERR_FILENO) == 1)
+    : total(isatty(STDERR_FILENO) == 1 ? totalBytes : 0)
 {
     timer.start();
 }
@@ -47,18 +46,14 @@ void Progress::clear()
 void Progress::advance(qint64 bytes)
 {
     done += bytes;
-    const qint64 now = isWanted ? timer.elapsed() : 0;
-    if (now >= quietTime && now >= drawnAt + drawInterval) {
-        draw(now);
-        drawnAt = now;
-        isDrawn = true;
+    const qint64 now = total > 0 ? timer.elapsed() : 0;
+    if (now < quietTime || now < drawnAt + drawInterval) {
+        return;
     }
-}
-
-void Progress::draw(qint64 milliseconds) const
-{
+    drawnAt = now;
+    isDrawn = true;
     const double part = std::min(double(done) / double(total), 1.0);
-    const double bytesPerSecond = double(done) * 1000.0 / double(milliseconds);
+    const double bytesPerSecond = double(done) * 1000.0 / double(now);
     const auto remaining =
         int(done > 0 && done < total ? double(total - done) / bytesPerSecond : 0);
     const QString numbers = u"%1 %  %2 MB/s  %3:%4 left"_s.arg(int(part * 100), 3)

@@ -22,10 +22,7 @@ public:
     static void clear();
 
 private:
-    void draw(qint64 milliseconds) const;
-
-    const qint64 total;
-    const bool isWanted;
+    const qint64 total; ///< 0 without a bar
     qint64 done = 0;
     qint64 drawnAt = 0;
     QElapsedTimer timer;
