@@ -228,7 +228,6 @@ struct PromptCheck
                 tellWhySpokenWhole();
             }
             checkSpokenWords();
-            checkInlineTags();
             return;
         }
         checkMarkup();
@@ -374,15 +373,20 @@ struct PromptCheck
             add(spokenBegin() + tag.capturedStart(), Rule::InnerMarkup,
                 u"the tags within the text will be read aloud"_s);
         }
-        if (!isOffboard) {
-            checkSpokenWords();
-        }
-        checkInlineTags();
+        checkSpokenWords();
     }
 
-    /** Checks text that is spoken on board for sounds and entities. */
+    /** Checks inline tags, and text that is spoken on board for sounds and entities. */
     void checkSpokenWords()
     {
+        const Size broken = brokenInlineTag(meaning.text);
+        if (broken >= 0) {
+            add(spokenBegin() + broken, Rule::BrokenInlineTag,
+                u"not an inline tag, so it is read aloud; write \\!\\NAME=VALUE\\ and a space"_s);
+        }
+        if (meaning.mode == PromptOffboard) {
+            return;
+        }
         static const QRegularExpression entity(
             u"&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"_s);
         const QString& spoken = meaning.text;
@@ -401,15 +405,6 @@ struct PromptCheck
         } else if (const QString id = nearest(word, options.soundIds, slip); !id.isNull()) {
             add(spokenBegin(), Rule::NearSoundId,
                 u"nearly the sound \"%1\", but read aloud"_s.arg(id));
-        }
-    }
-
-    void checkInlineTags()
-    {
-        const Size at = brokenInlineTag(meaning.text);
-        if (at >= 0) {
-            add(spokenBegin() + at, Rule::BrokenInlineTag,
-                u"not an inline tag, so it is read aloud; write \\!\\NAME=VALUE\\ and a space"_s);
         }
     }
 
