@@ -2,8 +2,6 @@
 
 #include "checks/finding.h"
 
-#include <algorithm>
-
 namespace {
 
 bool hasLoneQuote(const QString& line)
@@ -87,10 +85,11 @@ QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
     return declarations[1].isMade ? problemOfSeparator(line, header) : QString();
 }
 
-void checkEncoding(Findings& findings, const QByteArray& content)
+Findings checkEncoding(const QByteArray& content)
 {
+    Findings findings;
     if (content.startsWith("\xFF\xFE") || content.startsWith("\xFE\xFF")) {
-        return; // UTF-16, which is read as such
+        return findings; // UTF-16, which is read as such
     }
     LineReader reader(content);
     QByteArray line;
@@ -100,6 +99,7 @@ void checkEncoding(Findings& findings, const QByteArray& content)
             findings += {{reader.lineNumber, 1}, Rule::NotUtf8, u"not valid UTF-8"_s};
         }
     }
+    return findings;
 }
 
 } // namespace
@@ -130,8 +130,8 @@ EcoFile readTable(
 
 Findings checkTable(const QByteArray& content, const CheckOptions&)
 {
-    Findings findings;
-    checkEncoding(findings, content);
+    Findings declarations; // the findings of lines that start with "#"
+    Findings others = checkEncoding(content);
     EcoFile::Header before; // without the rows, which would be copied for each declaration
     bool hasDropped = false;
     const EcoFile file = readTable(content, [&](const TableLine& line, const EcoFile& after) {
@@ -141,26 +141,21 @@ Findings checkTable(const QByteArray& content, const CheckOptions&)
             const QString problem = isColumn ? problemOfColumn(before, after)
                                              : problemOfDeclaration(line.text, after.header());
             if (!problem.isEmpty()) {
-                findings +=
+                declarations +=
                     {line.place, isColumn ? Rule::LateColumn : Rule::BadDeclaration, problem};
             }
             before = after.header();
         } else if (line.isDropped) {
             hasDropped = true;
-            findings +=
-                {line.place, Rule::DroppedRow, u"dropped: "_s + whyDropped(line.text, after)};
+            others += {line.place, Rule::DroppedRow, u"dropped: "_s + whyDropped(line.text, after)};
         } else if (hasLoneQuote(line.text)) {
             const Place quote{line.place.line, line.place.column + line.text.lastIndexOf(u'"')};
-            findings += {quote, Rule::LoneQuote,
+            others += {quote, Rule::LoneQuote,
                 u"a quote that has no partner is lost, and ends its field"_s};
         }
     });
     if (file.header().columns().isEmpty() && hasDropped) {
-        const auto isOther = [](const Finding& finding) {
-            return finding.rule != Rule::BadDeclaration;
-        };
-        findings.erase(std::remove_if(findings.begin(), findings.end(), isOther), findings.end());
-        findings += {{}, Rule::NotATable, u"not a table file: no line declares a column"_s};
+        others = {{{}, Rule::NotATable, u"not a table file: no line declares a column"_s}};
     }
-    return findings;
+    return declarations + others;
 }
