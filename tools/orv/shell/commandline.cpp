@@ -36,17 +36,16 @@ QStringList spelledOut(const Command& command, const QStringList& words)
     QStringList result;
     QString several; // the option whose values are the words up to the next option
     for (const QString& word : words) {
-        const bool isValue = !word.startsWith(u"--"_s);
-        if (!isValue) {
+        if (word.startsWith(u"--"_s)) {
             several.clear();
+            for (const Option& option : command.options) {
+                const bool takesSeveral = QString::fromUtf8(option.value).endsWith(u'…');
+                if (takesSeveral && word.section(u'=', 0, 0) == dashed(option)) {
+                    several = dashed(option);
+                }
+            }
         } else if (!several.isEmpty() && result.last() != several) {
             result += several;
-        }
-        for (const Option& option : command.options) {
-            const bool takesSeveral = QString::fromUtf8(option.value).endsWith(u'…');
-            if (takesSeveral && !isValue && word.section(u'=', 0, 0) == dashed(option)) {
-                several = dashed(option);
-            }
         }
         result += word;
     }
