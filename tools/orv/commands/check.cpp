@@ -7,11 +7,6 @@
 
 namespace {
 
-// Codes of terminal colours.
-constexpr int red = 31;
-constexpr int yellow = 33;
-constexpr int cyan = 36;
-
 struct Kind
 {
     const char* name;
@@ -58,10 +53,9 @@ std::multiset<Key> readBaseline(const QString& fileName)
     QByteArray line;
     while (reader.readBytes(line)) {
         const QJsonObject object = QJsonDocument::fromJson(line).object();
-        if (!object.contains(u"rule"_s)) {
-            throw Failure{u"%1:%2: not a finding that orv check --json wrote"_s.arg(
-                fileName, QString::number(reader.lineNumber))};
-        }
+        failIf(
+            !object.contains(u"rule"_s), u"%1:%2: not a finding that orv check --json wrote"_s.arg(
+                                             fileName, QString::number(reader.lineNumber)));
         keys.insert({object.value(u"file"_s).toString(), object.value(u"rule"_s).toString(),
             object.value(u"reason"_s).toString()});
     }
@@ -124,18 +118,14 @@ QStringList filesFor(const Kind& kind, const QString& argument)
     return names;
 }
 
-QJsonObject textObject(const QString& text)
-{
-    return {{u"text"_s, text}};
-}
-
 QJsonObject resultOf(const QString& file, const Finding& finding)
 {
     const RuleText& rule = ruleTexts[int(finding.rule)];
     // Names are relative references, in which a colon or a percent sign must be escaped.
     const QString uri = QString::fromLatin1(QUrl::toPercentEncoding(file, "/"));
     return {{u"ruleId"_s, QLatin1String(rule.name)}, {u"ruleIndex"_s, int(finding.rule)},
-        {u"level"_s, QLatin1String(rule.severity)}, {u"message"_s, textObject(finding.text)},
+        {u"level"_s, QLatin1String(rule.severity)},
+        {u"message"_s, QJsonObject{{u"text"_s, finding.text}}},
         {u"locations"_s, QJsonArray{QJsonObject{{u"physicalLocation"_s,
                              QJsonObject{{u"artifactLocation"_s, QJsonObject{{u"uri"_s, uri}}},
                                  {u"region"_s, QJsonObject{{u"startLine"_s, finding.place.line},
@@ -148,7 +138,7 @@ QJsonObject sarifOf(const QVector<FileFinding>& findings)
     QJsonArray rules;
     for (const RuleText& rule : ruleTexts) {
         rules.append(QJsonObject{{u"id"_s, QLatin1String(rule.name)},
-            {u"shortDescription"_s, textObject(QLatin1String(rule.text))},
+            {u"shortDescription"_s, QJsonObject{{u"text"_s, QLatin1String(rule.text)}}},
             {u"defaultConfiguration"_s, QJsonObject{{u"level"_s, QLatin1String(rule.severity)}}}});
     }
     QJsonArray results;
@@ -171,7 +161,7 @@ void show(const Task& task, const CommandLine& commandLine)
     }
     for (const auto& [file, finding] : task.findings) {
         const auto& [name, severity, summary] = ruleTexts[int(finding.rule)];
-        const int colour = *severity == 'e' ? red : *severity == 'w' ? yellow : cyan;
+        const int colour = *severity == 'e' ? 31 : *severity == 'w' ? 33 : 36; // red, yellow, cyan
         const QByteArray label = coloured(u"%1"_s, colour).toUtf8() + ": ";
         printRecord({{"file", file, "%1:"}, {"line", finding.place.line, "%1:"},
             {"column", finding.place.column, "%1: "},

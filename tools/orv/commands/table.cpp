@@ -3,17 +3,6 @@
 
 namespace {
 
-void reportDropped(const QString& fileName, const QStringList& lineNumbers)
-{
-    constexpr int mostShown = 5;
-    if (!lineNumbers.isEmpty()) {
-        const bool isCut = lineNumbers.size() > mostShown;
-        printError(
-            u"%1: lines dropped: %2 (%3%4)"_s.arg(fileName, QString::number(lineNumbers.size()),
-                lineNumbers.mid(0, mostShown).join(u", "_s), isCut ? u", …"_s : QString()));
-    }
-}
-
 QString csvLine(QStringList cells)
 {
     static const QRegularExpression needsQuotes(u"[,\"\r\n]"_s);
@@ -93,7 +82,13 @@ void run(const CommandLine& commandLine)
     } else {
         printRows(isJson, table, columns);
     }
-    reportDropped(input.name, droppedLines);
+    const int count = int(droppedLines.size());
+    if (count > 0) {
+        constexpr int mostShown = 5;
+        printError(u"%1: lines dropped: %2 (%3%4)"_s.arg(input.name, QString::number(count),
+            droppedLines.mid(0, mostShown).join(u", "_s),
+            count > mostShown ? u", …"_s : QString()));
+    }
 }
 
 } // namespace
