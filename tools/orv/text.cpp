@@ -8,12 +8,9 @@ QString onOneLine(QString text)
 {
     constexpr ushort symbols = 0x2400; // U+2400 is the symbol for U+0000, and so on
     const auto isControl = [](QChar character) { return character < u' '; };
-    if (std::none_of(text.cbegin(), text.cend(), isControl)) {
-        return text; // most texts, which the loop would copy
-    }
-    for (QChar& character : text) {
-        if (isControl(character)) {
-            character = QChar(symbols + character.unicode());
+    if (std::any_of(text.cbegin(), text.cend(), isControl)) { // the loop would copy all others
+        for (QChar& character : text) {
+            character = isControl(character) ? QChar(symbols + character.unicode()) : character;
         }
     }
     return text;

@@ -62,7 +62,7 @@ std::multiset<Key> readBaseline(const QString& fileName)
     return keys;
 }
 
-/** The findings in all contexts, with the names of their contexts. */
+/** The findings in all contexts, with the names of their contexts, which may be repeated. */
 std::map<Finding, QStringList> findAll(Task& task, const QByteArray& content)
 {
     std::map<Finding, QStringList> contextsByFinding;
@@ -71,10 +71,7 @@ std::map<Finding, QStringList> findAll(Task& task, const QByteArray& content)
         task.options.context = context;
         const Findings findings = task.kind.check(content, task.options);
         for (const Finding& finding : findings) {
-            QStringList& names = contextsByFinding[finding];
-            if (!names.contains(name)) {
-                names += name;
-            }
+            contextsByFinding[finding] += name;
         }
     }
     return contextsByFinding;
@@ -84,8 +81,9 @@ std::map<Finding, QStringList> findAll(Task& task, const QByteArray& content)
 void check(Task& task, const QString& fileName)
 {
     Input input(fileName);
-    const auto found = findAll(task, input.content());
-    for (const auto& [finding, contexts] : found) {
+    auto found = findAll(task, input.content());
+    for (auto& [finding, contexts] : found) {
+        contexts.removeDuplicates();
         const bool isOfAll = contexts.size() == task.contexts.size();
         const QString text =
             isOfAll ? finding.text : u"%1 (in %2)"_s.arg(finding.text, contexts.join(u", "_s));

@@ -52,15 +52,12 @@ QString decompress(Input& input, QIODevice& target)
         failIf(output.hasFailed, u"cannot write the output"_s);
     } while (data.size() == blockSize && !inflate.hasFailed());
     failIf(input.error() != QFileDevice::NoError, u"%1: %2"_s.arg(input.name, input.errorString()));
-    if (inflate.hasFailed()) {
-        return u"the compressed data is corrupt"_s;
-    }
-    if (!inflate.isFinished()) {
-        return u"the compressed data ends too early"_s;
-    }
-    return inflate.surplusSize() == 0 ? QString()
-                                      : u"left %1 behind the end of the compressed data"_s.arg(
-                                          counted(qint64(inflate.surplusSize()), "byte"));
+    const QString surplus = u"left %1 behind the end of the compressed data"_s.arg(
+        counted(qint64(inflate.surplusSize()), "byte"));
+    return inflate.hasFailed()         ? u"the compressed data is corrupt"_s
+           : !inflate.isFinished()     ? u"the compressed data ends too early"_s
+           : inflate.surplusSize() > 0 ? surplus
+                                       : QString();
 }
 
 std::unique_ptr<QFileDevice> openOutput(const CommandLine& commandLine)

@@ -151,13 +151,11 @@ bool LineReader::readBytes(QByteArray& line)
 bool LineReader::readLine(QString& line)
 {
     QByteArray bytes;
-    if (!readBytes(bytes)) {
-        return false;
-    }
-    if (!decodeUtf8(bytes, line)) {
+    const bool isRead = readBytes(bytes);
+    if (isRead && !decodeUtf8(bytes, line)) {
         throw Failure{u"%1:%2: not valid UTF-8"_s.arg(file.name, QString::number(lineNumber))};
     }
-    return true;
+    return isRead;
 }
 
 PlaceFinder::PlaceFinder(const QByteArray& text)
