@@ -242,6 +242,7 @@ private Q_SLOTS:
             QVERIFY(help.output.startsWith("Usage: orv " + command + " [options]"));
             QVERIFY(help.output.contains("\nExamples:\n  orv " + command + ' '));
             QCOMPARE(help.exitCode, 0);
+            QCOMPARE(orv("help " + command).output, help.output);
         }
     }
 
