@@ -53,9 +53,9 @@ std::multiset<Key> readBaseline(const QString& fileName)
     QByteArray line;
     while (reader.readBytes(line)) {
         const QJsonObject object = QJsonDocument::fromJson(line).object();
-        failIf(
-            !object.contains(u"rule"_s), u"%1:%2: not a finding that orv check --json wrote"_s.arg(
-                                             fileName, QString::number(reader.lineNumber)));
+        const QString number = QString::number(reader.lineNumber);
+        failIf(!object.contains(u"rule"_s),
+            u"%1:%2: not a finding that orv check --json wrote"_s.arg(fileName, number));
         keys.insert({object.value(u"file"_s).toString(), object.value(u"rule"_s).toString(),
             object.value(u"reason"_s).toString()});
     }

@@ -13,8 +13,7 @@ class Progress
 public:
     explicit Progress(qint64 totalBytes); ///< 0 for no bar
     ~Progress();
-    Progress(const Progress&) = delete;
-    Progress& operator=(const Progress&) = delete;
+    Q_DISABLE_COPY(Progress)
 
     void advance(qint64 bytes);
 
