@@ -88,13 +88,11 @@ QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
 Findings checkEncoding(const QByteArray& content)
 {
     Findings findings;
-    if (content.startsWith("\xFF\xFE") || content.startsWith("\xFE\xFF")) {
-        return findings; // UTF-16, which is read as such
-    }
+    const bool isUtf16 = content.startsWith("\xFF\xFE") || content.startsWith("\xFE\xFF");
     LineReader reader(content);
     QByteArray line;
-    while (reader.readBytes(line)) {
-        QString text;
+    QString text;
+    while (!isUtf16 && reader.readBytes(line)) { // UTF-16 is read as such
         if (!decodeUtf8(line, text)) {
             findings += {{reader.lineNumber, 1}, Rule::NotUtf8, u"not valid UTF-8"_s};
         }

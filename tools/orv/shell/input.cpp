@@ -18,8 +18,8 @@ QString escaped(const char* name)
 {
     QString text;
     for (; *name != '\0'; ++name) {
-        const bool isAscii = uchar(*name) < 0x80;
-        text += isAscii ? QString(QLatin1Char(*name)) : u"\\x%1"_s.arg(uchar(*name), 2, 16);
+        const auto byte = uchar(*name);
+        text += byte < 0x80 ? QString(QLatin1Char(*name)) : u"\\x%1"_s.arg(byte, 2, 16);
     }
     return text;
 }
@@ -27,35 +27,33 @@ QString escaped(const char* name)
 } // namespace
 
 Input::Input(const QString& fileName)
-    : name(fileName)
+    : QFile(fileName)
+    , name(fileName)
 {
-    bool isOpen = false;
     // An empty name usually comes from an unset variable; reading standard input would only wait.
     failIf(name.isEmpty(), u"the name of a file is empty"_s);
-    if (name == u"-"_s) {
+    const bool isStandardInput = name == u"-"_s;
+    if (isStandardInput) {
         name = u"standard input"_s;
         if (isatty(STDIN_FILENO) == 1 && isatty(STDERR_FILENO) == 1) {
             printError(u"reading what you type; Ctrl-D on an empty line ends it"_s);
         }
-        // With the descriptor: reading from the stream would end lines at a NUL.
-        isOpen = open(STDIN_FILENO, ReadOnly);
-    } else {
-        setFileName(name);
-        isOpen = open(ReadOnly);
     }
+    // With the descriptor: reading from the stream would end lines at a NUL.
+    const bool isOpen = isStandardInput ? open(STDIN_FILENO, ReadOnly) : open(ReadOnly);
     failIf(!isOpen, u"%1: %2"_s.arg(name, errorString()));
 }
 
 QByteArray Input::content()
 {
-    QByteArray content;
+    QByteArray bytes;
     QByteArray block;
     do { // a short block is the last one; readAll() would wait for a second Ctrl-D on a terminal
         block = read(blockSize);
-        content += block;
+        bytes += block;
     } while (block.size() == blockSize);
     failIf(error() != NoError, u"%1: %2"_s.arg(name, errorString()));
-    return content;
+    return bytes;
 }
 
 QJsonDocument Input::json()
