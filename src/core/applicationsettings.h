@@ -11,7 +11,7 @@ class QString;
 
 /**
  * The settings of the running application: a JSON object in the file applicationName() + ".json" in
- * applicationDirPath(), both of QCoreApplication.
+ * applicationDirPath(), both of QCoreApplication, which must exist.
  *
  * The first look-up loads the file. If it is missing, invalid, an array or an empty object, the
  * next look-up tries again; once loaded, it is not read again. Do not use after main has returned.

@@ -18,8 +18,9 @@ class QIODevice;
  * device.
  *
  * Output is written at once, in blocks of at most 16384 bytes; memory use does not depend on the
- * size of the data. Bytes after the end of the stream are ignored but counted. Corrupt data logs
- * one warning, and nothing more is written. Write errors of the device are ignored.
+ * size of the data. Bytes after the end of the stream are ignored but counted. Corrupt data, a
+ * stream that needs a dictionary, or a lack of memory logs one warning, and nothing more is
+ * written. Write errors of the device are ignored.
  *
  * Thread-safety: reentrant; use an object from one thread at a time.
  */
@@ -44,7 +45,7 @@ public:
     /** Whether the end of the stream was reached, so all its data is written. */
     bool isFinished() const;
 
-    /** Whether the data was corrupt or zlib could not start; data added later is ignored. */
+    /** Whether zlib could not start or has failed; data added later is ignored. */
     bool hasFailed() const;
 
     /** The number of bytes added so far after the end of the stream. */

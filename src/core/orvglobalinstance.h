@@ -18,10 +18,11 @@ public:
  * The registry of a process's singletons. It owns them and finds them by name. clear() and the exit
  * of the process delete them, newest first, so a destructor may use older singletons.
  *
- * No operation waits for another. If two operations overlap, unless both are look-ups, the later
- * one ends the process with a fatal message that names the operation and, except for clear(), the
- * singleton. So register and remove singletons only at start-up and shut-down. A singleton's
- * destructor runs while the registry is locked: it must not call at(), insert(), erase() or clear().
+ * No operation waits for another. Only look-ups may overlap; in any other overlap, the later
+ * operation ends the process with a fatal message that names the operation and, except for clear(),
+ * the singleton. So register and remove singletons only at start-up and shut-down. A singleton's
+ * destructor runs while the registry is locked: it must not call at(), insert(), erase() or
+ * clear().
  *
  * Names are copied and compared byte for byte; a null name equals an empty one. Do not use the
  * registry after the process has destroyed its static objects. Thread-safety: any thread, within

@@ -82,10 +82,10 @@ public:
 
     /**
      * Reads a file and keeps the rows read before: row numbers continue, columns are appended, and
-     * other declarations replace earlier ones. The encoding is that of the locale, unless a byte
-     * order mark indicates UTF-8, UTF-16 or UTF-32.
+     * other declarations replace earlier ones. The encoding is that of the locale (with Qt 6 always
+     * UTF-8), unless a byte order mark indicates UTF-8, UTF-16 or UTF-32.
      *
-     * @return false if the file cannot be opened
+     * @return false if the file cannot be opened, which is not logged
      */
     bool parse(const QString& fileName);
 
@@ -95,7 +95,8 @@ public:
     /**
      * Reads one declaration:
      * - `#ECO VERSION ENCODING`; a ";" after the encoding is dropped
-     * - `#Separator HEX`, such as 3B for ";" and 9 for a tab; only the low 8 bits are used
+     * - `#Separator HEX`, such as 3B for ";" and 9 for a tab; only the low 8 bits are used; with
+     *   "^" or "\", all rows are dropped
      * - `#Column NAME`
      *
      * Single blanks separate the words. A line with more or fewer words, or with any other start,

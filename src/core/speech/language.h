@@ -109,8 +109,8 @@ ORVCORE_EXPORT Language convertIso3ToLanguageId(const QByteArray& iso3Code);
 /** @} */
 
 /**
- * The name of the language's enumerator, such as "EnglishUk"; null for a value that belongs to no
- * language, #InvalidLanguage included.
+ * The name of the language's enumerator, such as "EnglishUk"; null for #InvalidLanguage and for a
+ * value without an enumerator.
  */
 ORVCORE_EXPORT QString languageName(const Language& language);
 

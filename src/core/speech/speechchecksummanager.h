@@ -20,8 +20,8 @@
  * the file.
  *
  * The library does not lock the file. If two processes load, change and write it at the same time,
- * the last to write discards the changes of the other. Processes that share a file must lock it
- * themselves, as `orv` does.
+ * the last to write discards the changes of the other. Processes that share a file must take the
+ * lock that docs/formats.md describes, as `orv` does.
  *
  * Failures are only logged. Thread-safety: use an instance from one thread at a time. Calls of the
  * constructor, writePersistentData() and removeFile() must not overlap, even for two instances. Any
@@ -72,8 +72,9 @@ public:
     };
 
     /**
-     * Loads the store from the path in the environment variable ORV_SPEECH_CHECKSUM_FILE, even an
-     * empty one. If the variable is not set, the path is /mnt/share/speech/checksum.json.
+     * Loads the store from the path in the environment variable ORV_SPEECH_CHECKSUM_FILE. If it is
+     * not set, the path is /mnt/share/speech/checksum.json; if it is set but empty, there is no
+     * file.
      *
      * A missing or invalid file gives an empty store; JsonFile::loadDocument() logs the reason.
      * Elements of the array are not validated: a missing member gives an empty text or 0.
@@ -102,14 +103,15 @@ public:
     /**
      * The MD5 digest of a file's content, as 32 lower-case hexadecimal digits.
      *
-     * A file that cannot be opened gives the digest of an empty file and no log line; a read error
-     * logs one warning. The file is read in blocks, so memory use does not depend on its size.
+     * A file that cannot be opened gives the digest of an empty file and no log line. A file that
+     * cannot be read up to its stated size gives the digest of what was read, and one warning.
+     * Memory use does not depend on the size.
      */
     static QByteArray generateChecksum(const QString& filePath);
 
     /**
-     * The same. Sets @p isRead to whether the file could be opened and read to its end: a missing
-     * file has the same digest as an empty one.
+     * The same. Sets @p isRead to whether the file could be opened and read to its end. This
+     * distinguishes a missing file from an empty one, which has the same digest.
      */
     static QByteArray generateChecksum(const QString& filePath, bool& isRead);
 

@@ -206,7 +206,7 @@ ORVCORE_EXPORT QString convert(DatabaseVersionResult::TypeOfUpdateData type);
 /**
  * Extracts the filter ids of a one-shot destination entry from its attributes. The first id is the
  * value of the first existing key of 9, 329 and 257; the second that of 329, 2 and 258. So without
- * key 9, both may be the value of 329. If none of its keys exists, an output is left unchanged.
+ * key 9, both may be the value of 329. An id is left unchanged if none of its keys exists.
  */
 ORVCORE_EXPORT void extractOneShotFilterIds(const QHash<unsigned short, QByteArray>& attributes,
     QByteArray& firstFilterId, QByteArray& secondFilterId);
