@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Writes the manual pages of orv and its commands from the program's help, and that of the file formats.
+# Writes the manual pages of orv and its commands from the program's help, and that of the file formats from the guide.
 # usage: manpages.sh ORV VERSION FORMATS_PAGE FOLDER
 set -euo pipefail
 

@@ -8,7 +8,7 @@ QString onOneLine(QString text)
 {
     constexpr ushort symbols = 0x2400; // U+2400 is the symbol for U+0000, and so on
     const auto isControl = [](QChar character) { return character < u' '; };
-    if (std::any_of(text.cbegin(), text.cend(), isControl)) { // the loop would copy all others
+    if (std::any_of(text.cbegin(), text.cend(), isControl)) { // the loop copies the text
         for (QChar& character : text) {
             character = isControl(character) ? QChar(symbols + character.unicode()) : character;
         }

@@ -21,7 +21,8 @@ struct Part
 struct JsonText
 {
     QJsonDocument document; ///< null if the text cannot be read
-    QVector<Part> parts;    ///< of an outermost array, or of an outermost object and all in it
+    /// The elements of an outermost array, or the members of all objects in an outermost object.
+    QVector<Part> parts;
 };
 
 /** An array or object that is being read. */
@@ -37,7 +38,7 @@ Finding overwriting(const QString& key, int line, const Place& place)
         u"\"%1\" overwrites that of line %2"_s.arg(key, QString::number(line))};
 }
 
-/** Reads a text. Reports if that fails, and members that overwrite others of the same object. */
+/** Reads JSON text. Reports invalid text, and members that overwrite others of the same object. */
 JsonText readText(const QByteArray& content, Findings& findings)
 {
     JsonText text;
@@ -61,9 +62,10 @@ JsonText readText(const QByteArray& content, Findings& findings)
             at += content[at] == '\\' ? 1 : 0;
         }
         const bool isEnd = first == ']' || first == '}';
-        const bool isMember = isStart && !isEnd && levels.last().isObject;
-        const bool isElement = isStart && !isEnd && levels.size() == 1;
-        if (isMember || isElement) {
+        const bool isPart = isStart && !isEnd;
+        const bool isMember = isPart && levels.last().isObject;
+        const bool isOutermost = isPart && levels.size() == 1;
+        if (isMember || isOutermost) {
             const Place place = places.at(begin);
             QString key;
             if (isMember) {
@@ -75,7 +77,7 @@ JsonText readText(const QByteArray& content, Findings& findings)
                 }
                 line = place.line;
             }
-            if (isElement || text.document.isObject()) {
+            if (isOutermost || text.document.isObject()) {
                 text.parts.append({key, place});
             }
         }
@@ -177,7 +179,8 @@ Findings checkSounds(const QByteArray& content, const CheckOptions& options)
         if (lines.contains(entered)) {
             findings += overwriting(entered, lines[entered], place);
         }
-        lines[id] = lines[withStop] = place.line;
+        lines[id] = place.line;
+        lines[withStop] = place.line;
         const QString file = path.contains(u'%') ? path.arg(options.brand.toLower()) : path;
         if (!id.isEmpty() && !path.isEmpty() && !options.isFile(file)) {
             findings += {place, Rule::MissingFile, u"no such file: \"%1\""_s.arg(file)};

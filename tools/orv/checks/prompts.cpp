@@ -62,7 +62,7 @@ QString nearestForm(const QString& prompt, const char* tag)
 {
     constexpr int enough = 200; // no form is longer
     const QString skeleton = skeletonOf(prompt).left(enough);
-    // The start of a form counts first, because its end may be missing. The first of equals wins.
+    // The start counts first, because the prompt may lack the end. The first of equal forms wins.
     std::map<std::pair<int, int>, QString> formsByDistance;
     for (const char* text : forms) {
         const QString form = QLatin1String(text);
@@ -162,7 +162,7 @@ std::pair<Size, Size> extentOf(
     return {begin, end == closing.end() ? prompt.size() : *end + 1};
 }
 
-/** The position of the start of an inline tag without the rest; -1 if there is none. */
+/** The first "\!\" that does not start a complete inline tag; -1 if there is none. */
 Size brokenInlineTag(const QString& text)
 {
     const QString opening = u"\\!\\"_s;
@@ -208,7 +208,7 @@ struct PromptCheck
         return findings;
     }
 
-    /** @p index is its position in the markup. */
+    /** Adds a finding; @p index is its position in the markup. */
     void add(Size index, Rule rule, const QString& text)
     {
         const Size column = inFile.isEmpty() ? index + 1 : fileColumn;
@@ -345,13 +345,13 @@ struct PromptCheck
             const QRegularExpressionMatch tag = match.next();
             const QString code = tag.captured(2);
             // The markup of a brand sound needs a language, but any language will do.
-            const bool mayName =
+            const bool mayHaveLanguage =
                 tag.captured(1) == u"text"_s
                 && (meaning.mode == PromptAudio || options.context == BrandSoundContext);
             if (convertIsoToLanguageId(code.toUtf8()) == InvalidLanguage) {
                 add(tag.capturedStart(2), Rule::UnknownLanguage, unknownLanguage(code));
                 areKnown = false;
-            } else if (!isOffboard && !mayName) {
+            } else if (!isOffboard && !mayHaveLanguage) {
                 add(tag.capturedStart(2), Rule::LanguageIgnored,
                     u"\"%1\" has no effect: only <tts lang=\"%1\"/> sets a language"_s.arg(code));
             }
@@ -362,7 +362,7 @@ struct PromptCheck
     /** Checks the spoken text of markup that the library parses. */
     void checkSpokenText()
     {
-        // An off-board service has its own tags, but not the tags of this library.
+        // Off-board text may contain tags of the service, but none of this library.
         static const QRegularExpression anyTag(u"</?[a-z]"_s);
         static const QRegularExpression offboardTag(u"</?(offboard|tts)\\b"_s);
         const bool isOffboard = meaning.mode == PromptOffboard;
@@ -376,7 +376,7 @@ struct PromptCheck
         checkSpokenWords();
     }
 
-    /** Checks inline tags, and text that is spoken on board for sounds and entities. */
+    /** Checks inline tags and, in text that is spoken on board, sounds and entities. */
     void checkSpokenWords()
     {
         const Size broken = brokenInlineTag(meaning.text);
@@ -390,7 +390,7 @@ struct PromptCheck
         static const QRegularExpression entity(
             u"&(?:[A-Za-z][A-Za-z0-9]*|#[0-9]+|#x[0-9A-Fa-f]+);"_s);
         const QString& spoken = meaning.text;
-        const auto match = // few texts need it
+        const auto match = // few texts have an "&", so most need no search
             spoken.contains(u'&') ? entity.match(spoken) : QRegularExpressionMatch();
         if (match.hasMatch()) {
             add(spokenBegin() + match.capturedStart(), Rule::EntitySpoken,

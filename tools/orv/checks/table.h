@@ -6,12 +6,12 @@
 
 #include <functional>
 
-/** A line of a table file that is not empty, without the white space around it. */
+/** A non-empty line of a table file, without the white space around it. */
 struct TableLine
 {
     Place place;
     QString text;   ///< a declaration or a comment if it starts with "#", else a row
-    bool isDropped; ///< whether the library drops it, which is a row
+    bool isDropped; ///< true for a row that the library drops
 };
 
 /** Reads a table as the library does, and passes each line to @p see. */

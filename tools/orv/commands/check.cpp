@@ -62,7 +62,7 @@ std::multiset<Key> readBaseline(const QString& fileName)
     return keys;
 }
 
-/** The findings in all contexts, with the names of their contexts, which may be repeated. */
+/** The findings in all contexts, with the names of their contexts. */
 std::map<Finding, QStringList> findAll(Task& task, const QByteArray& content)
 {
     std::map<Finding, QStringList> contextsByFinding;
@@ -71,7 +71,9 @@ std::map<Finding, QStringList> findAll(Task& task, const QByteArray& content)
         task.options.context = context;
         const Findings findings = task.kind.check(content, task.options);
         for (const Finding& finding : findings) {
-            contextsByFinding[finding] += name;
+            QStringList& names = contextsByFinding[finding];
+            names += name;
+            names.removeDuplicates();
         }
     }
     return contextsByFinding;
@@ -81,9 +83,8 @@ std::map<Finding, QStringList> findAll(Task& task, const QByteArray& content)
 void check(Task& task, const QString& fileName)
 {
     Input input(fileName);
-    auto found = findAll(task, input.content());
-    for (auto& [finding, contexts] : found) {
-        contexts.removeDuplicates();
+    const auto found = findAll(task, input.readContent());
+    for (const auto& [finding, contexts] : found) {
         const bool isOfAll = contexts.size() == task.contexts.size();
         const QString text =
             isOfAll ? finding.text : u"%1 (in %2)"_s.arg(finding.text, contexts.join(u", "_s));
@@ -159,7 +160,7 @@ void show(const Task& task, const CommandLine& commandLine)
     }
     for (const auto& [file, finding] : task.findings) {
         const auto& [name, severity, summary] = ruleTexts[int(finding.rule)];
-        const int colour = *severity == 'e' ? 31 : *severity == 'w' ? 33 : 36; // red, yellow, cyan
+        const int colour = *severity == 'e' ? 31 : *severity == 'w' ? 33 : 36; // codes of red, yellow, cyan
         const QByteArray label = coloured(u"%1"_s, colour).toUtf8() + ": ";
         printRecord({{"file", file, "%1:"}, {"line", finding.place.line, "%1:"},
             {"column", finding.place.column, "%1: "},

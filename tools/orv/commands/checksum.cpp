@@ -59,7 +59,7 @@ QString holderOf(const QLockFile& lock)
                : u"an unknown process"_s;
 }
 
-/** Locks the store for other processes while the result exists. @throw Failure if one holds it */
+/** Locks the store against other processes while the result exists. @throw Failure if one holds it */
 std::unique_ptr<QLockFile> lockStore(const QString& storeFile)
 {
     const QString file = lockFileOf(storeFile);
@@ -86,7 +86,7 @@ Manager openStore(const Task& task, bool mayBeMissing)
     Manager manager;
     if (manager.entries().isEmpty()) {
         Input store(task.storeFile);
-        failIf(!store.json().isArray(),
+        failIf(!store.readJson().isArray(),
             u"%1: not a checksum store, which is an array"_s.arg(store.name));
     }
     return manager;

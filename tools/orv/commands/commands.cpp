@@ -71,7 +71,7 @@ QHash<QString, QString> loadSounds(const CommandLine& commandLine, bool isNeeded
     QString reason;
     try {
         Input input(file);
-        input.json();
+        input.readJson();
         reason = input.name + u": no brand sounds in it"_s;
     } catch (const Failure& failure) {
         reason = failure.reason;

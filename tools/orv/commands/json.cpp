@@ -18,7 +18,7 @@ void run(const CommandLine& commandLine)
         defaultValue = array.at(0);
     }
     Input input(commandLine.fileName());
-    const QJsonValue value = JsonPath(input.json()).value(path, defaultValue);
+    const QJsonValue value = JsonPath(input.readJson()).value(path, defaultValue);
     if (value.isUndefined()) {
         printError(u"\"%1\" has no value at \"%2\""_s.arg(input.name, path), 1);
         return;

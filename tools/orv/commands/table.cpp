@@ -68,7 +68,7 @@ void run(const CommandLine& commandLine)
     Input input(commandLine.fileName());
     QStringList droppedLines;
     const EcoFile table =
-        readTable(input.content(), [&droppedLines](const TableLine& line, const EcoFile&) {
+        readTable(input.readContent(), [&droppedLines](const TableLine& line, const EcoFile&) {
             if (line.isDropped) {
                 droppedLines += QString::number(line.place.line);
             }

@@ -39,12 +39,12 @@ Input::Input(const QString& fileName)
             printError(u"reading what you type; Ctrl-D on an empty line ends it"_s);
         }
     }
-    // With the descriptor: reading from the stream would end lines at a NUL.
+    // Opened by its descriptor: with the stream, lines would end at a NUL.
     const bool isOpen = isStandardInput ? open(STDIN_FILENO, ReadOnly) : open(ReadOnly);
     failIf(!isOpen, u"%1: %2"_s.arg(name, errorString()));
 }
 
-QByteArray Input::content()
+QByteArray Input::readContent()
 {
     QByteArray bytes;
     QByteArray block;
@@ -56,9 +56,9 @@ QByteArray Input::content()
     return bytes;
 }
 
-QJsonDocument Input::json()
+QJsonDocument Input::readJson()
 {
-    const QByteArray text = content();
+    const QByteArray text = readContent();
     QJsonParseError error;
     QJsonDocument document = QJsonDocument::fromJson(text, &error);
     if (document.isNull()) {
@@ -72,7 +72,7 @@ QJsonDocument Input::json()
 bool decodeUtf8(const QByteArray& bytes, QString& text)
 {
     text = QString::fromUtf8(bytes.constData(), bytes.size());
-    // Invalid bytes become replacement characters, which the bytes do not contain.
+    // Invalid bytes become replacement characters, so encoding the text gives other bytes.
     return !text.contains(QChar(QChar::ReplacementCharacter))
            || text.toUtf8() == bytes.mid(bytes.startsWith(byteOrderMark) ? 3 : 0);
 }

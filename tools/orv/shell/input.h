@@ -13,11 +13,11 @@ struct Input : QFile
      */
     explicit Input(const QString& fileName);
 
-    /** All that it contains. @throw Failure */
-    QByteArray content();
+    /** @throw Failure */
+    QByteArray readContent();
 
-    /** The array or object of a JSON file. @throw Failure */
-    QJsonDocument json();
+    /** Reads JSON text. @throw Failure */
+    QJsonDocument readJson();
 
     QString name; ///< for messages
 };
@@ -35,7 +35,7 @@ QStringList filesAt(const QString& path);
 class LineReader
 {
 public:
-    /** Reads the file of that name, as Input. @throw Failure */
+    /** Opens the file as Input does. @throw Failure */
     explicit LineReader(const QString& fileName);
 
     explicit LineReader(const QByteArray& content);
@@ -43,7 +43,7 @@ public:
     /** Reads the next line, without its line break. @return false at the end @throw Failure */
     bool readBytes(QByteArray& line);
 
-    /** The same as text. @throw Failure also if the line is not valid UTF-8 */
+    /** Reads the next line as text. @throw Failure also if the line is not valid UTF-8 */
     bool readLine(QString& line);
 
     int lineNumber = 0; ///< of the line last read, from 1

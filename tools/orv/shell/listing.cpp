@@ -68,7 +68,7 @@ void printRecord(const Record& record)
             continue;
         }
         const bool isList = value.userType() == QMetaType::QStringList;
-        const QStringList texts = isList ? value.toStringList() : QStringList(value.toString());
+        const QStringList texts = isList ? value.toStringList() : QStringList(textOf(value));
         for (const QString& text : texts) {
             shown += QString::fromUtf8(around).arg(onOneLine(text), width);
         }

@@ -7,9 +7,9 @@ struct Field
 {
     const char* name;            ///< in JSON; nullptr if JSON does not have the field
     QVariant value;              ///< an invalid one is null
-    const char* shown = nullptr; ///< the text around the value, "%1"; or the heading of a column;
-                                 ///< nullptr if only JSON has the field
-    int width = 0;               ///< at least, in characters; negative to align at the left
+    const char* shown = nullptr; ///< for printRecord(), a text with "%1" for the value; for a
+                                 ///< Listing, the heading; nullptr if only JSON has the field
+    int width = 0;               ///< the least width in characters; negative to align left
 };
 
 using Record = QVector<Field>;
