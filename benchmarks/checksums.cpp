@@ -27,7 +27,7 @@ QByteArray hashByHand(const QString& fileName) {
     return hash.result().toHex();
 }
 
-/** With a faster implementation of the hash. */
+/** The same with OpenSSL, whose MD5 is faster. */
 QByteArray hashByOpenSsl(const QString& fileName) {
     const std::unique_ptr<EVP_MD_CTX, decltype(&EVP_MD_CTX_free)> context(EVP_MD_CTX_new(), EVP_MD_CTX_free);
     EVP_DigestInit_ex(context.get(), EVP_md5(), nullptr);

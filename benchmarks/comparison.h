@@ -8,7 +8,7 @@
 
 constexpr double unlimited = std::numeric_limits<double>::infinity();
 
-/** What to measure: any function. One with the result double measures itself and returns its seconds. */
+/** A function to measure. One that returns double measures itself, and returns its time in seconds. */
 struct Run {
     template <typename Function>
     Run(Function measured)
@@ -26,7 +26,7 @@ struct Run {
     std::function<double()> function;
 };
 
-/** Another implementation of an operation, and the largest accepted ratios of our time to its. */
+/** Another implementation of an operation, and the largest accepted ratios of our time to its time. */
 struct Peer {
     std::string name;
     Run run;
@@ -51,7 +51,7 @@ struct Comparison {
 /** Prepares the measurements of a comparison, unless the filter leaves it out. */
 void addComparison(const Comparison& comparison);
 
-// Each in the source file of that name.
+// Each is defined in the source file of its name.
 void addSplitting();
 void addPrompts();
 void addInflating();

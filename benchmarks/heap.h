@@ -7,5 +7,5 @@ struct HeapUse {
     long peak; ///< in bytes, above the use at the start
 };
 
-/** The heap use of @p function. */
+/** Calls @p function and returns its heap use. */
 HeapUse heapUseOf(const std::function<void()>& function);

@@ -36,8 +36,8 @@ QByteArray compressed(QByteArray data, int windowBits) {
     return result;
 }
 
-/** The end of the first piece, which varies because the alignment of the buffers changes the time by up to 4 %. */
-int startOfPieces() {
+/** The end of the first piece. It varies, because the alignment of the buffers changes the time by up to 4 %. */
+int firstPieceEnd() {
     static int calls = 0;
     return ++calls * 1283 % pieceSize;
 }
@@ -45,7 +45,7 @@ int startOfPieces() {
 void inflateByOrv(const QByteArray& data) {
     NullDevice device;
     Inflate inflate(device);
-    for (int i = 0, end = startOfPieces(); i < data.size(); i = end, end += pieceSize) {
+    for (int i = 0, end = firstPieceEnd(); i < data.size(); i = end, end += pieceSize) {
         inflate.addData(data.constData() + i, std::size_t(qMin(end, data.size()) - i));
     }
 }
@@ -55,7 +55,7 @@ void inflateByZlib(const QByteArray& data) {
     z_stream stream = {};
     inflateInit2(&stream, 47);
     char block[16384];
-    for (int i = 0, end = startOfPieces(); i < data.size(); i = end, end += pieceSize) {
+    for (int i = 0, end = firstPieceEnd(); i < data.size(); i = end, end += pieceSize) {
         stream.next_in = reinterpret_cast<Bytef*>(const_cast<char*>(data.constData() + i));
         stream.avail_in = uInt(qMin(end, data.size()) - i);
         do {

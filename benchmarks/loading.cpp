@@ -5,7 +5,7 @@
 
 namespace {
 
-/** The CPU time of loading a library in a process of its own that has Qt Core already, in seconds. */
+/** The CPU time, in seconds, that a new process with Qt Core takes to load a library. */
 double load(const std::string& library, const char* process, const char* binding) {
     // Unlike QProcess, popen() does not copy the page table, which is large here.
     FILE* const probe = popen((LOAD_PROBE " '" + library + "' " + process + ' ' + binding).c_str(), "r");

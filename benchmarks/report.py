@@ -28,7 +28,7 @@ class Comparison:
         return self.ours['real_time'] / peer['real_time']
 
     def holds(self, peer):
-        """Includes our heap use."""
+        """Whether our time and our heap use are within their limits."""
         return self.ratio(peer) <= peer['target'] and all(
             self.ours.get(number, 0) <= self.ours[f'{number}Limit'] for number in ('allocations', 'heap'))
 

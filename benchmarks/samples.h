@@ -9,8 +9,8 @@ constexpr int unlearnable = 32 * 1024;
 
 /**
  * A text of @p length UTF-16 code units. It consists of words from the sample of @p language (of
- * characters if that has no blanks), in an order that depends only on @p seed. Ends of sentences,
- * digits and capitals are as frequent as in the sample, but nothing repeats. A tagged text has a tag
+ * characters if that has no blanks), in an order that depends only on @p seed and does not repeat.
+ * Ends of sentences, digits and capitals are as frequent as in the sample. A tagged text has a tag
  * for every second sentence and a reset for every ninth.
  */
 QString sampleText(Language language, int length, bool isTagged, quint32 seed);

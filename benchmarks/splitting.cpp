@@ -12,11 +12,11 @@
 
 namespace {
 
-/** The pieces of a text that are as long as its sentences, spread evenly over it. */
 struct Piece {
     int begin;
     int length;
 };
+/** Pieces of a text that are as long as its sentences, spread evenly over it. */
 using Pieces = std::vector<Piece>;
 
 Pieces piecesOf(const QString& text, const QStringList& sentences) {

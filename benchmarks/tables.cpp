@@ -10,7 +10,7 @@
 
 namespace {
 
-/** A plain reader of separated values, with quotes, to lists of strings. */
+/** Reads separated values, with quotes, into lists of strings, in the plainest way. */
 QList<QStringList> readPlainly(const QString& fileName) {
     QFile file(fileName);
     file.open(QIODevice::ReadOnly);

@@ -25,7 +25,7 @@ def headings(text):
 
 
 def check_links(pages, link, anchors_of):
-    """All links to files and to places in these pages. Returns how many there are."""
+    """Checks all links to files and to places in these pages. Returns their number."""
     anchors = {page: anchors_of(text) for page, text in pages.items()}
     links = [(page, target) for page, text in pages.items() for target in re.findall(link, text)
              if not re.match(r'[a-z]+:', target)]
@@ -78,20 +78,20 @@ def check_includes():
     listed('includes', found)
 
 
-def check_rooms():
+def check_layers():
     """The layers of the client: each includes only layers below it, and the checks only the listed files."""
     found = {}
     for source in pathlib.Path('tools/orv').rglob('*.[hc]*'):
-        room = str(source.relative_to('tools/orv').with_suffix('')).split('/')[0]
-        others = found.setdefault(room, set())
+        layer = str(source.relative_to('tools/orv').with_suffix('')).split('/')[0]
+        others = found.setdefault(layer, set())
         for other in re.findall(r'#include "(\S+)\.h"', source.read_text()):
-            if other.split('/')[0] != room:
-                others.add(other if room == 'checks' else other.split('/')[0])
-    told = listed('rooms', found)
+            if other.split('/')[0] != layer:
+                others.add(other if layer == 'checks' else other.split('/')[0])
+    told = listed('layers', found)
     order = [*told]
-    for room, others in told.items():
-        failures.extend(f'the room {room} includes {other}, which is not below it' for other in others
-                        if order.index(other.split('/')[0]) <= order.index(room))
+    for layer, others in told.items():
+        failures.extend(f'the layer {layer} includes {other}, which is not below it' for other in others
+                        if order.index(other.split('/')[0]) <= order.index(layer))
 
 
 def help_of(*words):
@@ -123,7 +123,7 @@ for page, text in pages.items():
 check_commands()
 log_lines = check_log_lines()
 check_includes()
-check_rooms()
+check_layers()
 print(f'check-docs: {len(pages)} pages, {links} links between built ones, {log_lines} log lines')
 for failure in failures:
     print(failure, file=sys.stderr)

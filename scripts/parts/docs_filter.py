@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Prepares a page of docs/ for doxygen: gives headings the anchors that Markdown links use, makes such links doxygen's,
-and replaces a comment "picture: NAME" by the picture.
+"""Prepares a page of docs/ for doxygen: gives headings the anchors that Markdown links use, turns such links into
+those of doxygen, and replaces a comment "picture: NAME" by the picture.
 
 usage: scripts/parts/docs_filter.py PAGE
 """

@@ -160,7 +160,8 @@ void show(const Task& task, const CommandLine& commandLine)
     }
     for (const auto& [file, finding] : task.findings) {
         const auto& [name, severity, summary] = ruleTexts[int(finding.rule)];
-        const int colour = *severity == 'e' ? 31 : *severity == 'w' ? 33 : 36; // codes of red, yellow, cyan
+        // The codes of red, yellow and cyan.
+        const int colour = *severity == 'e' ? 31 : *severity == 'w' ? 33 : 36;
         const QByteArray label = coloured(u"%1"_s, colour).toUtf8() + ": ";
         printRecord({{"file", file, "%1:"}, {"line", finding.place.line, "%1:"},
             {"column", finding.place.column, "%1: "},
