@@ -2,6 +2,10 @@
 
 #include <core/orvcore_version.h>
 
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+#include <QTextCodec>
+#endif
+
 #include <clocale>
 
 namespace {

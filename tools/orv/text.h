@@ -1,6 +1,14 @@
 #pragma once
 
-#include <QtCore> // precompiled
+// For all files of the client. All of <QtCore> would double the time of the linters.
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QVariant>
+#include <QVector>
 
 /** The size of texts and lists: an int with Qt 5, 64 bits with Qt 6. */
 using Size = QString::size_type;

@@ -2,6 +2,8 @@
 
 #include "checks/finding.h"
 
+#include <QTextStream>
+
 namespace {
 
 bool hasLoneQuote(const QString& line)

@@ -1,6 +1,8 @@
 #include "checks/finding.h"
 #include "commands/commands.h"
 
+#include <QUrl>
+
 #include <map>
 #include <set>
 #include <tuple>

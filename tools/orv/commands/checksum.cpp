@@ -2,6 +2,8 @@
 
 #include <core/speech/speechchecksummanager.h>
 
+#include <QLockFile>
+
 #include <algorithm>
 #include <memory>
 #include <optional>

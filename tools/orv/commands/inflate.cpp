@@ -2,6 +2,8 @@
 
 #include <core/inflate.h>
 
+#include <QSaveFile>
+
 #include <memory>
 
 #include <unistd.h>

@@ -2,6 +2,8 @@
 
 #include "text.h"
 
+#include <QCommandLineParser>
+
 class CommandLine;
 
 /** Lists the values of an option or argument; nullptr if it can be any word or file. */

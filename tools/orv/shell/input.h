@@ -2,6 +2,8 @@
 
 #include "shell/progress.h"
 
+#include <QBuffer>
+
 /** A file to be read. */
 struct Input : QFile
 {

@@ -2,6 +2,8 @@
 
 #include "text.h"
 
+#include <QElapsedTimer>
+
 /**
  * A bar on standard error with the rate and the remaining time, for work that takes longer than a
  * second. It appears only on a terminal, and is never wider than that.
