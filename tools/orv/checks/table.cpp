@@ -90,11 +90,13 @@ QString problemOfDeclaration(const QString& line, const EcoFile::Header& header)
 Findings checkEncoding(const QByteArray& content)
 {
     Findings findings;
-    const bool isUtf16 = content.startsWith("\xFF\xFE") || content.startsWith("\xFE\xFF");
+    if (content.startsWith("\xFF\xFE") || content.startsWith("\xFE\xFF")) {
+        return findings; // UTF-16, which is read as such
+    }
     LineReader reader(content);
     QByteArray line;
     QString text;
-    while (!isUtf16 && reader.readBytes(line)) { // UTF-16 is read as such
+    while (reader.readBytes(line)) {
         if (!decodeUtf8(line, text)) {
             findings += {{reader.lineNumber, 1}, Rule::NotUtf8, u"not valid UTF-8"_s};
         }

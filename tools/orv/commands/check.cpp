@@ -74,8 +74,9 @@ std::map<Finding, QStringList> findAll(Task& task, const QByteArray& content)
         const Findings findings = task.kind.check(content, task.options);
         for (const Finding& finding : findings) {
             QStringList& names = contextsByFinding[finding];
-            names += name;
-            names.removeDuplicates();
+            if (!names.contains(name)) {
+                names += name;
+            }
         }
     }
     return contextsByFinding;
